@@ -1,0 +1,49 @@
+# Finds JUCE: -DORVO_JUCE_DIR= (or the environment variable of that name), an installed package, or the tree
+# that scripts/setup.sh placed in .deps/juce, in this order.
+
+set(ORVO_JUCE_DIR "$ENV{ORVO_JUCE_DIR}" CACHE PATH "A JUCE 8 source tree; empty: look for one")
+
+if(NOT ORVO_JUCE_DIR)
+    find_package(JUCE 8.0.6 CONFIG QUIET)
+endif()
+
+if(JUCE_FOUND)
+    message(STATUS "JUCE: installed package ${JUCE_VERSION}")
+    get_property(orvo_juce_modules DIRECTORY PROPERTY IMPORTED_TARGETS)
+    foreach(module IN LISTS orvo_juce_modules)
+        get_target_property(includes ${module} INTERFACE_INCLUDE_DIRECTORIES)
+        if(includes)
+            set_target_properties(${module} PROPERTIES INTERFACE_SYSTEM_INCLUDE_DIRECTORIES "${includes}")
+        endif()
+    endforeach()
+else()
+    set(orvo_juce_tree "${ORVO_JUCE_DIR}")
+    if(NOT orvo_juce_tree)
+        set(orvo_juce_tree "${PROJECT_SOURCE_DIR}/.deps/juce")
+    endif()
+    if(NOT EXISTS "${orvo_juce_tree}/modules/juce_core/juce_core.h")
+        message(FATAL_ERROR "No JUCE at ${orvo_juce_tree}: run scripts/setup.sh, or pass -DORVO_JUCE_DIR=")
+    endif()
+    message(STATUS "JUCE: source tree ${orvo_juce_tree}")
+    add_subdirectory("${orvo_juce_tree}" "${CMAKE_BINARY_DIR}/juce" EXCLUDE_FROM_ALL SYSTEM)
+endif()
+
+# Options of the JUCE modules. Every target that compiles modules or includes their headers needs the same ones.
+set(ORVO_JUCE_DEFINITIONS
+    JUCE_USE_CURL=0
+    JUCE_WEB_BROWSER=0
+    JUCE_USE_FLAC=0
+    JUCE_USE_OGGVORBIS=0
+    JUCE_REPORT_APP_USAGE=0
+    JUCE_VST3_CAN_REPLACE_VST2=0
+    JUCE_STRICT_REFCOUNTEDPOINTER=1)
+
+# orvo_export_juce(name target): makes the interface library `name`, through which programs link to `target`, which
+# compiled some JUCE modules, and include their headers with the same settings without compiling them again.
+function(orvo_export_juce name target)
+    get_target_property(vst3_headers juce::juce_vst3_headers INTERFACE_INCLUDE_DIRECTORIES)
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ${target})
+    target_include_directories(${name} SYSTEM INTERFACE "${JUCE_MODULES_DIR}" "${vst3_headers}")
+    target_compile_definitions(${name} INTERFACE $<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>)
+endfunction()

@@ -1,0 +1,22 @@
+# Compiler and linker settings for every target, JUCE's included.
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+# Sanitized builds have a build type of their own: JUCE adds -g -O0 to anything named Debug.
+set(CMAKE_C_FLAGS_SANITIZE "-O1 -g1 -fno-omit-frame-pointer")
+set(CMAKE_CXX_FLAGS_SANITIZE "-O1 -g1 -fno-omit-frame-pointer")
+
+find_program(ORVO_LLD ld.lld)
+if(ORVO_LLD)
+    add_link_options(-fuse-ld=lld)
+endif()
+
+if(ORVO_SANITIZERS)
+    add_compile_options(-fsanitize=${ORVO_SANITIZERS} -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${ORVO_SANITIZERS})
+endif()
+
+# The VST3 SDK spells four-character codes.
+add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-multichar>)

@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Installs every package that building, testing and demonstrating Orvo needs, and places the JUCE
+# source tree in .deps/juce. Idempotent: a second run only looks and takes about a second.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/lib/common.sh
+
+packages=(
+    # compilers and build tools
+    g++ clang libclang-rt-dev llvm lld cmake ninja-build ccache pkg-config dpkg-dev git ca-certificates python3
+    # what JUCE needs on Linux
+    libasound2-dev libfreetype-dev libfontconfig1-dev libx11-dev libxext-dev libxinerama-dev libxrandr-dev
+    libxcursor-dev libxcomposite-dev libxrender-dev zlib1g-dev libpng-dev libjpeg-dev
+    # tests and benchmarks
+    googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format
+    # a screen for programs that open windows
+    xvfb xauth openbox xdotool imagemagick x11-utils fontconfig
+    # real recordings for the demonstration and the tests
+    chuck-data deepin-sound-theme
+)
+
+install_packages()
+{
+    local missing=()
+    for package in "${packages[@]}"; do
+        dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+    done
+    if [ ${#missing[@]} -eq 0 ]; then return; fi
+
+    say "installing with apt: ${missing[*]}"
+    if ! as_root apt-get update -qq; then
+        fail "apt could not refresh its package lists: is there a network connection?"
+    fi
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+        || fail "apt could not install: ${missing[*]}"
+}
+
+# The pinned JUCE: Debian's source package of the suite trixie, signature checked by apt, Debian's patches
+# applied. A private sources file and list folder leave the system's own apt settings alone.
+juce_version="8.0.6+ds-2"
+
+fetch_juce()
+{
+    if [ -n "${ORVO_JUCE_DIR:-}" ] || [ -f "/usr/lib/cmake/JUCE-8.0.6/JUCEConfig.cmake" ]; then return; fi
+    if [ "$(cat .deps/juce/.orvo-version 2>/dev/null)" = "$juce_version" ]; then return; fi
+
+    say "fetching the JUCE $juce_version source package"
+    local work="$PWD/.deps/apt" mirror options
+    rm -rf "$work" && mkdir -p "$work/lists/partial" "$work/cache/archives/partial" "$work/source"
+
+    # apt lists its index targets only after a first update.
+    mirror=$(debian_mirror)
+    if [ -z "$mirror" ]; then as_root apt-get update -qq || true; mirror=$(debian_mirror); fi
+    [ -n "$mirror" ] || fail "apt knows no Debian mirror; set ORVO_JUCE_DIR to a JUCE 8.0.6 or 8.0.7 source tree"
+
+    echo "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $mirror trixie main" > "$work/sources.list"
+    options=(-qq -o "Dir::Etc::SourceList=$work/sources.list" -o Dir::Etc::SourceParts=/dev/null
+             -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=root)
+    apt-get "${options[@]}" update || fail "no Debian mirror could be reached for the JUCE source"
+    (cd "$work/source" && apt-get "${options[@]}" source "juce=$juce_version" > "$work/source.log" 2>&1) \
+        || { cat "$work/source.log" >&2; fail "the JUCE source package could not be fetched"; }
+
+    echo "$juce_version" > "$work"/source/juce-*/.orvo-version
+    rm -rf .deps/juce && mv "$work"/source/juce-*/ .deps/juce && rm -rf "$work"
+}
+
+debian_mirror()
+{
+    apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Origin: Debian' 'Label: Debian' 2>/dev/null | head -n 1
+}
+
+install_packages
+fetch_juce
