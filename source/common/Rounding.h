@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cmath>
+
+/** Reads a choice or switch parameter: the nearest whole number, halves to the even one (the default rounding
+    mode of the floating-point unit, which neither we nor JUCE change). */
+[[nodiscard]] inline int roundToChoice (float value) noexcept
+{
+    return static_cast<int> (std::lrint (value));
+}
+
+[[nodiscard]] inline bool roundToSwitch (float value) noexcept
+{
+    return roundToChoice (value) != 0;
+}

@@ -1,0 +1,12 @@
+#include "AudioEffect.h"
+
+namespace luna
+{
+
+void AudioEffect::prepare (const juce::dsp::ProcessSpec& spec)
+{
+    prepareEffect (spec);
+    raiseChangeCount();
+}
+
+} // namespace luna

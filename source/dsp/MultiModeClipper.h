@@ -1,0 +1,89 @@
+#pragma once
+
+#include "dsp/curves/Boost.h"
+#include "dsp/curves/Dough.h"
+#include "dsp/curves/Foldback.h"
+#include "dsp/curves/HardClipper.h"
+#include "dsp/curves/InflatorClipper.h"
+#include "dsp/curves/SinClipper.h"
+#include "dsp/curves/SoftClipper.h"
+#include "dsp/curves/TanhClipper.h"
+
+#include <functional>
+
+/** One entry of a section's mode menu. */
+struct ClipperMode
+{
+    /** Also the value of the section's choice parameter. */
+    int id = 0;
+
+    /** 2 to the power `id`. */
+    int flag = 0;
+
+    luna::Saturator* saturator = nullptr;
+    juce::String name;
+
+    /** Caption of the shape control while the mode is selected. */
+    juce::String shapeLabel;
+
+    /** Heading of the menu: 0 "Clippers", 2 "Enhancers". */
+    int group = 0;
+
+    /** Pushes the section's settings into the saturator. */
+    std::function<void()> apply;
+};
+
+/** One clipper section: the curves, the selected one, and threshold, shape and makeup gain.
+
+    Everything that changes the section runs under the processor's lock, which is also held around `process`
+   on the audio thread. Settings and mode act at once, between two blocks, without a ramp. An editor reads
+   `current`, `modes` and `currentModeId` without the lock; the mode table never changes after construction.
+*/
+class MultiModeClipper final : public luna::AudioEffect
+{
+public:
+    MultiModeClipper();
+
+    /** Does nothing while disabled; else curve and makeup, in place. Does not allocate or lock. */
+    void process (const juce::dsp::ProcessContextReplacing<float>& context) override;
+
+    /** 0: threshold in dB; 1: shape, 0 to 1; 2: makeup gain in dB. */
+    void setParameter (float value, int index) override;
+
+    void prepareEffect (const juce::dsp::ProcessSpec& spec) override;
+
+    /** Selects a mode; an unknown id leaves the present one. Calls `onModeChange` on this thread. */
+    void setMode (int id);
+
+    /** Runs with the processor's lock held on whichever thread changed the mode: it may only post. */
+    std::function<void()> onModeChange;
+
+    luna::Saturator* current = nullptr;
+
+    luna::HardClipper hardClipper;
+    luna::SoftClipper softClipper;
+    luna::InflatorClipper inflatorClipper;
+    luna::Foldback foldback;
+    luna::Dough dough;
+    luna::Boost boost;
+    luna::TanhClipper tanhClipper;
+    luna::SinClipper sinClipper;
+
+    juce::Array<ClipperMode> modes;
+    int currentModeId = 0;
+    bool enabled = true;
+    float thresholdDb = 0.0f;
+    float shape = 0.0f;
+
+    /** Linear. */
+    float makeupGain = 1.0f;
+
+private:
+    void addMode (luna::Saturator&, const char* name, const char* shapeLabel, int group,
+                  std::function<void()> apply);
+    void applyCurrentMode();
+
+    static void pushParameter (luna::Saturator&, float value, int index);
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MultiModeClipper)
+};

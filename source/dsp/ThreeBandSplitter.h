@@ -1,0 +1,41 @@
+#pragma once
+
+#include <juce_dsp/juce_dsp.h>
+
+/** A crossover into low, mid and high bands that sum to an all-pass, from fourth-order Linkwitz-Riley
+   filters.
+
+    All calls run with the processor's lock held, `split` and the merges on the audio thread. Nothing but
+   `prepare` allocates. Crossovers step between two blocks: neither smoothed nor reset.
+*/
+class ThreeBandSplitter
+{
+public:
+    /** In Hz; `low` must lie below `high`, and both below half the sample rate. Keeps the filters' state. */
+    void setFrequencies (float low, float high);
+
+    void prepare (const juce::dsp::ProcessSpec& spec);
+
+    /** Fills the blocks from the input, which must be no longer than the prepared size. */
+    void split (const juce::dsp::AudioBlock<const float>& input);
+
+    /** Writes low + mid + high. */
+    void mergeAll (juce::dsp::AudioBlock<float> output) const;
+
+    /** Writes the sum of the listed bands: 0 low, 1 mid, 2 high. An empty list stands for all bands; any
+       other number ends the merge. */
+    void mergeBands (juce::dsp::AudioBlock<float> output, const juce::Array<int>& bands) const;
+
+    float lowFrequency = 200.0f;
+    float highFrequency = 5000.0f;
+
+    juce::dsp::LinkwitzRileyFilter<float> lowLowpass, lowHighpass, highLowpass, highHighpass, phaseAllpass;
+    juce::AudioBuffer<float> lowBuffer, midBuffer, highBuffer, restBuffer;
+    juce::dsp::AudioBlock<float> lowBlock, midBlock, highBlock, restBlock;
+
+private:
+    template <typename Function>
+    void forEachFilter (Function&&);
+
+    void resetIfNotFinite (const juce::dsp::AudioBlock<const float>& input);
+};
