@@ -1,0 +1,104 @@
+#pragma once
+
+#include "core/LicenceManager.h"
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+namespace tessarin
+{
+
+/** Base of the maker's plug-ins: owns parameters and licensing, and implements the host's calls that do not
+   depend on the product.
+
+    docs/threading.md tells which thread makes which call, and all locks.
+*/
+class TessarinProcessor : public juce::AudioProcessor,
+                          public juce::Timer,
+                          public juce::AudioProcessorValueTreeState::Listener
+{
+public:
+    explicit TessarinProcessor (const BusesProperties& buses);
+    ~TessarinProcessor() override;
+
+    const juce::String getName() const override;
+
+    void releaseResources() override {}
+
+    void memoryWarningReceived() override {}
+
+    /** Audio thread. Silence while licensing blocks the audio, else `processAudio`; MIDI is left alone. */
+    void processBlock (juce::AudioBuffer<float>& buffer, juce::MidiBuffer& midi) override;
+    using juce::AudioProcessor::processBlock;
+
+    bool acceptsMidi() const override { return false; }
+
+    bool producesMidi() const override { return false; }
+
+    double getTailLengthSeconds() const override { return 0.0; }
+
+    bool hasEditor() const override { return true; }
+
+    int getNumPrograms() override;
+    int getCurrentProgram() override;
+    void setCurrentProgram (int index) override;
+    const juce::String getProgramName (int index) override;
+
+    void changeProgramName (int, const juce::String&) override {}
+
+    void getStateInformation (juce::MemoryBlock& destData) override;
+    void setStateInformation (const void* data, int sizeInBytes) override;
+
+    /** Mono to mono or stereo to stereo. */
+    bool isBusesLayoutSupported (const BusesLayout& layouts) const override;
+
+    /** Hooks around the capture and restore of state. `preset`: for a preset rather than the host; `initial`:
+       of the default state. */
+    virtual void stateCaptured (juce::ValueTree&, bool /*initial*/) {}
+
+    virtual void beforeStateCapture (bool /*preset*/, bool /*initial*/) {}
+
+    virtual void beforeStateRestore (bool /*preset*/, bool /*initial*/) {}
+
+    virtual void afterStateCapture (bool /*preset*/, bool /*initial*/) {}
+
+    virtual void afterStateRestore (bool /*preset*/, bool /*initial*/) {}
+
+    /** The product's audio, in place. Audio thread. */
+    virtual void processAudio (juce::AudioBuffer<float>& buffer) = 0;
+
+    /** The timer belongs to licensing, which uses none here. */
+    void timerCallback() override {}
+
+    void parameterChanged (const juce::String& parameterID, float newValue) override = 0;
+
+    juce::AudioProcessorValueTreeState parameters;
+    juce::StringArray listenedParameterIds;
+    LicenceManager licenceManager;
+
+protected:
+    /** The helpers below make a parameter and add it at once. With `listen` its changes arrive in
+       `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
+       no blank. */
+    void addParameterFloat (juce::String id, juce::String name, float min, float max, float defaultValue,
+                            juce::String unit, int decimals, bool listen);
+
+    /** The value is the index of the choice, read with `roundToChoice`. */
+    void addParameterChoice (juce::String id, juce::String name, juce::StringArray choices, int defaultIndex,
+                             bool listen);
+
+    void addParameterBool (juce::String id, juce::String name, juce::String offText, juce::String onText,
+                           bool defaultValue, bool listen);
+
+    /** An empty `textToValue` leaves typed values to JUCE's parsing of numbers. */
+    void addParameterRange (juce::String id, juce::String name, juce::NormalisableRange<float> range,
+                            float defaultValue, std::function<juce::String (float)> valueToText,
+                            std::function<float (const juce::String&)> textToValue, bool listen);
+
+    /** For the product's destructor: after it, no change arrives any more. */
+    void removeParameterListeners();
+
+private:
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinProcessor)
+};
+
+} // namespace tessarin
