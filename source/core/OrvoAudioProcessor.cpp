@@ -37,6 +37,10 @@ OrvoAudioProcessor::OrvoAudioProcessor()
     buildSectionTable();
     addParameters();
     lookUpParameters();
+    captureInitialState();
+
+    if (! presetManager.hasFactoryPresets)
+        toastManager.showError ("No factory presets found! Please reinstall the plugin.");
 
     for (auto* parameter : getParameters())
     {

@@ -1,12 +1,19 @@
 #include "TessarinProcessor.h"
 
 #include "common/Rounding.h"
+#include "common/StateTree.h"
+#include "core/StateBlock.h"
+#include "settings/Settings.h"
 
 namespace tessarin
 {
 
 TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
-    : juce::AudioProcessor (buses), parameters (*this, nullptr)
+    : juce::AudioProcessor (buses),
+      parameters (*this, nullptr),
+      presetManager (*this, parameters, &toastManager, &onStateRestored),
+      settings (Settings::getFile(), Settings::getOptions()),
+      logger (TessarinLogger::getDefaultFile())
 {
 }
 
@@ -37,29 +44,107 @@ void TessarinProcessor::processBlock (juce::AudioBuffer<float>& buffer, juce::Mi
 
 int TessarinProcessor::getNumPrograms()
 {
-    return 1;
+    return presetManager.getNumPresets();
 }
 
 int TessarinProcessor::getCurrentProgram()
 {
-    return 0;
+    return presetManager.getCurrentPreset().index;
 }
 
-void TessarinProcessor::setCurrentProgram (int)
+void TessarinProcessor::setCurrentProgram (int index)
 {
+    // Hosts that restore a project set its program as well, which would undo the restore.
+    constexpr juce::uint32 quietTimeMs = 1000;
+
+    if (getMillisecondCounter() - lastStateRestoreTime >= quietTimeMs)
+        presetManager.loadPreset (index);
 }
 
-const juce::String TessarinProcessor::getProgramName (int)
+const juce::String TessarinProcessor::getProgramName (int index)
 {
-    return {};
+    return presetManager.getProgramName (index);
 }
 
-void TessarinProcessor::getStateInformation (juce::MemoryBlock&)
+void TessarinProcessor::captureInitialState()
 {
+    juce::ValueTree root { StateTree::makeTag (getName()),
+                           { { StateTree::version, JucePlugin_VersionString } } };
+    StateTree::sanitise (root);
+    parameters.replaceState (root);
+
+    beforeStateCapture (true, true);
+
+    auto state = parameters.copyState();
+    stateCaptured (state, true);
+    presetManager.initialState = state.createXml();
+
+    afterStateCapture (true, true);
 }
 
-void TessarinProcessor::setStateInformation (const void*, int)
+void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
 {
+    const juce::ScopedLock scope (stateLock);
+
+    if (licenceManager.isStateFrozen())
+    {
+        destData = lastRestoredState;
+        return;
+    }
+
+    if (! parameters.state.isValid())
+        return;
+
+    beforeStateCapture (false, false);
+
+    parameters.state.setProperty (StateTree::presetPath, presetManager.getCurrentPreset().path, nullptr);
+    parameters.state.setProperty (StateTree::version, JucePlugin_VersionString, nullptr);
+    copyXmlToBinary (*parameters.copyState().createXml(), destData);
+
+    afterStateCapture (false, false);
+}
+
+void TessarinProcessor::setStateInformation (const void* data, int sizeInBytes)
+{
+    const juce::ScopedLock scope (stateLock);
+
+    // Also a block that turns out to be bad holds off the host's program change.
+    lastStateRestoreTime = getMillisecondCounter();
+
+    const auto xml = parseStateBlock (data, sizeInBytes);
+
+    if (xml == nullptr)
+        return;
+
+    StateTree::normaliseTag (*xml);
+    auto tree = juce::ValueTree::fromXml (*xml);
+
+    if (! tree.hasType (parameters.state.getType()))
+        return;
+
+    lastRestoredState.replaceAll (data, static_cast<size_t> (sizeInBytes));
+
+    if (! licenceManager.isRestoreRefused())
+        applyRestoredState (tree);
+}
+
+void TessarinProcessor::applyRestoredState (juce::ValueTree tree)
+{
+    beforeStateRestore (false, false);
+
+    StateTree::sanitise (tree);
+    StateTree::addMissingParameters (tree, parameters);
+
+    if (onStateRestored)
+        onStateRestored (tree);
+
+    parameters.replaceState (tree);
+
+    presetManager.selectByPath (
+        parameters.state.getProperty (StateTree::presetPath, juce::String()).toString());
+    parameters.state.removeProperty (StateTree::presetPath, nullptr);
+
+    afterStateRestore (false, false);
 }
 
 bool TessarinProcessor::isBusesLayoutSupported (const BusesLayout& layouts) const

@@ -1,8 +1,13 @@
 #pragma once
 
 #include "core/LicenceManager.h"
+#include "presets/PresetManager.h"
+#include "settings/TessarinLogger.h"
+#include "widgets/ToastManager.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
+
+#include <atomic>
 
 namespace tessarin
 {
@@ -45,7 +50,10 @@ public:
 
     void changeProgramName (int, const juce::String&) override {}
 
+    /** Any thread. Takes `stateLock`, as does a preset's load. */
     void getStateInformation (juce::MemoryBlock& destData) override;
+
+    /** Any thread. A block that is damaged or of another product changes nothing. */
     void setStateInformation (const void* data, int sizeInBytes) override;
 
     /** Mono to mono or stereo to stereo. */
@@ -72,8 +80,29 @@ public:
     void parameterChanged (const juce::String& parameterID, float newValue) override = 0;
 
     juce::AudioProcessorValueTreeState parameters;
+
+    /** Owned here, so that a message can wait for an editor, which adopts it. */
+    ToastManager toastManager;
+    PresetManager presetManager;
+
+    /** Serialises the capture and the restore of state. */
+    juce::CriticalSection stateLock;
+
+    juce::PropertiesFile settings;
+    std::function<void (juce::ValueTree&)> onStateRestored;
+
+    /** In milliseconds of `getMillisecondCounter`. */
+    std::atomic<juce::uint32> lastStateRestoreTime { 0 };
+
+    TessarinLogger logger;
     juce::StringArray listenedParameterIds;
     LicenceManager licenceManager;
+
+    /** The bytes of the last accepted state. */
+    juce::MemoryBlock lastRestoredState;
+
+    /** The clock of the state calls; replaced by tests. */
+    std::function<juce::uint32()> getMillisecondCounter = juce::Time::getMillisecondCounter;
 
 protected:
     /** The helpers below make a parameter and add it at once. With `listen` its changes arrive in
@@ -94,10 +123,16 @@ protected:
                             float defaultValue, std::function<juce::String (float)> valueToText,
                             std::function<float (const juce::String&)> textToValue, bool listen);
 
+    /** Gives the parameter tree its type and version, and keeps the present state as the default patch. For
+       the product's constructor, when all parameters are added. */
+    void captureInitialState();
+
     /** For the product's destructor: after it, no change arrives any more. */
     void removeParameterListeners();
 
 private:
+    void applyRestoredState (juce::ValueTree tree);
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinProcessor)
 };
 

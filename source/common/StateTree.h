@@ -1,0 +1,30 @@
+#pragma once
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+/** What the host's state and preset files have in common: the tree of the parameters and the editor's view
+ * modes. */
+namespace tessarin::StateTree
+{
+inline const juce::Identifier version { "version" };
+inline const juce::Identifier presetPath { "preset_path" };
+
+/** The child that holds the view mode of each section's graph. */
+inline const juce::Identifier graphModes { "graph_modes" };
+
+/** The root's type: the product's name in lower case without blanks, tabs and line ends. */
+[[nodiscard]] juce::String makeTag (const juce::String& productName);
+
+/** Makes the root's tag lower case, as states from anywhere are read, and gives the framework's first product
+   its present name. */
+void normaliseTag (juce::XmlElement& root);
+
+/** Readies a tree from outside for `replaceState`: parameter entries whose value is no finite number are
+   dropped (it would become a wild index), and an empty "graph_modes" is added where there is none. */
+void sanitise (juce::ValueTree& root);
+
+/** Gives each parameter that the tree does not name an entry with its present value: `replaceState` would set
+   it to its default. */
+void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters);
+
+} // namespace tessarin::StateTree

@@ -1,0 +1,32 @@
+#include "StateBlock.h"
+
+#include "common/CheckedXml.h"
+
+namespace tessarin
+{
+
+std::unique_ptr<juce::XmlElement> parseStateBlock (const void* data, int sizeInBytes)
+{
+    constexpr auto headerSize = 8;
+    constexpr juce::uint32 magicNumber = 0x21324356;
+
+    if (sizeInBytes <= headerSize || juce::ByteOrder::littleEndianInt (data) != magicNumber)
+        return nullptr;
+
+    const auto* bytes = static_cast<const char*> (data);
+    const auto length = static_cast<int> (juce::ByteOrder::littleEndianInt (bytes + 4));
+
+    if (length <= 0)
+        return nullptr;
+
+    std::string_view text (bytes + headerSize,
+                           static_cast<size_t> (juce::jmin (sizeInBytes - headerSize, length)));
+
+    // A length that reaches beyond the block takes in the zero byte at its end.
+    while (! text.empty() && text.back() == '\0')
+        text.remove_suffix (1);
+
+    return parseCheckedXml (text);
+}
+
+} // namespace tessarin

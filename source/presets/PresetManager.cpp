@@ -1,0 +1,246 @@
+#include "PresetManager.h"
+
+#include "common/AtomicFile.h"
+#include "common/CheckedXml.h"
+#include "common/ConfigFolder.h"
+#include "common/StateTree.h"
+#include "core/TessarinProcessor.h"
+#include "presets/PresetTree.h"
+#include "widgets/ToastManager.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace tessarin
+{
+
+PresetManager::PresetManager (TessarinProcessor& owner, juce::AudioProcessorValueTreeState& parametersToUse,
+                              ToastManager* toasts,
+                              const std::function<void (juce::ValueTree&)>* restoredCallback)
+    : processor (owner),
+      parameters (parametersToUse),
+      toastManager (toasts),
+      onStateRestored (restoredCallback)
+{
+    const auto presetRoot = getConfigFolder().getChildFile ("Presets");
+    factoryFolder = presetRoot.getChildFile ("Factory");
+    userFolder = presetRoot.getChildFile ("User");
+
+    loadPresets();
+
+    if (! presets.isEmpty())
+        currentPreset = presets.getFirst();
+}
+
+void PresetManager::loadPresets()
+{
+    const auto stateTag = StateTree::makeTag (processor.getName());
+    auto foundUserFile = false;
+
+    presetTree = juce::ValueTree ("presets");
+    presetTree.appendChild (
+        PresetTree::scanFolder (factoryFolder, "Factory", stateTag, true, hasFactoryPresets), nullptr);
+    presetTree.appendChild (PresetTree::scanFolder (userFolder, "User", stateTag, false, foundUserFile),
+                            nullptr);
+
+    juce::Array<Preset> list;
+    PresetTree::appendToList (presetTree, list);
+
+    const juce::ScopedLock scope (lock);
+    presets.swapWith (list);
+}
+
+bool PresetManager::loadPreset (int index)
+{
+    const auto isInitial = index == 0;
+    processor.beforeStateRestore (true, isInitial);
+
+    const auto xml = select (index);
+
+    if (xml == nullptr)
+        return false;
+
+    StateTree::normaliseTag (*xml);
+    auto tree = juce::ValueTree::fromXml (*xml);
+
+    if (! tree.hasType (StateTree::makeTag (processor.getName())))
+    {
+        if (toastManager != nullptr)
+            toastManager->showError ("Invalid preset");
+
+        tree = juce::ValueTree::fromXml (*initialState);
+    }
+
+    applyState (tree);
+
+    listeners.call ([preset = getCurrentPreset()] (Listener& listener) { listener.presetLoaded (preset); });
+    processor.afterStateRestore (true, isInitial);
+    return true;
+}
+
+/** Makes the preset current, whether or not its file can be read, and returns its state. */
+std::unique_ptr<juce::XmlElement> PresetManager::select (int index)
+{
+    Preset selected;
+
+    {
+        const juce::ScopedLock scope (lock);
+
+        if (! juce::isPositiveAndBelow (index, presets.size()))
+            return nullptr;
+
+        selected = currentPreset = presets[index];
+    }
+
+    if (index == 0 && initialState != nullptr)
+        return std::make_unique<juce::XmlElement> (*initialState);
+
+    return parseCheckedXml (juce::File (selected.path));
+}
+
+void PresetManager::applyState (juce::ValueTree tree)
+{
+    StateTree::sanitise (tree);
+
+    if (*onStateRestored)
+        (*onStateRestored) (tree);
+
+    // A host may capture the state on another thread.
+    const juce::ScopedLock scope (processor.stateLock);
+    parameters.replaceState (tree);
+}
+
+juce::String PresetManager::makePresetText (const juce::String& description, const juce::String& categories,
+                                            const juce::String& author)
+{
+    processor.beforeStateCapture (true, false);
+
+    juce::ValueTree state;
+
+    {
+        const juce::ScopedLock scope (processor.stateLock);
+        state = parameters.copyState();
+    }
+
+    processor.stateCaptured (state, false);
+
+    const auto xml = state.createXml();
+    xml->removeAttribute (StateTree::presetPath);
+    xml->setAttribute (PresetTree::author, author);
+    xml->setAttribute (PresetTree::description, description);
+    xml->setAttribute (PresetTree::categories, categories);
+
+    constexpr size_t initialSize = 2048;
+    juce::MemoryOutputStream text (initialSize);
+    xml->writeTo (text);
+    return text.toUTF8();
+}
+
+void PresetManager::promptUserToSave (juce::String name, juce::String description, juce::String categories,
+                                      juce::String author)
+{
+    const auto text = makePresetText (description, categories, author);
+
+    // The dialog adds no extension by itself, and its warning must be about the file that will be written.
+    const auto initialFile = userFolder.getChildFile (name + PresetTree::fileExtension);
+
+    fileChooser = std::make_unique<juce::FileChooser> ("Choose the location to save...", initialFile,
+                                                       juce::String ("*") + PresetTree::fileExtension);
+
+    fileChooser->launchAsync (
+        juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
+            | juce::FileBrowserComponent::warnAboutOverwriting,
+        [this, text] (const juce::FileChooser& chooser) { finishSaving (chooser.getResult(), text); });
+}
+
+void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
+{
+    if (chosen == juce::File())
+        return;
+
+    if (! chosen.getFileName().endsWith (PresetTree::fileExtension))
+        chosen = chosen.getSiblingFile (chosen.getFileName() + PresetTree::fileExtension);
+
+    if (! replaceFileAtomically (chosen, text.toRawUTF8(), text.getNumBytesAsUTF8()))
+    {
+        if (toastManager != nullptr)
+            toastManager->showError ("Couldn't save preset!");
+
+        return;
+    }
+
+    processor.afterStateCapture (true, false);
+    processor.updateHostDisplay();
+
+    loadPresets();
+    selectIfListed (chosen.getFullPathName());
+    processor.updateHostDisplay();
+
+    if (toastManager != nullptr)
+        toastManager->showToast ("Preset saved", toastSuccess, true);
+
+    listeners.call ([preset = getCurrentPreset()] (Listener& listener) { listener.presetSaved (preset); });
+}
+
+juce::String PresetManager::getProgramName (int index)
+{
+    {
+        const juce::ScopedLock scope (lock);
+
+        if (juce::isPositiveAndBelow (index, presets.size()))
+            return presets.getReference (index).name;
+
+        if (index == 0)
+            return currentPreset.name;
+    }
+
+    if (toastManager != nullptr)
+        toastManager->showError ("Invalid preset index: " + juce::String (index));
+    else
+        juce::Logger::writeToLog ("ERROR: Invalid preset to get by index: " + juce::String (index));
+
+    return {};
+}
+
+juce::Array<Preset> PresetManager::getPresets() const
+{
+    const juce::ScopedLock scope (lock);
+    return presets;
+}
+
+int PresetManager::getNumPresets() const
+{
+    const juce::ScopedLock scope (lock);
+    return presets.size();
+}
+
+Preset PresetManager::getCurrentPreset() const
+{
+    const juce::ScopedLock scope (lock);
+    return currentPreset;
+}
+
+void PresetManager::selectByPath (const juce::String& path)
+{
+    const juce::ScopedLock scope (lock);
+
+    if (! presets.isEmpty())
+        currentPreset = presets.getFirst();
+
+    selectIfListed (path);
+}
+
+void PresetManager::selectIfListed (const juce::String& path)
+{
+    const juce::ScopedLock scope (lock);
+
+    for (const auto& preset : presets)
+    {
+        if (preset.path != path)
+            continue;
+
+        currentPreset = preset;
+        return;
+    }
+}
+
+} // namespace tessarin

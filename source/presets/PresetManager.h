@@ -1,0 +1,111 @@
+#pragma once
+
+#include "presets/Preset.h"
+
+#include <juce_audio_processors/juce_audio_processors.h>
+
+#include <functional>
+#include <memory>
+
+namespace tessarin
+{
+
+class TessarinProcessor;
+class ToastManager;
+
+/** Finds, lists, loads and saves the presets, and tells its listeners when the current one changed.
+
+    A member of the processor. Message thread, but for what the restore of a host's state needs on any thread:
+    `getCurrentPreset`, `getPresets`, `getNumPresets` and `selectByPath`, which take a small lock around the
+   list and the current preset. Nothing here runs on the audio thread. The folders are not watched.
+*/
+class PresetManager
+{
+public:
+    class Listener
+    {
+    public:
+        virtual ~Listener() = default;
+
+        /** After a save, with the new current preset. */
+        virtual void presetSaved (Preset preset) = 0;
+
+        /** After a load, with the new current preset. */
+        virtual void presetLoaded (Preset preset) = 0;
+    };
+
+    /** Scans the folders and makes the first preset current. All arguments must outlive the manager; the
+       toast manager may be null. */
+    PresetManager (TessarinProcessor& processor, juce::AudioProcessorValueTreeState& parameters,
+                   ToastManager* toastManager, const std::function<void (juce::ValueTree&)>* onStateRestored);
+
+    /** Rebuilds tree and list from disk; reads every preset file. The current preset stays. */
+    void loadPresets();
+
+    /** Makes the preset with this list index current and applies it. False if there is none, or if its file
+       is gone or unreadable; in that case it is current all the same, and nothing else has changed. A file
+       with another product's state gives an error toast and the default patch. */
+    bool loadPreset (int index);
+
+    /** Captures the state and opens a file dialog for it, which outlives the editor. */
+    void promptUserToSave (juce::String name, juce::String description, juce::String categories,
+                           juce::String author);
+
+    /** The state as the text of a preset file. */
+    [[nodiscard]] juce::String makePresetText (const juce::String& description,
+                                               const juce::String& categories, const juce::String& author);
+
+    /** What follows when the dialog ends: writes the text, rescans, and makes the new preset current. An
+       empty file is a cancelled dialog. The extension is added where it is missing, as the presets' scan asks
+       for it. */
+    void finishSaving (juce::File chosen, const juce::String& text);
+
+    /** For a program number of the host; empty, and an error toast, if there is no such preset. */
+    [[nodiscard]] juce::String getProgramName (int index);
+
+    /** The folders' tree: see `PresetTree`. */
+    [[nodiscard]] const juce::ValueTree& getPresetTree() const { return presetTree; }
+
+    [[nodiscard]] juce::Array<Preset> getPresets() const;
+    [[nodiscard]] int getNumPresets() const;
+    [[nodiscard]] Preset getCurrentPreset() const;
+
+    /** Makes the first preset with this path current, else the first of all; with an empty list nothing
+       changes. The file is not read, and no listener is told. */
+    void selectByPath (const juce::String& path);
+
+    void addListener (Listener* listener) { listeners.add (listener); }
+
+    void removeListener (Listener* listener) { listeners.remove (listener); }
+
+    /** A file was seen in the factory folder. */
+    bool hasFactoryPresets = false;
+
+    juce::File factoryFolder;
+    juce::File userFolder;
+
+    /** The default state; set once by the product's constructor. */
+    std::shared_ptr<juce::XmlElement> initialState;
+
+private:
+    std::unique_ptr<juce::XmlElement> select (int index);
+    void applyState (juce::ValueTree tree);
+    void selectIfListed (const juce::String& path);
+
+    TessarinProcessor& processor;
+    juce::AudioProcessorValueTreeState& parameters;
+    Preset currentPreset;
+    ToastManager* toastManager;
+    const std::function<void (juce::ValueTree&)>* onStateRestored;
+    juce::ValueTree presetTree;
+    juce::Array<Preset> presets;
+    std::unique_ptr<juce::FileChooser> fileChooser;
+    juce::ListenerList<Listener> listeners;
+
+    /** Covers `presets` and `currentPreset`; nothing is called with it held. */
+    juce::CriticalSection lock;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetManager)
+};
+
+} // namespace tessarin

@@ -1,0 +1,52 @@
+#include "Toast.h"
+
+#include "common/ColourIds.h"
+
+namespace tessarin
+{
+
+Toast::Toast (const juce::String& textToShow, ToastType typeToShow, bool canBeDismissed)
+    : text (textToShow), type (typeToShow), dismissible (canBeDismissed)
+{
+    setTitle (text);
+}
+
+void Toast::paint (juce::Graphics& g)
+{
+    constexpr auto cornerRadius = 5.0f;
+    constexpr auto fontHeight = 16.0f;
+    constexpr auto inset = 5;
+
+    g.setColour (findColour (getBackgroundColourId()));
+    g.fillRoundedRectangle (getLocalBounds().toFloat(), cornerRadius);
+
+    g.setColour (findColour (luna::ColourIds::toastTextColourId));
+    g.setFont (fontHeight);
+    g.drawText (text, inset, inset, juce::jmax (0, getWidth() - 2 * inset),
+                juce::jmax (0, getHeight() - 2 * inset), juce::Justification::centredLeft, true);
+
+    if (dismissible)
+        g.drawText ("DISMISS", getWidth() - 70, 0, 60, getHeight(), juce::Justification::centred, true);
+}
+
+void Toast::mouseDown (const juce::MouseEvent& event)
+{
+    // One pixel to the right of where the word's box begins.
+    if (dismissible && juce::roundToInt (event.position.x) >= getWidth() - 69)
+        sendChangeMessage();
+}
+
+int Toast::getBackgroundColourId() const
+{
+    switch (type)
+    {
+        case toastSuccess: return luna::ColourIds::toastSuccessColourId;
+        case toastNotice: return luna::ColourIds::toastNoticeColourId;
+        case toastError:
+        case toastFatal: break;
+    }
+
+    return luna::ColourIds::toastErrorColourId;
+}
+
+} // namespace tessarin

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace tessarin
+{
+
+enum ToastType
+{
+    /** A failure. */
+    toastError = 0,
+    toastSuccess = 1,
+
+    /** A note, such as where the manual lies. */
+    toastNotice = 2,
+
+    /** A failure that stays until the plug-in closes. */
+    toastFatal = 3
+};
+
+/** A message bar of one line. It stays until the user dismisses it, which it broadcasts as a change. */
+class Toast final : public juce::Component, public juce::ChangeBroadcaster
+{
+public:
+    Toast (const juce::String& text, ToastType type, bool dismissible);
+
+    void paint (juce::Graphics&) override;
+    void mouseDown (const juce::MouseEvent&) override;
+
+    const juce::String text;
+    const ToastType type;
+    const bool dismissible;
+
+private:
+    int getBackgroundColourId() const;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (Toast)
+};
+
+} // namespace tessarin

@@ -1,0 +1,63 @@
+#include "ToastManager.h"
+
+#include <algorithm>
+
+namespace tessarin
+{
+
+void ToastManager::showToast (const juce::String& text, ToastType type, bool dismissible)
+{
+    const auto isError = type == toastError || type == toastFatal;
+    const auto shownText = isError ? "ERROR: " + text : text;
+
+    juce::Logger::writeToLog (shownText);
+    toasts.add (std::make_unique<Toast> (shownText, type, dismissible))->addChangeListener (this);
+    layOutIfAdopted();
+}
+
+void ToastManager::showError (const juce::String& text)
+{
+    showToast (text, toastError, true);
+}
+
+void ToastManager::paint (juce::Graphics& g)
+{
+    toFront (false);
+    g.fillAll (juce::Colour (0xcc000000));
+}
+
+void ToastManager::resized()
+{
+    layOutIfAdopted();
+}
+
+void ToastManager::changeListenerCallback (juce::ChangeBroadcaster* source)
+{
+    const auto dismissed = std::find_if (toasts.begin(), toasts.end(),
+                                         [source] (Toast* toast)
+                                         { return static_cast<juce::ChangeBroadcaster*> (toast) == source; });
+
+    if (dismissed == toasts.end())
+        return;
+
+    toasts.removeObject (*dismissed);
+    layOutIfAdopted();
+}
+
+void ToastManager::layOutIfAdopted()
+{
+    if (getParentComponent() == nullptr)
+        return;
+
+    for (auto i = 0; i < toasts.size(); ++i)
+    {
+        auto& toast = *toasts[i];
+        addAndMakeVisible (toast);
+        toast.setBounds (10, 20 + 60 * i, getWidth() - 20, 50);
+    }
+
+    setVisible (! toasts.isEmpty());
+    toFront (false);
+}
+
+} // namespace tessarin

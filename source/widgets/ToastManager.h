@@ -1,0 +1,36 @@
+#pragma once
+
+#include "widgets/Toast.h"
+
+namespace tessarin
+{
+
+/** Collects toasts and stacks them over the editor, which they darken.
+
+    Owned by the processor, so that a message can be raised without an editor; it waits here until one adopts
+   the manager as a child. Message thread.
+*/
+class ToastManager final : public juce::Component, public juce::ChangeListener
+{
+public:
+    ToastManager() = default;
+
+    /** Errors get the prefix "ERROR: ". Every toast is also a line of the log. */
+    void showToast (const juce::String& text, ToastType type, bool dismissible);
+
+    void showError (const juce::String& text);
+
+    void paint (juce::Graphics&) override;
+    void resized() override;
+    void changeListenerCallback (juce::ChangeBroadcaster* source) override;
+
+    /** Oldest first. */
+    juce::OwnedArray<Toast> toasts;
+
+private:
+    void layOutIfAdopted();
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ToastManager)
+};
+
+} // namespace tessarin
