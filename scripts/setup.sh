@@ -12,7 +12,7 @@ packages=(
     libasound2-dev libfreetype-dev libfontconfig1-dev libx11-dev libxext-dev libxinerama-dev libxrandr-dev
     libxcursor-dev libxcomposite-dev libxrender-dev zlib1g-dev libpng-dev libjpeg-dev
     # tests and benchmarks
-    googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format
+    googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
     # a screen for programs that open windows
     xvfb xauth openbox xdotool imagemagick x11-utils fontconfig
     # real recordings for the demonstration and the tests

@@ -1,0 +1,89 @@
+// orvo-bench: what each part of the audio engine costs. The options of Google Benchmark apply, as in
+// --benchmark_filter=curve; --benchmark_out=FILE writes the table as JSON.
+
+#include "Rows.h"
+
+#include <juce_events/juce_events.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+namespace
+{
+/** Home and configuration folder of the processors, so that no user's settings or presets play a part. Made
+    before JUCE starts, which looks some of this up once. */
+class TemporaryHome
+{
+public:
+    TemporaryHome()
+    {
+        folder.createDirectory();
+        const auto path = folder.getFullPathName();
+        setenv ("HOME", path.toRawUTF8(), 1);
+        setenv ("XDG_CONFIG_HOME", path.toRawUTF8(), 1);
+
+        // JUCE joins any screen it finds. A name that cannot be parsed keeps it away; an empty one would not.
+        setenv ("DISPLAY", "none", 1);
+    }
+
+    ~TemporaryHome() { folder.deleteRecursively(); }
+
+    TemporaryHome (const TemporaryHome&) = delete;
+    TemporaryHome& operator= (const TemporaryHome&) = delete;
+
+private:
+    juce::File folder = juce::File::getSpecialLocation (juce::File::tempDirectory)
+                            .getChildFile ("orvo-bench-" + juce::Uuid().toString());
+};
+
+/** One line per row with its two readings. */
+class Table final : public benchmark::ConsoleReporter
+{
+public:
+    bool ReportContext (const Context& context) override
+    {
+        const auto proceed = ConsoleReporter::ReportContext (context);
+        std::printf ("%-32s%12s%12s\n", "row", "ns/sample", "x realtime");
+        return proceed;
+    }
+
+    void ReportRuns (const std::vector<Run>& runs) override
+    {
+        for (const auto& run : runs)
+            std::printf ("%-32s%12.2f%12.1f\n", run.benchmark_name().c_str(),
+                         run.counters.at (bench::nsPerSample).value,
+                         run.counters.at (bench::timesRealTime).value);
+
+        std::fflush (stdout);
+    }
+};
+} // namespace
+
+int main (int argc, char** argv)
+{
+    const TemporaryHome home;
+    const juce::ScopedJuceInitialiser_GUI juce;
+
+    benchmark::Initialize (&argc, argv);
+
+    if (benchmark::ReportUnrecognizedArguments (argc, argv))
+        return EXIT_FAILURE;
+
+    try
+    {
+        bench::addCurveRows();
+        bench::addSectionRows();
+        bench::addMeterRows();
+        bench::addChainRows();
+    }
+    catch (const std::exception& error)
+    {
+        std::fprintf (stderr, "orvo-bench: %s\n", error.what());
+        return EXIT_FAILURE;
+    }
+
+    Table table;
+    benchmark::RunSpecifiedBenchmarks (&table);
+    benchmark::Shutdown();
+}
