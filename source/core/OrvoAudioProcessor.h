@@ -111,11 +111,12 @@ private:
     void updateCeiling();
     void resetMeasurements();
 
+    void processLocked (juce::AudioBuffer<float>& buffer);
     void processPart (juce::AudioBuffer<float>& buffer);
     void measureInput (const juce::AudioBuffer<float>& buffer, const juce::dsp::AudioBlock<float>& block);
     void measureOutput (const juce::AudioBuffer<float>& buffer, const juce::dsp::AudioBlock<float>& block);
     void feedSpectrum (const juce::dsp::AudioBlock<float>& block);
-    void applyInputGain (juce::dsp::AudioBlock<float>& block);
+    void applyInputGain (juce::dsp::AudioBlock<float>& block) const;
     void clip (juce::dsp::AudioBlock<float>& block);
     void runLayout (juce::dsp::AudioBlock<float>& block);
     void runMultiBand (juce::dsp::AudioBlock<float>& block);

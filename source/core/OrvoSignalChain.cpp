@@ -215,11 +215,25 @@ void OrvoAudioProcessor::resetMeasurements()
 
 void OrvoAudioProcessor::processAudio (juce::AudioBuffer<float>& buffer)
 {
-    if (needsPrepare.exchange (false))
-        prepareChain();
+    for (;;)
+    {
+        if (needsPrepare.exchange (false))
+            prepareChain();
 
-    const juce::ScopedLock scope (processLock);
+        const juce::ScopedLock scope (processLock);
 
+        // Another change may have come before the lock was taken: the buffers would be too small for its
+        // factor.
+        if (! needsPrepare)
+        {
+            processLocked (buffer);
+            return;
+        }
+    }
+}
+
+void OrvoAudioProcessor::processLocked (juce::AudioBuffer<float>& buffer)
+{
     const auto isPrepared = oversamplingSampleRate > 0.0;
 
     if (! isPrepared || ! isOn (globalValues.enable))
@@ -293,7 +307,7 @@ void OrvoAudioProcessor::feedSpectrum (const juce::dsp::AudioBlock<float>& block
 }
 
 /** The parameter moves in tenths, the gain works in whole decibels. */
-void OrvoAudioProcessor::applyInputGain (juce::dsp::AudioBlock<float>& block)
+void OrvoAudioProcessor::applyInputGain (juce::dsp::AudioBlock<float>& block) const
 {
     const auto wholeDb = static_cast<float> (juce::roundToInt (globalValues.inGain->load()));
     block.multiplyBy (decibels::toGain (wholeDb));

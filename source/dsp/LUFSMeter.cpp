@@ -180,6 +180,7 @@ void LUFSMeter::weightAndSquare (const juce::AudioBuffer<float>& buffer)
         preFilter.clearState();
         revisedLowFrequencyBCurveFilter.clearState();
         measured.clear();
+        currentBlockIsSilent = freezeLoudnessRangeOnSilence;
     }
 }
 

@@ -2,6 +2,9 @@
 
 #include <juce_core/juce_core.h>
 
+namespace tessarin
+{
+
 /** A preset as listed; a plain value. */
 struct Preset
 {
@@ -21,3 +24,5 @@ struct Preset
     juce::String path;
     juce::String description;
 };
+
+} // namespace tessarin

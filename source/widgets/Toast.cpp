@@ -1,6 +1,7 @@
 #include "Toast.h"
 
 #include "common/ColourIds.h"
+#include "common/FontHeights.h"
 
 namespace tessarin
 {
@@ -14,14 +15,13 @@ Toast::Toast (const juce::String& textToShow, ToastType typeToShow, bool canBeDi
 void Toast::paint (juce::Graphics& g)
 {
     constexpr auto cornerRadius = 5.0f;
-    constexpr auto fontHeight = 16.0f;
     constexpr auto inset = 5;
 
     g.setColour (findColour (getBackgroundColourId()));
     g.fillRoundedRectangle (getLocalBounds().toFloat(), cornerRadius);
 
     g.setColour (findColour (luna::ColourIds::toastTextColourId));
-    g.setFont (fontHeight);
+    g.setFont (luna::FontHeights::topBar);
     g.drawText (text, inset, inset, juce::jmax (0, getWidth() - 2 * inset),
                 juce::jmax (0, getHeight() - 2 * inset), juce::Justification::centredLeft, true);
 

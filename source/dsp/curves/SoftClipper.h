@@ -15,7 +15,10 @@ class SoftClipper final : public KneeSaturator<SoftClipper>
 public:
     [[nodiscard]] float shape (float x) const noexcept
     {
-        return x * decibels::toGain (gainChangeDb (levelOf (x)));
+        const auto levelDb = levelOf (x);
+
+        // Most of a signal lies below the knee, where the gain is exactly 1.
+        return levelDb <= kneeStartDb ? x : x * decibels::toGain (gainChangeDb (levelDb));
     }
 
 private:
@@ -28,11 +31,9 @@ private:
                                                                : decibels::floorDb;
     }
 
+    /** Above the knee's start. */
     float gainChangeDb (float levelDb) const noexcept
     {
-        if (levelDb <= kneeStartDb)
-            return 0.0f;
-
         if (levelDb >= kneeEndDb)
             return thresholdDb - levelDb;
 

@@ -1,0 +1,264 @@
+#include "LunaLibLookAndFeel.h"
+
+#include "common/ColourIds.h"
+#include "common/FontHeights.h"
+
+#include <LunaBinary.h>
+
+namespace luna
+{
+
+using namespace ColourIds;
+
+namespace
+{
+constexpr auto cornerRadius = 3.0f;
+constexpr auto menuRowHeight = 22;
+constexpr auto menuSeparatorHeight = 5;
+constexpr auto menuTextInset = 10;
+
+juce::Font makeControlFont()
+{
+    return juce::Font (juce::FontOptions (FontHeights::control));
+}
+
+/** The same step up under the mouse and down while pressed. */
+juce::Colour shadeForMouse (juce::Colour colour, bool isHighlighted, bool isDown)
+{
+    constexpr auto step = 0.1f;
+    return isDown ? colour.darker (step) : isHighlighted ? colour.brighter (step) : colour;
+}
+
+void drawChevron (juce::Graphics& g, juce::Rectangle<float> area, juce::Colour colour)
+{
+    juce::Path chevron;
+    chevron.startNewSubPath (area.getTopLeft());
+    chevron.lineTo (area.getCentreX(), area.getBottom());
+    chevron.lineTo (area.getTopRight());
+
+    g.setColour (colour);
+    g.strokePath (chevron,
+                  juce::PathStrokeType (1.5f, juce::PathStrokeType::curved, juce::PathStrokeType::rounded));
+}
+} // namespace
+
+LunaLibLookAndFeel::LunaLibLookAndFeel()
+    : typeface (juce::Typeface::createSystemTypefaceFor (LunaBinary::NunitoSemiBold_ttf,
+                                                         LunaBinary::NunitoSemiBold_ttfSize))
+{
+}
+
+juce::Typeface::Ptr LunaLibLookAndFeel::getTypefaceForFont (const juce::Font&)
+{
+    return typeface;
+}
+
+void LunaLibLookAndFeel::drawPanelBackground (juce::Graphics& g, Panel& panel)
+{
+    const auto inner = panel.getLocalBounds().reduced (1);
+
+    g.fillAll (panel.findColour (panelBorderColourId));
+    g.setColour (panel.findColour (panelFillColourId));
+    g.fillRect (inner.withSize (juce::jmax (0, inner.getWidth()), juce::jmax (0, inner.getHeight())));
+}
+
+//======================================================================================================================
+// Buttons
+
+void LunaLibLookAndFeel::drawElement (juce::Graphics& g, juce::Rectangle<float> bounds,
+                                      juce::Component& component, juce::Colour fill, bool hasFocusRing)
+{
+    const auto isEnabled = component.isEnabled();
+    const auto borderId = ! isEnabled    ? disabledElementBorderColourId
+                          : hasFocusRing ? primaryColourId
+                                         : elementBorderColourId;
+
+    g.setColour (isEnabled ? fill : component.findColour (disabledElementColourId));
+    g.fillRoundedRectangle (bounds, cornerRadius);
+    g.setColour (component.findColour (borderId));
+    g.drawRoundedRectangle (bounds.reduced (0.5f), cornerRadius, 1.0f);
+}
+
+void LunaLibLookAndFeel::drawButtonBackground (juce::Graphics& g, juce::Button& button,
+                                               const juce::Colour& colour, bool isHighlighted, bool isDown)
+{
+    drawElement (g, button.getLocalBounds().toFloat(), button, shadeForMouse (colour, isHighlighted, isDown),
+                 button.hasKeyboardFocus (false));
+}
+
+void LunaLibLookAndFeel::drawButtonText (juce::Graphics& g, juce::TextButton& button, bool, bool)
+{
+    const auto id =
+        button.getToggleState() ? juce::TextButton::textColourOnId : juce::TextButton::textColourOffId;
+
+    g.setColour (button.findColour (button.isEnabled() ? id : static_cast<int> (disabledTextColourId)));
+    g.setFont (getTextButtonFont (button, button.getHeight()));
+    g.drawText (button.getButtonText(), button.getLocalBounds().reduced (5, 0), juce::Justification::centred,
+                true);
+}
+
+juce::Font LunaLibLookAndFeel::getTextButtonFont (juce::TextButton&, int)
+{
+    return makeControlFont();
+}
+
+//======================================================================================================================
+// Combo boxes and menus
+
+void LunaLibLookAndFeel::drawComboBox (juce::Graphics& g, int width, int height, bool isDown, int, int, int,
+                                       int, juce::ComboBox& box)
+{
+    const auto fill = shadeForMouse (box.findColour (elementColourId), box.isMouseOver (true), isDown);
+    drawElement (g, juce::Rectangle<int> (width, height).toFloat(), box, fill, box.hasKeyboardFocus (true));
+
+    const auto arrow =
+        juce::Rectangle<float> (8.0f, 4.0f)
+            .withCentre ({ static_cast<float> (width) - 12.0f, static_cast<float> (height) * 0.5f });
+    drawChevron (g, arrow, box.findColour (box.isEnabled() ? textColourId : disabledTextColourId));
+}
+
+juce::Font LunaLibLookAndFeel::getComboBoxFont (juce::ComboBox&)
+{
+    return makeControlFont();
+}
+
+void LunaLibLookAndFeel::positionComboBoxText (juce::ComboBox& box, juce::Label& label)
+{
+    label.setBounds (5, 0, juce::jmax (0, box.getWidth() - 25), box.getHeight());
+    label.setFont (getComboBoxFont (box));
+    label.setBorderSize ({ 0, 2, 0, 2 });
+}
+
+juce::Label* LunaLibLookAndFeel::createComboBoxTextBox (juce::ComboBox&)
+{
+    return new juce::Label();
+}
+
+void LunaLibLookAndFeel::drawPopupMenuBackgroundWithOptions (juce::Graphics& g, int width, int height,
+                                                             const juce::PopupMenu::Options&)
+{
+    g.fillAll (findColour (juce::PopupMenu::backgroundColourId));
+    g.setColour (findColour (elementBorderColourId));
+    g.drawRect (0, 0, width, height, 1);
+}
+
+void LunaLibLookAndFeel::drawPopupMenuItem (juce::Graphics& g, const juce::Rectangle<int>& area,
+                                            bool isSeparator, bool isActive, bool isHighlighted, bool,
+                                            bool hasSubMenu, const juce::String& text,
+                                            const juce::String& shortcutKeyText, const juce::Drawable*,
+                                            const juce::Colour* textColour)
+{
+    if (isSeparator)
+    {
+        g.setColour (findColour (elementBorderColourId));
+        g.fillRect (area.withSizeKeepingCentre (area.getWidth() - 2 * menuTextInset, 1));
+        return;
+    }
+
+    if (isHighlighted && isActive)
+    {
+        g.setColour (findColour (juce::PopupMenu::highlightedBackgroundColourId));
+        g.fillRect (area.reduced (1, 0));
+    }
+
+    const auto id = ! isActive      ? static_cast<int> (disabledTextColourId)
+                    : isHighlighted ? static_cast<int> (juce::PopupMenu::highlightedTextColourId)
+                                    : static_cast<int> (juce::PopupMenu::textColourId);
+    g.setColour (textColour != nullptr ? *textColour : findColour (id));
+    g.setFont (getPopupMenuFont());
+
+    const auto textArea = area.reduced (menuTextInset, 0);
+    g.drawText (text, textArea, juce::Justification::centredLeft, true);
+    g.drawText (shortcutKeyText, textArea, juce::Justification::centredRight, true);
+
+    if (hasSubMenu)
+        g.drawText (juce::String::charToString (0x203a), textArea, juce::Justification::centredRight, false);
+}
+
+void LunaLibLookAndFeel::getIdealPopupMenuItemSize (const juce::String& text, bool isSeparator, int,
+                                                    int& idealWidth, int& idealHeight)
+{
+    idealHeight = isSeparator ? menuSeparatorHeight : menuRowHeight;
+    idealWidth = isSeparator ? 50
+                             : juce::GlyphArrangement::getStringWidthInt (getPopupMenuFont(), text)
+                                   + 2 * menuTextInset + 20;
+}
+
+juce::Font LunaLibLookAndFeel::getPopupMenuFont()
+{
+    return makeControlFont();
+}
+
+//======================================================================================================================
+// Labels and text editors
+
+juce::Font LunaLibLookAndFeel::getLabelFont (juce::Label& label)
+{
+    return label.getFont();
+}
+
+void LunaLibLookAndFeel::drawLabel (juce::Graphics& g, juce::Label& label)
+{
+    g.fillAll (label.findColour (juce::Label::backgroundColourId));
+
+    if (label.isBeingEdited())
+        return;
+
+    const auto font = getLabelFont (label);
+    const auto area = label.getBorderSize().subtractedFrom (label.getLocalBounds());
+
+    g.setColour (label.findColour (label.isEnabled() ? static_cast<int> (juce::Label::textColourId)
+                                                     : static_cast<int> (disabledTextColourId)));
+    g.setFont (font);
+    g.drawFittedText (
+        label.getText(), area, label.getJustificationType(),
+        juce::jmax (1, static_cast<int> (static_cast<float> (area.getHeight()) / font.getHeight())),
+        label.getMinimumHorizontalScale());
+}
+
+void LunaLibLookAndFeel::fillTextEditorBackground (juce::Graphics& g, int width, int height,
+                                                   juce::TextEditor& editor)
+{
+    const auto fill =
+        editor.findColour (editor.isEnabled() ? static_cast<int> (juce::TextEditor::backgroundColourId)
+                                              : static_cast<int> (disabledElementColourId));
+    g.setColour (fill);
+    g.fillRoundedRectangle (juce::Rectangle<int> (width, height).toFloat(), cornerRadius);
+}
+
+void LunaLibLookAndFeel::drawTextEditorOutline (juce::Graphics& g, int width, int height,
+                                                juce::TextEditor& editor)
+{
+    const auto id = ! editor.isEnabled() ? static_cast<int> (disabledElementBorderColourId)
+                    : editor.hasKeyboardFocus (true)
+                        ? static_cast<int> (juce::TextEditor::focusedOutlineColourId)
+                        : static_cast<int> (juce::TextEditor::outlineColourId);
+    g.setColour (editor.findColour (id));
+    g.drawRoundedRectangle (juce::Rectangle<int> (width, height).toFloat().reduced (0.5f), cornerRadius,
+                            1.0f);
+}
+
+juce::Label* LunaLibLookAndFeel::createSliderTextBox (juce::Slider& slider)
+{
+    auto* box = LookAndFeel_V4::createSliderTextBox (slider);
+    box->setFont (makeControlFont());
+    box->setJustificationType (juce::Justification::centred);
+    box->setBorderSize ({});
+    box->setColour (juce::Label::outlineColourId, juce::Colours::transparentBlack);
+    return box;
+}
+
+void LunaLibLookAndFeel::drawCornerResizer (juce::Graphics& g, int width, int height, bool isMouseOver,
+                                            bool isMouseDragging)
+{
+    g.setColour (
+        findColour (isMouseOver || isMouseDragging ? highlightedTextColourId : disabledTextColourId));
+
+    const auto right = static_cast<float> (width) - 2.0f;
+    const auto bottom = static_cast<float> (height) - 2.0f;
+
+    for (const auto length : { 4.0f, 8.0f, 12.0f })
+        g.drawLine (right - length, bottom, right, bottom - length, 1.0f);
+}
+
+} // namespace luna

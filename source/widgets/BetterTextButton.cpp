@@ -1,0 +1,62 @@
+#include "BetterTextButton.h"
+
+#include "common/ColourIds.h"
+#include "common/FontHeights.h"
+
+namespace luna
+{
+
+BetterTextButton::BetterTextButton (const juce::String& initialText) : LeftClickButton (initialText)
+{
+    addAndMakeVisible (label);
+    label.setText (initialText, juce::dontSendNotification);
+    label.setFont (juce::FontOptions (FontHeights::control));
+    label.setJustificationType (juce::Justification::centred);
+    label.setEditable (true);
+    label.setAccessible (false);
+
+    label.onTextChange = [this]
+    {
+        if (onTextEdited)
+            onTextEdited (this, label.getText());
+    };
+}
+
+void BetterTextButton::resized()
+{
+    label.setBounds (getLocalBounds());
+}
+
+void BetterTextButton::paintButton (juce::Graphics& g, bool isHighlighted, bool isDown)
+{
+    const auto id = getToggleState() ? juce::TextButton::buttonOnColourId : juce::TextButton::buttonColourId;
+    getLookAndFeel().drawButtonBackground (g, *this, findColour (id), isHighlighted, isDown);
+}
+
+void BetterTextButton::enablementChanged()
+{
+    LeftClickButton::enablementChanged();
+    updateTextColour();
+}
+
+void BetterTextButton::lookAndFeelChanged()
+{
+    LeftClickButton::lookAndFeelChanged();
+    updateTextColour();
+}
+
+void BetterTextButton::rightButtonPressed()
+{
+    if (onRightClick)
+        onRightClick (this);
+}
+
+void BetterTextButton::updateTextColour()
+{
+    const auto id = ! isEnabled()      ? ColourIds::disabledTextColourId
+                    : getToggleState() ? ColourIds::highlightedTextColourId
+                                       : ColourIds::textColourId;
+    label.setColour (juce::Label::textColourId, findColour (id));
+}
+
+} // namespace luna

@@ -1,0 +1,26 @@
+#include "LeftClickButton.h"
+
+namespace luna
+{
+
+void LeftClickButton::mouseDown (const juce::MouseEvent& event)
+{
+    if (event.mods.isRightButtonDown())
+        rightButtonPressed();
+    else if (event.mods.isLeftButtonDown())
+        juce::Button::mouseDown (event);
+}
+
+void LeftClickButton::mouseDrag (const juce::MouseEvent& event)
+{
+    if (event.mods.isLeftButtonDown())
+        juce::Button::mouseDrag (event);
+}
+
+void LeftClickButton::mouseUp (const juce::MouseEvent& event)
+{
+    if (event.mods.isLeftButtonDown())
+        juce::Button::mouseUp (event);
+}
+
+} // namespace luna

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace luna
+{
+
+/** Base of the buttons whose state only the left mouse button drives; a press of the right one is a gesture
+   of its own. */
+class LeftClickButton : public juce::Button
+{
+public:
+    using juce::Button::Button;
+
+    void mouseDown (const juce::MouseEvent&) override;
+    void mouseDrag (const juce::MouseEvent&) override;
+    void mouseUp (const juce::MouseEvent&) override;
+
+    void lookAndFeelChanged() override { repaint(); }
+
+protected:
+    virtual void rightButtonPressed() = 0;
+};
+
+} // namespace luna

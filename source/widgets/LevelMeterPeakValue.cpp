@@ -1,0 +1,42 @@
+#include "LevelMeterPeakValue.h"
+
+namespace luna::temp
+{
+
+LevelMeterPeakValue::LevelMeterPeakValue (LevelMeter* meterToRead, int kindToShow)
+    : meter (meterToRead), kind (kindToShow)
+{
+    setJustificationType (juce::Justification::centred);
+    setText ("-", juce::dontSendNotification);
+    startTimer (33);
+}
+
+void LevelMeterPeakValue::mouseDown (const juce::MouseEvent&)
+{
+    if (onClick != nullptr)
+        onClick();
+}
+
+void LevelMeterPeakValue::timerCallback()
+{
+    const auto isLive = isEnabled() && isShowing();
+    const auto level = kind == maximumRms ? meter->maxRms : meter->maxPeak;
+
+    setText (isLive ? format (level, kind) : juce::String ("-"), juce::dontSendNotification);
+}
+
+juce::String LevelMeterPeakValue::format (double level, int kind)
+{
+    // NaN takes this way too.
+    if (! (level > 0.0))
+        return juce::String::fromUTF8 ("-\xe2\x88\x9e");
+
+    constexpr auto smallestRms = 0.01;
+    constexpr auto sineCrestDb = 3.0;
+    constexpr auto largestDb = 999.9;
+
+    const auto correction = kind == maximumRms && level > smallestRms ? sineCrestDb : 0.0;
+    return juce::String (juce::jmin (largestDb, LevelMeter::toDecibels (level) + correction), 1);
+}
+
+} // namespace luna::temp

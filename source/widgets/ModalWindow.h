@@ -1,0 +1,34 @@
+#pragma once
+
+#include "widgets/Panel.h"
+
+namespace tessarin
+{
+
+/** Base of the dialogs: darkens the editor and shows a panel on top. A click on the dark area closes it. */
+class ModalWindow : public juce::Component
+{
+public:
+    explicit ModalWindow (const juce::String& title = "Modal Window");
+
+    void mouseDown (const juce::MouseEvent&) override;
+    void paint (juce::Graphics&) override;
+
+    const juce::String title;
+    bool closable = true;
+
+    /** Set by derived classes in `resized`. */
+    juce::Rectangle<int> panelBounds;
+    int contentHeight = 50;
+    int margin = 20;
+    luna::Panel panel;
+
+protected:
+    /** Where every dialog stands: 100 below the parent's top, or centred where that does not fit. */
+    void placePanel (int panelHeight);
+
+private:
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ModalWindow)
+};
+
+} // namespace tessarin

@@ -1,0 +1,65 @@
+#include "RealtimeLabel.h"
+
+#include "common/ColourIds.h"
+#include "common/FontHeights.h"
+
+using namespace luna;
+
+RealtimeLabel::RealtimeLabel (const float* valueSource, juce::String nameToShow,
+                              std::function<juce::String (float)> toString)
+    : valueToString (std::move (toString)),
+      source (valueSource),
+      name (std::move (nameToShow)),
+      nameFont (juce::FontOptions (FontHeights::control)),
+      valueFont (juce::FontOptions (FontHeights::control, juce::Font::bold))
+{
+    if (! valueToString)
+        valueToString = [] (float value) { return juce::String (value, 2); };
+
+    setTitle (name);
+    startTimer (33);
+}
+
+void RealtimeLabel::mouseDown (const juce::MouseEvent&)
+{
+    if (onClick)
+        onClick();
+}
+
+void RealtimeLabel::lookAndFeelChanged()
+{
+    textColour = findColour (ColourIds::textColourId);
+    highlightedTextColour = findColour (ColourIds::highlightedTextColourId);
+    backgroundColour = findColour (ColourIds::backgroundColourId);
+    disabledTextColour = findColour (ColourIds::disabledTextColourId);
+    nameFont = juce::Font (juce::FontOptions (FontHeights::control));
+    valueFont = nameFont.boldened();
+    repaint();
+}
+
+void RealtimeLabel::paint (juce::Graphics& g)
+{
+    if (rows.items.size() < 2)
+        return;
+
+    const auto drawRow = [&] (int row, const juce::String& text, const juce::Font& font, juce::Colour colour)
+    {
+        g.setColour (colour);
+        g.setFont (font);
+        g.drawText (text, rows.items.getReference (row).currentBounds, juce::Justification::centred, true);
+    };
+
+    drawRow (0, name, nameFont, isEnabled() ? textColour : disabledTextColour);
+    drawRow (1, isEnabled() ? valueToString (*source) : "-", valueFont,
+             isEnabled() ? highlightedTextColour : textColour);
+}
+
+void RealtimeLabel::resized()
+{
+    const auto makeRow = [this] (float height)
+    { return juce::FlexItem (static_cast<float> (getWidth()), height).withFlex (0.0f, 1.0f, height); };
+
+    rows.flexDirection = juce::FlexBox::Direction::column;
+    rows.items = { makeRow (16.0f), makeRow (18.0f) };
+    rows.performLayout (getLocalBounds());
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <functional>
+
+/** A readout of two lines, a name and a value that it polls about 30 times a second. Disabled, it shows "-".
+
+    `source` is written by the audio thread without a lock and must outlive the label. Message thread.
+*/
+class RealtimeLabel : public juce::Component, public juce::Timer, public juce::SettableTooltipClient
+{
+public:
+    /** An empty function shows the value with two decimal places. */
+    RealtimeLabel (const float* source, juce::String name, std::function<juce::String (float)> valueToString);
+
+    void mouseDown (const juce::MouseEvent&) override;
+    void lookAndFeelChanged() override;
+
+    void enablementChanged() override { repaint(); }
+
+    void paint (juce::Graphics&) override;
+    void resized() override;
+
+    void timerCallback() override { repaint(); }
+
+    /** Any mouse button. */
+    std::function<void()> onClick;
+    std::function<juce::String (float)> valueToString;
+    const float* source;
+    juce::String name;
+    juce::Colour textColour, highlightedTextColour, backgroundColour, disabledTextColour;
+    juce::Font nameFont, valueFont;
+    juce::FlexBox rows;
+
+private:
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (RealtimeLabel)
+};

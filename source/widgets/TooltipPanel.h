@@ -1,0 +1,32 @@
+#pragma once
+
+#include "widgets/Panel.h"
+
+namespace luna
+{
+
+/** The strip that shows the tooltip of whatever is under the mouse. It polls, about 30 times a second. */
+class TooltipPanel : public Panel, public juce::Timer
+{
+public:
+    TooltipPanel();
+
+    /** Takes the tooltip of the component under the mouse; over nothing, the last one stays. */
+    virtual void refresh();
+
+    void lookAndFeelChanged() override;
+    void layoutContent() override;
+
+    void timerCallback() override { refresh(); }
+
+    juce::Label tooltipLabel;
+
+    /** A text of licensing. */
+    juce::Label statusLabel;
+    bool hideStatusWhenTooltipShown = false;
+
+private:
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TooltipPanel)
+};
+
+} // namespace luna
