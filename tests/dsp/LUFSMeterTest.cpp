@@ -1,0 +1,281 @@
+#include "dsp/LUFSMeter.h"
+
+#include "support/AllocationGuard.h"
+#include "support/Signals.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace
+{
+using signals::Buffer;
+using signals::toGain;
+
+/** A stereo meter and the stream that it hears, in blocks of 512. */
+struct Listener : kf::LUFSMeter
+{
+    explicit Listener (double sampleRate = 48000.0) : rate (sampleRate) { prepareToPlay (rate, 2, 512, 30); }
+
+    void hear (Buffer buffer)
+    {
+        signals::inBlocks (buffer, { 512 }, [this] (Buffer& block) { processBlock (block); });
+    }
+
+    int samplesIn (double seconds) const { return juce::roundToInt (seconds * rate); }
+
+    /** Sine of 1 kHz in both channels, of a peak in dB. */
+    void hearTone (double levelDb, double seconds)
+    {
+        hear (signals::sine (2, samplesIn (seconds), 1000.0, rate, toGain (levelDb)));
+    }
+
+    void hearSilence (double seconds) { hear (signals::silence (2, samplesIn (seconds))); }
+
+    double rate;
+};
+
+std::vector<float> readingsOf (const kf::LUFSMeter& meter)
+{
+    const auto data = meter.getData();
+    return { data.momentary,  data.momentaryMax, data.shortTerm, data.shortTermMax,
+             data.integrated, data.rangeStart,   data.rangeEnd };
+}
+
+TEST (LUFSMeter, MeasuresInBinsOfWholeSamples)
+{
+    struct
+    {
+        double sampleRate;
+        int requestRate, rate;
+    } const cases[] { { 44100.0, 30, 30 }, { 48000.0, 30, 30 }, { 192000.0, 30, 30 },
+                      { 48000.0, 31, 40 }, { 32000.0, 30, 40 }, { 44100.0, 61, 70 },
+                      { 48000.0, 1, 10 },  { 44101.0, 30, 10 }, { 48010.0, 30, 10 } };
+
+    for (const auto& [sampleRate, requestRate, rate] : cases)
+    {
+        kf::LUFSMeter meter;
+        meter.prepareToPlay (sampleRate, 2, 512, requestRate);
+
+        const auto samplesPerBin = static_cast<int> (sampleRate) / rate;
+        EXPECT_EQ ((std::vector { meter.numberOfBins, meter.numberOfSamplesPerBin, meter.numberOfBinsIn400ms,
+                                  meter.numberOfBinsIn100ms, meter.numberOfSamplesIn3s,
+                                  meter.numberOfSamplesIn400ms }),
+                   (std::vector { 3 * rate, samplesPerBin, 4 * rate / 10, rate / 10, samplesPerBin * 3 * rate,
+                                  samplesPerBin * (4 * rate / 10) }))
+            << sampleRate << " Hz, request rate " << requestRate;
+    }
+
+    kf::LUFSMeter meter;
+    EXPECT_EQ (meter.numberOfBins, 60) << "before it is prepared";
+    EXPECT_EQ (meter.numberOfSamplesPerBin, 2205);
+    meter.prepareToPlay (48000.0, 6, 512, 30);
+    EXPECT_EQ (meter.channelWeighting, (std::vector { 1.0, 1.0, 1.0, 1.41, 1.41, 1.0 }));
+}
+
+// --- Published test signals: EBU Tech 3341 (loudness) and Tech 3342 (range), stereo sine of 1 kHz ----------
+
+TEST (LUFSMeter, ReadsASteadyToneOnEveryScaleAtEveryRate)
+{
+    for (auto rate : { 44100.0, 48000.0, 88200.0, 192000.0 })
+    {
+        for (auto level : { -23.0, -33.0 })
+        {
+            Listener meter (rate);
+            meter.hearTone (level, 20.0);
+            for (auto reading : readingsOf (meter))
+                EXPECT_NEAR (static_cast<double> (reading), level, 0.1) << rate << " Hz";
+        }
+    }
+}
+
+TEST (LUFSMeter, ReadsThePublishedSequences)
+{
+    const auto integrated = &kf::LUFSData::integrated;
+    const auto shortTerm = &kf::LUFSData::shortTerm;
+    const auto momentary = &kf::LUFSData::momentary;
+    const auto range = &kf::LUFSData::range;
+
+    struct
+    {
+        const char* name;
+        float kf::LUFSData::*reading;
+        double expected, tolerance;
+        int repeats;
+        std::vector<std::pair<double, double>> steps; // level and seconds
+    } const cases[] {
+        { "3341-3", integrated, -23, 0.1, 1, { { -36, 10 }, { -23, 60 }, { -36, 10 } } },
+        { "3341-4",
+          integrated,
+          -23,
+          0.1,
+          1,
+          { { -72, 10 }, { -36, 10 }, { -23, 60 }, { -36, 10 }, { -72, 10 } } },
+        { "3341-5", integrated, -23, 0.1, 1, { { -26, 20 }, { -20, 20.1 }, { -26, 20 } } },
+        { "3341-9", shortTerm, -23, 0.1, 5, { { -20, 1.34 }, { -30, 1.66 } } },
+        { "3341-12", momentary, -23, 0.1, 25, { { -20, 0.18 }, { -30, 0.22 } } },
+        { "3342-1", range, 10, 1, 1, { { -20, 20 }, { -30, 20 } } },
+        { "3342-2", range, 5, 1, 1, { { -20, 20 }, { -15, 20 } } },
+        { "3342-3", range, 20, 1, 1, { { -40, 20 }, { -20, 20 } } },
+        { "3342-4", range, 15, 1, 1, { { -50, 20 }, { -35, 20 }, { -20, 20 }, { -35, 20 }, { -50, 20 } } },
+    };
+
+    for (const auto& [name, reading, expected, tolerance, repeats, steps] : cases)
+    {
+        Listener meter;
+
+        for (auto repeat = 0; repeat < repeats; ++repeat)
+        {
+            for (const auto& [level, seconds] : steps)
+                meter.hearTone (level, seconds);
+
+            EXPECT_NEAR (static_cast<double> (meter.getData().*reading), expected, tolerance)
+                << name << ", repeat " << repeat;
+        }
+    }
+}
+
+// --- Where the meter differs from the documents, or says more than they do --------------------------------
+
+TEST (LUFSMeter, SeesTheFirstChannelBesideTheOthersLastBinInItsMaxima)
+{
+    // Right sounds in one bin; left, in the bin with which the window leaves it. The first channel's pass
+    // still sees both, though no window holds both.
+    Listener meter;
+    const auto bin = meter.numberOfSamplesPerBin;
+    const auto tone = signals::sine (1, bin, 1000.0, 48000.0, 0.5);
+    auto buffer = signals::silence (2, 13 * bin);
+    buffer.copyFrom (1, 0, tone, 0, 0, bin);
+    buffer.copyFrom (0, 12 * bin, tone, 0, 0, bin);
+    meter.hear (buffer);
+
+    EXPECT_NEAR (static_cast<double> (meter.maxMomentaryLoudness - meter.momentaryLoudness),
+                 10.0 * std::log10 (2.0), 0.05);
+    EXPECT_EQ (meter.maxShortTermLoudness, meter.shortTermLoudness);
+}
+
+TEST (LUFSMeter, ReadsLowWhileItsWindowsFillAndIntegratesInStepsOfATenth)
+{
+    Listener meter;
+    meter.hearTone (-23.04, 0.1);
+    EXPECT_NEAR (static_cast<double> (meter.momentaryLoudness), -23.04 + 10.0 * std::log10 (0.25), 0.1);
+    meter.hearTone (-23.04, 0.9);
+    EXPECT_NEAR (static_cast<double> (meter.momentaryLoudness), -23.04, 0.1);
+    EXPECT_NEAR (static_cast<double> (meter.shortTermLoudness), -23.04 + 10.0 * std::log10 (1.0 / 3.0), 0.1);
+    meter.hearTone (-23.04, 29.0);
+
+    // 300 blocks in one step, but for the first three, which hold a quarter, a half and three quarters.
+    const auto exact = static_cast<double> (meter.momentaryLoudness);
+    const auto stepped = std::round (exact * 10.0) / 10.0;
+    EXPECT_GT (std::abs (exact - stepped), 0.02);
+    EXPECT_NEAR (static_cast<double> (meter.integratedLoudness), stepped + 10.0 * std::log10 (298.5 / 300.0),
+                 1.0e-3);
+}
+
+TEST (LUFSMeter, KeepsTheFirstThreeSecondsOfSignalOutOfTheRange)
+{
+    Listener meter;
+    meter.hearSilence (2.0); // is no signal
+    meter.hearTone (-23.0, 2.9);
+    EXPECT_EQ (meter.loudnessRangeStart, kf::noLoudness);
+    EXPECT_EQ (meter.getData().range, 0.0f);
+
+    meter.hearTone (-23.0, 0.1);
+    EXPECT_NEAR (static_cast<double> (meter.loudnessRangeStart), -23.0, 0.1);
+    EXPECT_NEAR (static_cast<double> (meter.loudnessRangeEnd), -23.0, 0.1);
+}
+
+TEST (LUFSMeter, HoldsTheRangeThroughSilence)
+{
+    Listener meter;
+    meter.hearTone (-20.0, 10.0);
+    const auto start = meter.loudnessRangeStart;
+    const auto end = meter.loudnessRangeEnd;
+
+    meter.hearSilence (2.5);
+    EXPECT_EQ (meter.loudnessRangeStart, start);
+    EXPECT_EQ (meter.loudnessRangeEnd, end);
+    EXPECT_LT (meter.shortTermLoudness, -26.0f);
+
+    // The fall was counted: with signal it shows.
+    meter.hearTone (-80.0, 0.3);
+    EXPECT_LT (meter.loudnessRangeStart, start - 1.0f);
+}
+
+TEST (LUFSMeter, ShowsNothingForSilence)
+{
+    Listener meter;
+    meter.hearSilence (60.0);
+    EXPECT_FALSE (meter.getData().isLongEnough);
+    meter.hearSilence (0.1);
+
+    EXPECT_TRUE (meter.getData().isLongEnough);
+    EXPECT_EQ (readingsOf (meter), std::vector (7, kf::noLoudness));
+}
+
+TEST (LUFSMeter, ResetKeepsThePositionInTheBinAndNothingElse)
+{
+    Listener meter;
+    const auto halfBin = signals::sine (2, meter.numberOfSamplesPerBin / 2, 1000.0, 48000.0);
+    meter.hearTone (0.0, 5.0);
+    meter.hear (halfBin);
+    const auto currentBin = meter.currentBin;
+
+    auto calls = 0;
+    {
+        const AllocationGuard guard;
+        meter.reset();
+        calls = guard.count();
+    }
+
+    EXPECT_EQ (calls, 0);
+    EXPECT_EQ (readingsOf (meter), std::vector (7, kf::noLoudness));
+    EXPECT_EQ (meter.blocksMeasured, 0);
+    EXPECT_EQ (meter.currentBin, currentBin);
+
+    // The bin ends after its second half and holds no more than that, of twelve in the window.
+    meter.hear (halfBin);
+    EXPECT_NE (meter.currentBin, currentBin);
+    EXPECT_NEAR (static_cast<double> (meter.momentaryLoudness), 10.0 * std::log10 (0.5 / 12.0), 0.1);
+
+    // Nothing of the louder past counts, and the range waits for three seconds again.
+    meter.reset();
+    meter.hearTone (-40.0, 2.8);
+    EXPECT_NEAR (static_cast<double> (meter.integratedLoudness), -40.0, 0.5);
+    EXPECT_EQ (meter.loudnessRangeStart, kf::noLoudness);
+}
+
+TEST (LoudnessHistogram, CountsAsAMapDoes)
+{
+    kf::LoudnessHistogram histogram;
+    juce::Random random (5);
+
+    // The second time in another region, which shows what clearing left behind.
+    for (auto offset : { -900, -400 })
+    {
+        EXPECT_TRUE (histogram.isEmpty());
+        std::map<int, int> expected;
+
+        for (auto i = 0; i < 200; ++i)
+        {
+            const auto key = offset + random.nextInt (700);
+            histogram.add (key);
+            ++expected[key];
+        }
+
+        const auto largest = expected.rbegin()->first;
+        EXPECT_EQ (histogram.largestKey(), largest);
+
+        for (auto key = -1000; key <= largest; ++key)
+        {
+            ASSERT_EQ (histogram.firstKeyFrom (key), expected.lower_bound (key)->first) << key;
+            ASSERT_EQ (histogram.countAt (key), expected.contains (key) ? expected.at (key) : 0) << key;
+        }
+
+        histogram.clear();
+    }
+
+    histogram.add (7700);
+    EXPECT_EQ (histogram.countAt (7700), 1) << "the loudest finite sample";
+}
+} // namespace

@@ -1,0 +1,115 @@
+#include "dsp/LevelProcessors.h"
+
+#include "support/Signals.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+constexpr auto rate = 48000;
+
+struct Channel : LevelChannel, testing::Test
+{
+    Channel() { prepare (rate); }
+
+    void feed (float magnitude, int numSamples)
+    {
+        for (auto i = 0; i < numSamples; ++i)
+            processSample (magnitude);
+    }
+};
+
+TEST_F (Channel, HoldsAPeakForASecondAndReleasesIn300Ms)
+{
+    feed (1.0f, 1);
+
+    // The bare peak falls at once, by a factor of e in 300 ms.
+    feed (0.0f, rate * 3 / 10);
+    EXPECT_NEAR (getData().peak, std::exp (-1.0), 1.0e-3);
+
+    feed (0.0f, rate - 1 - rate * 3 / 10);
+    EXPECT_EQ (getData().heldPeak, 1.0) << "the last sample of the second";
+    feed (0.0f, 1);
+    EXPECT_LT (getData().heldPeak, 1.0);
+    feed (0.0f, rate * 3 / 10 - 1);
+    EXPECT_NEAR (getData().heldPeak, std::exp (-1.0), 1.0e-3);
+    EXPECT_EQ (getData().maxPeak, 1.0);
+
+    // A higher one takes over at once; a lower one does not.
+    feed (0.75f, 1);
+    feed (0.5f, rate / 2);
+    EXPECT_EQ (getData().heldPeak, 0.75);
+}
+
+TEST_F (Channel, MeasuresRmsOver300Ms)
+{
+    feed (1.0f, rate * 15 / 100);
+    EXPECT_NEAR (getData().rms, std::sqrt (0.5), 1.0e-4) << "half the window is full";
+    feed (1.0f, rate * 15 / 100);
+    EXPECT_NEAR (getData().rms, 1.0, 1.0e-4);
+    feed (0.0f, rate * 15 / 100);
+    EXPECT_NEAR (getData().rms, std::sqrt (0.5), 1.0e-4);
+    EXPECT_NEAR (getData().maxRms, 1.0, 1.0e-4);
+}
+
+TEST_F (Channel, RebuildsTheRunningSumOnceASecond)
+{
+    juce::Random random (3);
+    for (auto i = 0; i < rate / 2; ++i)
+        processSample (100.0f * random.nextFloat());
+
+    // What the loud part left in the single precision sum drowns the quiet part, until the second is over.
+    feed (0.001f, rate / 2 - 1);
+    EXPECT_GT (std::abs (getData().rms - 0.001), 1.0e-4);
+    feed (0.001f, 1);
+    EXPECT_NEAR (getData().rms, 0.001, 1.0e-7);
+}
+
+TEST_F (Channel, ReadsNothingBelowMinus80Db)
+{
+    feed (0.000099f, rate);
+    for (auto value :
+         { getData().peak, getData().rms, getData().heldPeak, getData().maxPeak, getData().maxRms })
+        EXPECT_EQ (value, 0.0);
+
+    feed (0.000101f, rate);
+    for (auto value :
+         { getData().peak, getData().rms, getData().heldPeak, getData().maxPeak, getData().maxRms })
+        EXPECT_NEAR (value, 0.000101, 1.0e-7);
+}
+
+struct Levels : luna::temp::StereoLevelProcessor, testing::Test
+{
+    Levels() { prepare (rate); }
+
+    void hear (const signals::Buffer& buffer) { process (juce::dsp::AudioBlock<const float> (buffer)); }
+
+    static std::vector<double> valuesOf (LevelChannel& channel)
+    {
+        const auto data = channel.getData();
+        return { data.peak, data.rms, data.heldPeak, data.maxPeak, data.maxRms };
+    }
+};
+
+TEST_F (Levels, FollowEachChannelAndDoubleMono)
+{
+    const auto noise = signals::noise (2, 4800);
+    hear (noise);
+    EXPECT_EQ (left.getData().maxPeak, static_cast<double> (noise.getMagnitude (0, 0, 4800)));
+    EXPECT_EQ (right.getData().maxPeak, static_cast<double> (noise.getMagnitude (1, 0, 4800)));
+    EXPECT_EQ (getMaxPeak(), static_cast<double> (noise.getMagnitude (0, 4800)));
+
+    prepare (rate);
+    EXPECT_EQ (valuesOf (left), std::vector<double> (5, 0.0)) << "cleared";
+    hear (signals::noise (1, 4800));
+    const auto mono = valuesOf (left);
+    EXPECT_GT (mono.back(), 0.1);
+    EXPECT_EQ (valuesOf (right), mono);
+
+    hear (signals::noise (3, 4800, 2.0f));
+    EXPECT_EQ (valuesOf (left), mono) << "neither mono nor stereo";
+
+    resetMaxima();
+    EXPECT_EQ (valuesOf (left), (std::vector { mono[0], mono[1], mono[2], 0.0, 0.0 }));
+}
+} // namespace
