@@ -1,0 +1,85 @@
+// orvo-gallery OUTDIR: draws every widget in every state, in the four themes and at scale 1 and 2, off
+// screen, as OUTDIR/<theme>/<widget>.png and <widget>@2x.png.
+
+#include "common/AtomicFile.h"
+#include "Exhibits.h"
+#include "settings/TessarinLookAndFeel.h"
+#include "settings/ThemeResolver.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace
+{
+/** Keeps the user's presets and settings out of the pictures. Made before JUCE starts. */
+struct TemporaryHome
+{
+    TemporaryHome()
+    {
+        folder.createDirectory();
+        setenv ("XDG_CONFIG_HOME", folder.getFullPathName().toRawUTF8(), 1);
+
+        // JUCE joins any screen it finds. A name that cannot be parsed keeps it away; an empty one would not.
+        setenv ("DISPLAY", "none", 1);
+    }
+
+    ~TemporaryHome() { folder.deleteRecursively(); }
+
+    juce::File folder = juce::File::getSpecialLocation (juce::File::tempDirectory)
+                            .getChildFile ("orvo-gallery-" + juce::Uuid().toString());
+};
+
+bool writePng (const juce::Image& image, const juce::File& file)
+{
+    juce::MemoryOutputStream png;
+    return file.getParentDirectory().createDirectory().wasOk()
+           && juce::PNGImageFormat().writeImageToStream (image, png)
+           && replaceFileAtomically (file, png.getData(), png.getDataSize());
+}
+
+bool drawGallery (const juce::File& folder)
+{
+    tessarin::SharedLookAndFeel shared;
+    OrvoAudioProcessor processor;
+    const auto sheets = makeSheets (processor);
+
+    for (const auto& theme : tessarin::ThemeResolver::getEmbeddedThemeNames())
+    {
+        shared.lookAndFeel.setTheme (theme);
+
+        for (const auto& sheet : sheets)
+        {
+            for (const auto scale : { 1, 2 })
+            {
+                const auto name = sheet.name + (scale == 1 ? "" : "@2x") + ".png";
+                const auto file = folder.getChildFile (theme).getChildFile (name);
+
+                if (! writePng (renderSheet (sheet, static_cast<float> (scale)), file))
+                {
+                    std::fprintf (stderr, "error: cannot write %s\n", file.getFullPathName().toRawUTF8());
+                    return false;
+                }
+            }
+        }
+
+        std::printf ("%s: %d sheets\n", theme.toRawUTF8(), static_cast<int> (sheets.size()));
+    }
+
+    return true;
+}
+} // namespace
+
+int main (int argc, char** argv)
+{
+    if (argc != 2 || juce::String (argv[1]).startsWithChar ('-'))
+    {
+        std::fprintf (stderr, "usage: orvo-gallery OUTDIR\n");
+        return 2;
+    }
+
+    const TemporaryHome home;
+    const juce::ScopedJuceInitialiser_GUI juceInitialiser;
+    const auto folder =
+        juce::File::getCurrentWorkingDirectory().getChildFile (juce::String::fromUTF8 (argv[1]));
+    return drawGallery (folder) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
