@@ -1,0 +1,47 @@
+#pragma once
+
+#include <juce_audio_formats/juce_audio_formats.h>
+
+/** A folder that goes with the test. */
+struct TemporaryFolder
+{
+    TemporaryFolder();
+    ~TemporaryFolder();
+
+    [[nodiscard]] juce::File file (const juce::String& name) const { return folder.getChildFile (name); }
+
+    /** Every file's path with its bytes, hidden ones too. */
+    [[nodiscard]] juce::StringPairArray contents() const;
+
+    juce::File folder;
+};
+
+/** The module that this build made. */
+[[nodiscard]] juce::File builtModule();
+
+struct ProgramRun
+{
+    int exitCode = -1;
+    juce::String output, errors;
+};
+
+/** Runs orvo-host on the built module, its streams kept apart. A crash has the exit code -1. */
+[[nodiscard]] ProgramRun runHost (const TemporaryFolder&, juce::StringArray words);
+
+struct AudioFileContents
+{
+    juce::AudioBuffer<float> audio;
+    double sampleRate = 0.0;
+    int bits = 0;
+    bool isFloat = false;
+};
+
+/** Through JUCE's own reader for the name's extension. An empty buffer if there is no such audio. */
+[[nodiscard]] AudioFileContents readAudio (const juce::File&);
+
+/** Through JUCE's own WAV writer; 32 bits are float. */
+void writeWav (const juce::File&, const juce::AudioBuffer<float>&, double sampleRate, int bits);
+
+/** Smooth noise: white noise through a short window, so that nearly all of it lies in the band that
+   oversampling keeps, faded in and out over 32 frames. Peaks at `level`. */
+[[nodiscard]] juce::AudioBuffer<float> smoothNoise (int channels, int frames, float level);

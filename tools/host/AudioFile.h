@@ -1,0 +1,84 @@
+#pragma once
+
+#include <juce_audio_formats/juce_audio_formats.h>
+
+#include <memory>
+#include <vector>
+
+enum class SampleFormat
+{
+    int16,
+    int24,
+    int32,
+    float32
+};
+
+/** What a file of audio holds. */
+struct AudioShape
+{
+    double sampleRate = 0.0;
+    int channels = 0;
+    juce::int64 frames = 0;
+    SampleFormat format = SampleFormat::int16;
+};
+
+/** A WAV or AIFF file, mono or stereo, read in pieces. */
+class AudioFileReader
+{
+public:
+    /** Throws for whatever is no such file. */
+    explicit AudioFileReader (const juce::File& file);
+
+    [[nodiscard]] const AudioShape& getShape() const noexcept { return shape; }
+
+    /** Fills `destination`; frames beyond the end are silence. */
+    void read (juce::AudioBuffer<float>& destination, juce::int64 firstFrame);
+
+private:
+    juce::String path;
+    std::unique_ptr<juce::AudioFormatReader> reader;
+    AudioShape shape;
+};
+
+/** Writes a WAV or AIFF file of known length, and puts it into place only when it is whole.
+
+    The audio goes to a hidden file in the same folder, which becomes the target with one rename in `finish`
+   and is removed if that is not reached. So no failure leaves half a file or touches an old one.
+*/
+class AudioFileWriter
+{
+public:
+    AudioFileWriter (const juce::File& target, const AudioShape& shape);
+    ~AudioFileWriter();
+
+    /** Appends the first `numFrames`. Samples beyond full scale are held at it, except in float files. */
+    void write (const juce::AudioBuffer<float>& frames, int numFrames);
+
+    /** Throws if the target exists and must not be replaced. */
+    void finish (bool mayReplace);
+
+private:
+    void writeWavHeader (juce::int64 dataBytes);
+    void writeAiffHeader (juce::int64 dataBytes);
+    void encode (float sample);
+    void encodeInteger (juce::int32 value, int bytes);
+    void check (bool succeeded) const;
+
+    juce::File target, temporary;
+    AudioShape shape;
+    bool bigEndian = false;
+    std::unique_ptr<juce::FileOutputStream> stream;
+    std::vector<char> encoded;
+
+    JUCE_DECLARE_NON_COPYABLE (AudioFileWriter)
+};
+
+/** Puts a whole new file in place of `target`, or where no file is unless `mayReplace`. Throws, and leaves
+   `target` alone, if that cannot be. */
+void moveIntoPlace (const juce::File& finished, const juce::File& target, bool mayReplace);
+
+/** A hidden name beside `target` for a file that is not whole yet. */
+[[nodiscard]] juce::File unfinishedFileFor (const juce::File& target);
+
+/** Whether the name ends as a WAV or AIFF file's does. */
+[[nodiscard]] bool hasAudioExtension (const juce::File& file);

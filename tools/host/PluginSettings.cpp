@@ -1,0 +1,53 @@
+#include "PluginSettings.h"
+
+#include "Failure.h"
+#include "PresetListing.h"
+
+namespace
+{
+void applyPreset (PluginHost& host, const juce::String& name)
+{
+    const auto index = findPreset (name);
+
+    if (index < 0)
+        throw Failure ("there is no preset \"" + name + "\"; \"orvo-host presets\" lists them");
+
+    auto& instance = host.getInstance();
+
+    if (index >= instance.getNumPrograms() || instance.getProgramName (index) != listPresets()[index].name)
+        throw Failure ("the module's programs are not the presets on disk");
+
+    instance.setCurrentProgram (index);
+}
+
+void applyState (PluginHost& host, const juce::File& file)
+{
+    juce::MemoryBlock block;
+
+    if (! file.existsAsFile() || ! file.loadFileAsData (block))
+        throw Failure (file.getFullPathName() + ": cannot be read");
+
+    host.setState (block);
+}
+
+void applySetting (PluginHost& host, const juce::String& setting)
+{
+    if (! setting.containsChar ('='))
+        throw Failure ("--set takes ID=VALUE, not \"" + setting + "\"", Failure::wrongUsage);
+
+    host.getParameter (setting.upToFirstOccurrenceOf ("=", false, false).trim())
+        .setFromText (setting.fromFirstOccurrenceOf ("=", false, false).trim());
+}
+} // namespace
+
+void applySettings (PluginHost& host, const Arguments& arguments)
+{
+    if (arguments.has ("--preset"))
+        applyPreset (host, arguments.valueOf ("--preset", {}));
+
+    if (arguments.has ("--state"))
+        applyState (host, fileFromOperand (arguments.valueOf ("--state", {})));
+
+    for (const auto& setting : arguments.valuesOf ("--set"))
+        applySetting (host, setting);
+}

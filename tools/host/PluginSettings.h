@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Arguments.h"
+#include "PluginHost.h"
+
+/** Applies --preset, then --state, then each --set of a command to the loaded module. Throws, saying which,
+   if one of them cannot be. */
+void applySettings (PluginHost& host, const Arguments& arguments);
+
+/** The options that `applySettings` knows. */
+#define ORVO_HOST_SETTINGS_OPTIONS                                                                           \
+    Option { "--preset", "NAME",                                                                             \
+             "a preset by its name, or by its folders and name, as \"presets\" lists them" },                \
+        Option { "--state", "FILE", "a state that a host or this program saved, applied after --preset" },   \
+        Option                                                                                               \
+    {                                                                                                        \
+        "--set", "ID=VALUE",                                                                                 \
+            "a parameter: a number in its unit, or the text of a choice; repeatable, applied last"           \
+    }

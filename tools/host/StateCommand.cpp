@@ -1,0 +1,75 @@
+#include "AudioFile.h"
+#include "Commands.h"
+#include "Failure.h"
+#include "PluginSettings.h"
+
+#include <iostream>
+
+namespace
+{
+void saveState (PluginHost& host, const juce::File& file, bool mayReplace)
+{
+    if (file.exists() && ! mayReplace)
+        throw Failure (file.getFullPathName() + ": exists already; --force replaces it");
+
+    const auto block = host.getState();
+    const auto unfinished = unfinishedFileFor (file);
+
+    if (! unfinished.replaceWithData (block.getData(), block.getSize()))
+    {
+        unfinished.deleteFile();
+        throw Failure (file.getFullPathName() + ": cannot be written");
+    }
+
+    moveIntoPlace (unfinished, file, mayReplace);
+    std::cout << file.getFullPathName() << ": " << block.getSize() << " bytes\n";
+}
+
+/** What a state sets apart from the defaults. */
+void printSettings (PluginHost& host)
+{
+    for (const auto& parameter : host.getParameters())
+        if (! parameter.isAddedByWrapper() && parameter.getText() != parameter.getDefaultText())
+            std::cout << parameter.getId() << '=' << parameter.getText() << '\n';
+}
+
+void runState (const Arguments& arguments)
+{
+    const auto& operands = arguments.operands;
+    const auto isSave = operands.size() == 2 && operands[0] == "save";
+    const auto isLoad = operands.size() == 2 && operands[0] == "load";
+
+    if (! isSave && ! isLoad)
+        throw Failure ("state takes \"save FILE\" or \"load FILE\"", Failure::wrongUsage);
+
+    PluginHost host (findModule (arguments.valueOf ("--plugin", {})));
+    const auto file = fileFromOperand (operands[1]);
+
+    if (isSave)
+    {
+        applySettings (host, arguments);
+        saveState (host, file, arguments.has ("--force"));
+        return;
+    }
+
+    juce::MemoryBlock block;
+
+    if (! file.existsAsFile() || ! file.loadFileAsData (block))
+        throw Failure (file.getFullPathName() + ": cannot be read");
+
+    host.setState (block);
+    printSettings (host);
+}
+} // namespace
+
+Command stateCommand()
+{
+    return { "state",
+             "save|load FILE",
+             "saves the module's state, or loads one and prints what differs from the defaults\n"
+             "A file holds the bytes that any host stores for the plug-in.",
+             { ORVO_HOST_SETTINGS_OPTIONS,
+               { "--force", nullptr, "replaces an existing file" },
+               ORVO_HOST_PLUGIN_OPTION },
+             runState };
+}
