@@ -1,8 +1,12 @@
 #include "AtomicFile.h"
 
+#include <filesystem>
+
 bool replaceFileAtomically (const juce::File& target, const void* data, size_t numBytes)
 {
-    const juce::TemporaryFile temporary (target, juce::TemporaryFile::useHiddenFile);
+    // The name must not end as the target's does, or a scan for such files would see it.
+    const auto suffix = ".tmp" + juce::String::toHexString (juce::Random::getSystemRandom().nextInt());
+    const juce::TemporaryFile temporary (target, target.getSiblingFile ("." + target.getFileName() + suffix));
 
     {
         juce::FileOutputStream stream (temporary.getFile());
@@ -17,5 +21,8 @@ bool replaceFileAtomically (const juce::File& target, const void* data, size_t n
             return false;
     }
 
-    return temporary.overwriteTargetFileWithTemporary();
+    std::error_code failure;
+    std::filesystem::rename (temporary.getFile().getFullPathName().toStdString(),
+                             target.getFullPathName().toStdString(), failure);
+    return ! failure;
 }

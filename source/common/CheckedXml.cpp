@@ -2,6 +2,8 @@
 
 #include <array>
 #include <charconv>
+#include <filesystem>
+#include <string>
 
 namespace tessarin
 {
@@ -11,6 +13,17 @@ namespace
 constexpr auto deepestLevel = 32;
 constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 constexpr std::string_view whitespace = " \t\r\n";
+
+bool isBlank (char c)
+{
+    return whitespace.find (c) != std::string_view::npos;
+}
+
+std::string_view trim (std::string_view text)
+{
+    const auto end = text.find_last_not_of (whitespace);
+    return text.substr (0, end == std::string_view::npos ? 0 : end + 1);
+}
 
 bool isUnicodeScalar (juce::uint32 codePoint)
 {
@@ -56,6 +69,47 @@ bool isStrictUtf8 (std::string_view text)
     return true;
 }
 
+bool isPlainText (std::string_view text)
+{
+    return text.size() <= largestXmlText && text.find ('\0') == std::string_view::npos && isStrictUtf8 (text);
+}
+
+std::string_view skipByteOrderMark (std::string_view text)
+{
+    if (text.substr (0, byteOrderMark.size()) == byteOrderMark)
+        text.remove_prefix (byteOrderMark.size());
+
+    return text;
+}
+
+juce::String toString (std::string_view text)
+{
+    return juce::String::fromUTF8 (text.data(), static_cast<int> (text.size()));
+}
+
+/** Nothing if it is no regular file (reading a pipe would never end), too large, or unreadable. */
+std::optional<std::string> readFile (const juce::File& file)
+{
+    std::error_code notFound;
+
+    if (! std::filesystem::is_regular_file (file.getFullPathName().toStdString(), notFound))
+        return {};
+
+    juce::FileInputStream stream (file);
+
+    if (stream.failedToOpen() || stream.getTotalLength() > static_cast<juce::int64> (largestXmlText))
+        return {};
+
+    std::string content (static_cast<size_t> (stream.getTotalLength()), '\0');
+    const auto numBytes = stream.read (content.data(), static_cast<int> (content.size()));
+
+    if (numBytes < 0)
+        return {};
+
+    content.resize (static_cast<size_t> (numBytes));
+    return content;
+}
+
 /** Walks the text's markup once. Each step consumes what it accepts and says whether it did. */
 class MarkupCheck
 {
@@ -79,10 +133,8 @@ public:
 private:
     bool checkText()
     {
-        const auto isBlank = whitespace.find (text.front()) != std::string_view::npos;
-
         // Outside the root there is nothing but blanks.
-        if (depth == 0 && ! isBlank)
+        if (depth == 0 && ! isBlank (text.front()))
             return false;
 
         if (text.front() == '&')
@@ -110,11 +162,13 @@ private:
     {
         const auto end = text.find ('>');
 
-        if (depth == 0 || end == std::string_view::npos
-            || text.substr (1, end).find ('<') != std::string_view::npos)
+        if (depth == 0 || end == std::string_view::npos)
             return false;
 
-        --depth;
+        // JUCE's parser does not compare the names.
+        if (trim (text.substr (2, end - 2)) != openNames[static_cast<size_t> (--depth)])
+            return false;
+
         text.remove_prefix (end + 1);
         return true;
     }
@@ -125,33 +179,42 @@ private:
             return false;
 
         text.remove_prefix (1);
+        const auto name = text.substr (0, text.find_first_of (" \t\r\n/>"));
         auto previous = '<';
 
+        // JUCE's parser leaves a tag without an error where a value has no quotes, and takes what follows for
+        // text.
         while (! text.empty())
         {
             const auto c = text.front();
+            const auto blank = isBlank (c);
+            const auto isQuote = c == '"' || c == '\'';
 
-            if (c == '<')
+            if (c == '<' || c == '&' || (previous == '=' && ! blank && ! isQuote))
                 return false;
 
-            if (c == '"' || c == '\'')
-            {
-                if (! checkQuoted (c))
-                    return false;
-
-                previous = c;
-                continue;
-            }
-
-            text.remove_prefix (1);
+            if (! isQuote)
+                text.remove_prefix (1);
+            else if (previous != '=' || ! checkQuoted (c))
+                return false;
 
             if (c == '>')
-                return previous == '/' || ++depth <= deepestLevel;
+                return previous == '/' || open (name);
 
-            previous = c;
+            if (! blank)
+                previous = c;
         }
 
         return false;
+    }
+
+    bool open (std::string_view name)
+    {
+        if (depth == deepestLevel)
+            return false;
+
+        openNames[static_cast<size_t> (depth++)] = name;
+        return true;
     }
 
     bool checkQuoted (char quote)
@@ -228,6 +291,7 @@ private:
     }
 
     std::string_view text;
+    std::array<std::string_view, deepestLevel> openNames;
     int depth = 0;
     int numRoots = 0;
 };
@@ -235,29 +299,28 @@ private:
 
 std::unique_ptr<juce::XmlElement> parseCheckedXml (std::string_view text)
 {
-    if (text.substr (0, byteOrderMark.size()) == byteOrderMark)
-        text.remove_prefix (byteOrderMark.size());
+    text = skipByteOrderMark (text);
 
-    const auto isAcceptable = text.size() <= largestXmlText && text.find ('\0') == std::string_view::npos
-                              && isStrictUtf8 (text) && MarkupCheck (text).passes();
-
-    if (! isAcceptable)
+    if (! isPlainText (text) || ! MarkupCheck (text).passes())
         return nullptr;
 
-    return juce::parseXML (juce::String::fromUTF8 (text.data(), static_cast<int> (text.size())));
+    return juce::parseXML (toString (text));
 }
 
 std::unique_ptr<juce::XmlElement> parseCheckedXml (const juce::File& file)
 {
-    juce::FileInputStream stream (file);
+    const auto content = readFile (file);
+    return content ? parseCheckedXml (std::string_view (*content)) : nullptr;
+}
 
-    if (stream.failedToOpen() || stream.getTotalLength() > static_cast<juce::int64> (largestXmlText))
-        return nullptr;
+std::optional<juce::String> loadCheckedText (const juce::File& file)
+{
+    const auto content = readFile (file);
 
-    juce::MemoryBlock content;
-    stream.readIntoMemoryBlock (content, static_cast<juce::int64> (largestXmlText) + 1);
-    return parseCheckedXml (
-        std::string_view (static_cast<const char*> (content.getData()), content.getSize()));
+    if (! content || ! isPlainText (*content))
+        return {};
+
+    return toString (skipByteOrderMark (*content));
 }
 
 } // namespace tessarin

@@ -3,6 +3,7 @@
 #include <juce_core/juce_core.h>
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace tessarin
@@ -14,15 +15,19 @@ inline constexpr size_t largestXmlText = 1024 * 1024;
 /** Parses XML that may come from anywhere: a project, a file, a network drive's garbage.
 
     JUCE's parser is made for friendly input. It never returns from a processing instruction that is followed
-   by text, reads past its buffer on invalid UTF-8 and on unfinished character references, and recurses once
-   per level. So the text is checked first, for strict UTF-8 (a byte order mark is passed over), no zero byte,
-   no processing instruction but the header, no document type or CDATA section, known or numeric references
-   only, closed tags, comments and attributes, exactly one root, and at most 32 levels. Whatever fails gives
-   null, as does text that is not well-formed.
+    by text, reads past its buffer on invalid UTF-8 and on unfinished character references, and recurses once
+    per level. So the text is checked first, for strict UTF-8 (a byte order mark is passed over), no zero
+    byte, no processing instruction but the header, no document type or CDATA section, known or numeric
+    references only, quoted attributes, closed comments, tags that close by name, exactly one root, and at
+    most 32 levels. Whatever fails gives null, as does text that is not well-formed.
 */
 [[nodiscard]] std::unique_ptr<juce::XmlElement> parseCheckedXml (std::string_view text);
 
-/** The same for a file; null also if it cannot be read. */
+/** The same for a file; null also if it is no regular file or cannot be read. */
 [[nodiscard]] std::unique_ptr<juce::XmlElement> parseCheckedXml (const juce::File& file);
+
+/** A file's text, if it is a regular file of at most `largestXmlText` bytes of strict UTF-8 without a zero
+    byte. */
+[[nodiscard]] std::optional<juce::String> loadCheckedText (const juce::File& file);
 
 } // namespace tessarin

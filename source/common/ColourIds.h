@@ -1,7 +1,7 @@
 #pragma once
 
 /** Identifiers in the look and feel's colour table. The theme fills the system's own first, and copies them
-   to the widgets' after that; drawing code reads the table and never the theme. */
+    to the widgets' after that; drawing code reads the table and never the theme. */
 namespace luna::ColourIds
 {
 // The system's own.

@@ -55,17 +55,22 @@ void sanitise (juce::ValueTree& root)
     root.getOrCreateChildWithName (graphModes, nullptr);
 }
 
-void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters)
+void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters,
+                           MissingValue missingValue)
 {
     for (const auto* parameter : parameters.processor.getParameters())
     {
-        const auto& id = static_cast<const juce::RangedAudioParameter*> (parameter)->paramID;
+        const auto* ranged = static_cast<const juce::RangedAudioParameter*> (parameter);
+        const auto& id = ranged->paramID;
 
-        if (! root.getChildWithProperty (parameterId, id).isValid())
-            root.appendChild (
-                { parameterType,
-                  { { parameterId, id }, { parameterValue, parameters.getRawParameterValue (id)->load() } } },
-                nullptr);
+        if (root.getChildWithProperty (parameterId, id).isValid())
+            continue;
+
+        const auto value = missingValue == MissingValue::present
+                               ? parameters.getRawParameterValue (id)->load()
+                               : ranged->convertFrom0to1 (ranged->getDefaultValue());
+
+        root.appendChild ({ parameterType, { { parameterId, id }, { parameterValue, value } } }, nullptr);
     }
 }
 

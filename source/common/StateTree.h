@@ -3,7 +3,7 @@
 #include <juce_audio_processors/juce_audio_processors.h>
 
 /** What the host's state and preset files have in common: the tree of the parameters and the editor's view
- * modes. */
+    modes. */
 namespace tessarin::StateTree
 {
 inline const juce::Identifier version { "version" };
@@ -16,15 +16,23 @@ inline const juce::Identifier graphModes { "graph_modes" };
 [[nodiscard]] juce::String makeTag (const juce::String& productName);
 
 /** Makes the root's tag lower case, as states from anywhere are read, and gives the framework's first product
-   its present name. */
+    its present name. */
 void normaliseTag (juce::XmlElement& root);
 
 /** Readies a tree from outside for `replaceState`: parameter entries whose value is no finite number are
-   dropped (it would become a wild index), and an empty "graph_modes" is added where there is none. */
+    dropped (it would become a wild index), and an empty "graph_modes" is added where there is none. */
 void sanitise (juce::ValueTree& root);
 
-/** Gives each parameter that the tree does not name an entry with its present value: `replaceState` would set
-   it to its default. */
-void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters);
+/** The value of a parameter that a tree does not name. */
+enum class MissingValue
+{
+    present,
+    defaultValue
+};
+
+/** Gives each parameter that the tree does not name an entry of its own. `replaceState` would set it to its
+    default, and, where it stands there already, leave an entry without a value in the tree. */
+void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters,
+                           MissingValue missingValue);
 
 } // namespace tessarin::StateTree

@@ -8,7 +8,7 @@ namespace tessarin
 {
 
 /** Answers what the product asks of licensing. Without a licence check behind it, as shipped, everything is
-   permitted.
+    permitted.
 
     Broadcasts a change after every `setStatus`. Message thread, but for `isAudioBlocked`, `isStateFrozen` and
     `isRestoreRefused`, which any thread may ask.

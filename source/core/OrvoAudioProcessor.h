@@ -14,7 +14,7 @@
 /** The product: 70 parameters, nine clipper sections, and the signal chain that drives them.
 
     One block: measure the input, apply the input gain, oversample, run the sections of the layout and then
-   "post", downsample, clamp at the ceiling, measure the output.
+    "post", downsample, clamp at the ceiling, measure the output.
 
     `processLock` is held for the whole of a block and of a parameter change; the members that an editor reads
     without it are the published floats, `inputLoudness`, `outputLoudness` and the level records. See
@@ -61,6 +61,8 @@ public:
     /** Output minus input, in LU and dB. */
     float shortTermDifference = 0.0f;
     float peakDifference = 0.0f;
+
+    /** Since the last change of a parameter, in dB of full scale. */
     float inputMaxPeakDb = 0.0f;
     float outputMaxPeakDb = 0.0f;
 
@@ -81,7 +83,7 @@ public:
     int oversamplingIndex = 2;
 
     /** Rate last given to the oversamplers; 0 until the first `prepareToPlay`, before which no block is
-     * processed. */
+        processed. */
     double oversamplingSampleRate = 0.0;
     juce::CriticalSection oversamplerLock;
 

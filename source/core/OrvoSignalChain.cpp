@@ -52,7 +52,7 @@ void OrvoAudioProcessor::prepareToPlay (double newSampleRate, int maximumExpecte
     const juce::ScopedLock scope (processLock);
 
     const auto numChannels = getNumInputChannels();
-    blockSize = maximumExpectedSamplesPerBlock;
+    blockSize = juce::jmax (1, maximumExpectedSamplesPerBlock);
     sampleRate = newSampleRate;
 
     spectrum.prepare (sampleRate);
@@ -119,6 +119,10 @@ void OrvoAudioProcessor::prepareChain()
 
 void OrvoAudioProcessor::parameterChanged (const juce::String& parameterID, float newValue)
 {
+    // JUCE passes on what a host sends, whatever it is.
+    if (! std::isfinite (newValue))
+        return;
+
     const juce::ScopedLock scope (processLock);
 
     const auto found = addresses.find (parameterID);

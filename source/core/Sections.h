@@ -7,7 +7,7 @@
 #include <atomic>
 
 /** One row of the section table: the name shown to the user, the suffix of the section's parameter IDs, and
-   the clipper, which the processor owns. */
+    the clipper, which the processor owns. */
 struct Section
 {
     juce::String displayName;
@@ -18,7 +18,7 @@ struct Section
 inline constexpr auto numSections = 9;
 
 /** Handles to the parameter values that are read while audio runs, looked up once. Any thread may load them.
- */
+    */
 struct SectionValues
 {
     std::atomic<float>* threshold = nullptr;

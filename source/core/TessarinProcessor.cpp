@@ -12,7 +12,7 @@ TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
     : juce::AudioProcessor (buses),
       parameters (*this, nullptr),
       presetManager (*this, parameters, &toastManager, &onStateRestored),
-      settings (Settings::getFile(), Settings::getOptions()),
+      settings (Settings::getUsableFile(), Settings::getOptions()),
       logger (TessarinLogger::getDefaultFile())
 {
 }
@@ -133,7 +133,7 @@ void TessarinProcessor::applyRestoredState (juce::ValueTree tree)
     beforeStateRestore (false, false);
 
     StateTree::sanitise (tree);
-    StateTree::addMissingParameters (tree, parameters);
+    StateTree::addMissingParameters (tree, parameters, StateTree::MissingValue::present);
 
     if (onStateRestored)
         onStateRestored (tree);

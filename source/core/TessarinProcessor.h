@@ -13,7 +13,7 @@ namespace tessarin
 {
 
 /** Base of the maker's plug-ins: owns parameters and licensing, and implements the host's calls that do not
-   depend on the product.
+    depend on the product.
 
     docs/threading.md tells which thread makes which call, and all locks.
 */
@@ -60,7 +60,7 @@ public:
     bool isBusesLayoutSupported (const BusesLayout& layouts) const override;
 
     /** Hooks around the capture and restore of state. `preset`: for a preset rather than the host; `initial`:
-       of the default state. */
+        of the default state. */
     virtual void stateCaptured (juce::ValueTree&, bool /*initial*/) {}
 
     virtual void beforeStateCapture (bool /*preset*/, bool /*initial*/) {}
@@ -106,8 +106,8 @@ public:
 
 protected:
     /** The helpers below make a parameter and add it at once. With `listen` its changes arrive in
-       `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
-       no blank. */
+        `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
+        no blank. */
     void addParameterFloat (juce::String id, juce::String name, float min, float max, float defaultValue,
                             juce::String unit, int decimals, bool listen);
 
@@ -124,7 +124,7 @@ protected:
                             std::function<float (const juce::String&)> textToValue, bool listen);
 
     /** Gives the parameter tree its type and version, and keeps the present state as the default patch. For
-       the product's constructor, when all parameters are added. */
+        the product's constructor, when all parameters are added. */
     void captureInitialState();
 
     /** For the product's destructor: after it, no change arrives any more. */

@@ -224,7 +224,7 @@ void LUFSMeter::finishBin (int numberOfChannels) noexcept
 }
 
 /** Runs once per channel, so the first channel's pass sums the other channels' values of the bin before, and
-   the maxima see that too. Readings depend on this order. */
+    the maxima see that too. Readings depend on this order. */
 void LUFSMeter::updateWindows (size_t channel) noexcept
 {
     const auto& ring = bins[channel];

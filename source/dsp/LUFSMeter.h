@@ -12,7 +12,7 @@ namespace kf
 inline constexpr float noLoudness = -300.0f;
 
 /** What a meter shows, in LUFS, `range` in LU. Written on the audio thread, read by an editor without a lock.
- */
+    */
 struct LUFSData
 {
     float shortTerm = noLoudness;
@@ -31,13 +31,14 @@ struct LUFSData
 /** Short-term, momentary and integrated loudness, and loudness range, of a stream of blocks.
 
     After ITU-R BS.1770 (K-weighting, windows of 400 ms and 3 s), EBU R 128 (gates at -70 LUFS and -10 LU) and
-   EBU Tech 3342 (range between the 10th and 95th percentile, gate at -20 LU), with these differences, which
-   are part of the product: windows are read while they still fill, with the divisor of the full window; sums
-   over channels run inside the channel loop; histograms hold the gated blocks in steps of 0.1 LU; the first 3
-   s of signal do not enter the range; the range holds still through silence.
+    EBU Tech 3342 (range between the 10th and 95th percentile, gate at -20 LU), with these differences, which
+    are part of the product: windows are read while they still fill, with the divisor of the full window; sums
+    over channels run inside the channel loop; histograms hold all blocks above -100 LUFS in steps of 0.1 LU,
+    and the gates say where reading starts; the first 3 s of signal do not enter the range; the range holds
+    still through silence.
 
     `processBlock` runs on the audio thread and `reset` on any; each takes `lock`. Neither allocates, as long
-   as the host keeps to the prepared channels and block size.
+    as the host keeps to the prepared channels and block size.
 */
 class LUFSMeter
 {
@@ -45,7 +46,7 @@ public:
     LUFSMeter();
 
     /** `expectedRequestRate`: how often per second the values are read, in Hz; rounded up to a multiple of
-     * ten. */
+        ten. */
     void prepareToPlay (double sampleRate, int numberOfChannels, int estimatedSamplesPerBlock,
                         int expectedRequestRate);
 

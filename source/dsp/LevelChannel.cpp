@@ -18,7 +18,7 @@ void LevelChannel::prepare (double newSampleRate)
     holdValue = 0.0f;
 
     rmsSeconds = 0.3f;
-    rmsSamples = static_cast<int> (newSampleRate * static_cast<double> (rmsSeconds));
+    rmsSamples = juce::jmax (1, static_cast<int> (newSampleRate * static_cast<double> (rmsSeconds)));
     squares.clearQuick();
     squares.insertMultiple (0, 0.0f, rmsSamples);
 

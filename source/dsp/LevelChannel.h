@@ -15,7 +15,7 @@ struct LevelData
 /** Tracks peak, held peak and RMS of one channel, and the maxima since the last reset.
 
     The audio thread writes; widgets read through `getData` on the message thread, which also writes a few of
-   the same fields, without a lock: a torn reading disturbs one frame.
+    the same fields, without a lock: a torn reading disturbs one frame.
 */
 struct LevelChannel
 {
@@ -26,7 +26,7 @@ struct LevelChannel
     void processSample (float x) noexcept;
 
     /** To be called after a block: drops any state that is no finite number, which would otherwise never
-     * leave. */
+        leave. */
     void discardNonFiniteState() noexcept;
 
     /** The five values, with everything below -80 dB as 0; also cleans the record itself. */

@@ -6,7 +6,7 @@ namespace kf
 {
 
 /** Counts of loudness values in steps of 0.1 LU, in a fixed table, so that counting never allocates and
-   clearing costs only what was counted. */
+    clearing costs only what was counted. */
 class LoudnessHistogram
 {
 public:
@@ -27,8 +27,8 @@ public:
     [[nodiscard]] int countAt (int key) const noexcept;
 
 private:
-    /** -100 LUFS is the lowest value that is counted; the mean square of the largest double stays below
-        3,100 LUFS, and that of any sample in single precision below 780. */
+    /** -100 LUFS is the lowest value that is counted. Squares in single precision end below 390 LUFS; the
+        table has room for the squares of any single precision sample, near 770. */
     static constexpr int smallestTableKey = -1000;
     static constexpr int largestTableKey = 8000;
 

@@ -36,8 +36,8 @@ struct ClipperMode
 /** One clipper section: the curves, the selected one, and threshold, shape and makeup gain.
 
     Everything that changes the section runs under the processor's lock, which is also held around `process`
-   on the audio thread. Settings and mode act at once, between two blocks, without a ramp. An editor reads
-   `current`, `modes` and `currentModeId` without the lock; the mode table never changes after construction.
+    on the audio thread. Settings and mode act at once, between two blocks, without a ramp. An editor reads
+    `current`, `modes` and `currentModeId` without the lock; the mode table never changes after construction.
 */
 class MultiModeClipper final : public luna::AudioEffect
 {

@@ -5,6 +5,6 @@
 using OversamplerBank = juce::OwnedArray<juce::dsp::Oversampling<float>>;
 
 /** One oversampler for each choice of the oversampling parameter: entry n runs at 2^n times the host's rate,
-   through n half-band equiripple FIR stages of maximum quality, delayed to a whole number of samples at the
-   host's rate. Entry 0 passes the signal on. Allocates. */
+    through n half-band equiripple FIR stages of maximum quality, delayed to a whole number of samples at the
+    host's rate. Entry 0 passes the signal on. Allocates. */
 [[nodiscard]] OversamplerBank makeOversamplerBank (int numChannels);

@@ -8,7 +8,7 @@ namespace luna
 /** A memoryless curve with a peak envelope of its input beside it.
 
     The curve exists twice: `processSample` for viewers, `processBlock` for the audio. Both are the same
-   function; a concrete curve inherits `CurveSaturator`, which writes the block form from the sample form.
+    function; a concrete curve inherits `CurveSaturator`, which writes the block form from the sample form.
 
     Levels are linear, 1 is full scale. `process` runs on the audio thread at the oversampled rate; `envelope`
     and `processSample` are read on the message thread without a lock.

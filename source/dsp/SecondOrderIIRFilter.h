@@ -8,10 +8,10 @@ namespace kf
 {
 
 /** A double precision biquad whose coefficients are published for 48 kHz and follow from an analogue
-   prototype at any other rate. Direct form II, one state per channel.
+    prototype at any other rate. Direct form II, one state per channel.
 
     Prototype, with K = tan (arctanK * 48000 / rate): H(s) = (VH s^2 + VB s / Q + VL) / (s^2 + s / Q + 1)
-   under the bilinear transform s = (1 - z^-1) / (K (1 + z^-1)).
+    under the bilinear transform s = (1 - z^-1) / (K (1 + z^-1)).
 */
 class SecondOrderIIRFilter
 {
@@ -30,7 +30,7 @@ public:
     virtual ~SecondOrderIIRFilter() = default;
 
     /** Allocates; the only call that clears the state. At exactly 48 kHz the published coefficients are used.
-     */
+        */
     virtual void prepareToPlay (double sampleRate, int numberOfChannels);
 
     virtual void reset() {}

@@ -7,7 +7,7 @@
 /** Peak-holding magnitude spectrum of a mono stream, in frames of 2048 samples that do not overlap.
 
     The audio thread pushes samples with `lock` held, the transform included; the message thread takes `lock`
-   for a copy of `magnitudes` and `sampleRate`. After `prepare` nothing allocates.
+    for a copy of `magnitudes` and `sampleRate`. After `prepare` nothing allocates.
 */
 class SpectrumData
 {

@@ -2,6 +2,8 @@
 
 #include "dsp/FiniteCheck.h"
 
+#include <array>
+
 namespace
 {
 using Filter = juce::dsp::LinkwitzRileyFilter<float>;
@@ -11,12 +13,6 @@ void filterInPlace (Filter& filter, juce::dsp::AudioBlock<float> block)
 {
     filter.process (juce::dsp::ProcessContextReplacing<float> (block));
 }
-
-void setFilter (Filter& filter, FilterType type, float cutoff)
-{
-    filter.setType (type);
-    filter.setCutoffFrequency (cutoff);
-}
 } // namespace
 
 template <typename Function>
@@ -24,6 +20,14 @@ void ThreeBandSplitter::forEachFilter (Function&& function)
 {
     for (auto* filter : { &lowLowpass, &lowHighpass, &highLowpass, &highHighpass, &phaseAllpass })
         function (*filter);
+}
+
+void ThreeBandSplitter::setFilter (Filter& filter, FilterType type, float cutoff) const
+{
+    constexpr auto highestShareOfRate = 0.49;
+
+    filter.setType (type);
+    filter.setCutoffFrequency (juce::jmin (cutoff, static_cast<float> (highestShareOfRate * sampleRate)));
 }
 
 void ThreeBandSplitter::setFrequencies (float low, float high)
@@ -40,6 +44,7 @@ void ThreeBandSplitter::setFrequencies (float low, float high)
 
 void ThreeBandSplitter::prepare (const juce::dsp::ProcessSpec& spec)
 {
+    sampleRate = spec.sampleRate;
     forEachFilter ([&] (Filter& filter) { filter.prepare (spec); });
 
     for (auto* buffer : { &lowBuffer, &midBuffer, &highBuffer, &restBuffer })

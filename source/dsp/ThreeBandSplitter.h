@@ -3,17 +3,19 @@
 #include <juce_dsp/juce_dsp.h>
 
 /** A crossover into low, mid and high bands that sum to an all-pass, from fourth-order Linkwitz-Riley
-   filters.
+    filters.
 
     All calls run with the processor's lock held, `split` and the merges on the audio thread. Nothing but
-   `prepare` allocates. Crossovers step between two blocks: neither smoothed nor reset.
+    `prepare` allocates. Crossovers step between two blocks: neither smoothed nor reset.
 */
 class ThreeBandSplitter
 {
 public:
-    /** In Hz; `low` must lie below `high`, and both below half the sample rate. Keeps the filters' state. */
+    /** In Hz; `low` must lie below `high`. A filter's cutoff stops short of half the sample rate, where it
+        would become unstable. Keeps the filters' state. */
     void setFrequencies (float low, float high);
 
+    /** At the oversampled rate. Allocates, and clears the filters. */
     void prepare (const juce::dsp::ProcessSpec& spec);
 
     /** Fills the blocks from the input, which must be no longer than the prepared size. */
@@ -23,9 +25,10 @@ public:
     void mergeAll (juce::dsp::AudioBlock<float> output) const;
 
     /** Writes the sum of the listed bands: 0 low, 1 mid, 2 high. An empty list stands for all bands; any
-       other number ends the merge. */
+        other number ends the merge. */
     void mergeBands (juce::dsp::AudioBlock<float> output, const juce::Array<int>& bands) const;
 
+    /** In Hz, as set last. */
     float lowFrequency = 200.0f;
     float highFrequency = 5000.0f;
 
@@ -34,8 +37,14 @@ public:
     juce::dsp::AudioBlock<float> lowBlock, midBlock, highBlock, restBlock;
 
 private:
+    void setFilter (juce::dsp::LinkwitzRileyFilter<float>&, juce::dsp::LinkwitzRileyFilterType,
+                    float cutoff) const;
+
     template <typename Function>
     void forEachFilter (Function&&);
 
     void resetIfNotFinite (const juce::dsp::AudioBlock<const float>& input);
+
+    /** In Hz; the filters' own rate before `prepare`. */
+    double sampleRate = 44100.0;
 };

@@ -41,7 +41,7 @@ struct WaveformTap
 /** The last five seconds of several signals as level traces, for the scrolling waveform.
 
     The audio thread pushes, the message thread sizes and reads; both hold `lock`, the reader for no longer
-   than an array copy takes.
+    than an array copy takes.
 */
 class WaveformHistory
 {

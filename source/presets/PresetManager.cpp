@@ -54,23 +54,16 @@ bool PresetManager::loadPreset (int index)
     const auto isInitial = index == 0;
     processor.beforeStateRestore (true, isInitial);
 
-    const auto xml = select (index);
-
-    if (xml == nullptr)
-        return false;
-
-    StateTree::normaliseTag (*xml);
-    auto tree = juce::ValueTree::fromXml (*xml);
-
-    if (! tree.hasType (StateTree::makeTag (processor.getName())))
     {
-        if (toastManager != nullptr)
-            toastManager->showError ("Invalid preset");
+        // A host may capture or restore state on another thread: name and values change together.
+        const juce::ScopedLock scope (processor.stateLock);
+        const auto xml = select (index);
 
-        tree = juce::ValueTree::fromXml (*initialState);
+        if (xml == nullptr)
+            return false;
+
+        applyState (*xml);
     }
-
-    applyState (tree);
 
     listeners.call ([preset = getCurrentPreset()] (Listener& listener) { listener.presetLoaded (preset); });
     processor.afterStateRestore (true, isInitial);
@@ -97,15 +90,26 @@ std::unique_ptr<juce::XmlElement> PresetManager::select (int index)
     return parseCheckedXml (juce::File (selected.path));
 }
 
-void PresetManager::applyState (juce::ValueTree tree)
+/** Another product's state gives the default patch. */
+void PresetManager::applyState (juce::XmlElement& xml)
 {
+    StateTree::normaliseTag (xml);
+    auto tree = juce::ValueTree::fromXml (xml);
+
+    if (! tree.hasType (StateTree::makeTag (processor.getName())))
+    {
+        if (toastManager != nullptr)
+            toastManager->showError ("Invalid preset");
+
+        tree = juce::ValueTree::fromXml (*initialState);
+    }
+
     StateTree::sanitise (tree);
+    StateTree::addMissingParameters (tree, parameters, StateTree::MissingValue::defaultValue);
 
     if (*onStateRestored)
         (*onStateRestored) (tree);
 
-    // A host may capture the state on another thread.
-    const juce::ScopedLock scope (processor.stateLock);
     parameters.replaceState (tree);
 }
 
@@ -157,10 +161,15 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     if (chosen == juce::File())
         return;
 
-    if (! chosen.getFileName().endsWith (PresetTree::fileExtension))
+    const auto addsExtension = ! chosen.getFileName().endsWith (PresetTree::fileExtension);
+
+    if (addsExtension)
         chosen = chosen.getSiblingFile (chosen.getFileName() + PresetTree::fileExtension);
 
-    if (! replaceFileAtomically (chosen, text.toRawUTF8(), text.getNumBytesAsUTF8()))
+    // The dialog has warned about the name as it was typed, not about this one.
+    const auto wouldReplaceUnasked = addsExtension && chosen.exists();
+
+    if (wouldReplaceUnasked || ! replaceFileAtomically (chosen, text.toRawUTF8(), text.getNumBytesAsUTF8()))
     {
         if (toastManager != nullptr)
             toastManager->showError ("Couldn't save preset!");

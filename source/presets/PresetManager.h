@@ -17,7 +17,7 @@ class ToastManager;
 
     A member of the processor. Message thread, but for what the restore of a host's state needs on any thread:
     `getCurrentPreset`, `getPresets`, `getNumPresets` and `selectByPath`, which take a small lock around the
-   list and the current preset. Nothing here runs on the audio thread. The folders are not watched.
+    list and the current preset. Nothing here runs on the audio thread. The folders are not watched.
 */
 class PresetManager
 {
@@ -35,7 +35,7 @@ public:
     };
 
     /** Scans the folders and makes the first preset current. All arguments must outlive the manager; the
-       toast manager may be null. */
+        toast manager may be null. */
     PresetManager (TessarinProcessor& processor, juce::AudioProcessorValueTreeState& parameters,
                    ToastManager* toastManager, const std::function<void (juce::ValueTree&)>* onStateRestored);
 
@@ -43,8 +43,8 @@ public:
     void loadPresets();
 
     /** Makes the preset with this list index current and applies it. False if there is none, or if its file
-       is gone or unreadable; in that case it is current all the same, and nothing else has changed. A file
-       with another product's state gives an error toast and the default patch. */
+        is gone or unreadable; in that case it is current all the same, and nothing else has changed. A file
+        with another product's state gives an error toast and the default patch. */
     bool loadPreset (int index);
 
     /** Captures the state and opens a file dialog for it, which outlives the editor. */
@@ -56,8 +56,8 @@ public:
                                                const juce::String& categories, const juce::String& author);
 
     /** What follows when the dialog ends: writes the text, rescans, and makes the new preset current. An
-       empty file is a cancelled dialog. The extension is added where it is missing, as the presets' scan asks
-       for it. */
+        empty file is a cancelled dialog. The extension is added where it is missing, as the presets' scan
+        asks for it; a file that then exists is not replaced, since nobody was asked. */
     void finishSaving (juce::File chosen, const juce::String& text);
 
     /** For a program number of the host; empty, and an error toast, if there is no such preset. */
@@ -71,7 +71,7 @@ public:
     [[nodiscard]] Preset getCurrentPreset() const;
 
     /** Makes the first preset with this path current, else the first of all; with an empty list nothing
-       changes. The file is not read, and no listener is told. */
+        changes. The file is not read, and no listener is told. */
     void selectByPath (const juce::String& path);
 
     void addListener (Listener* listener) { listeners.add (listener); }
@@ -89,7 +89,7 @@ public:
 
 private:
     std::unique_ptr<juce::XmlElement> select (int index);
-    void applyState (juce::ValueTree tree);
+    void applyState (juce::XmlElement& xml);
     void selectIfListed (const juce::String& path);
 
     TessarinProcessor& processor;

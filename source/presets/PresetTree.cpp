@@ -54,8 +54,8 @@ void describeFolder (juce::ValueTree& node, const juce::String& piece, const juc
 
     const auto text = presetFile.getSiblingFile ("_description.txt");
 
-    if (text.existsAsFile())
-        node.setProperty (description, text.loadFileAsString(), nullptr);
+    if (const auto content = loadCheckedText (text))
+        node.setProperty (description, *content, nullptr);
 }
 
 void addPresetFile (juce::ValueTree root, const juce::File& folder, const juce::File& file,

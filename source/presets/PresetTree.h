@@ -21,10 +21,11 @@ inline const juce::Identifier description { "description" };
 inline const juce::Identifier presetIndex { "preset_index" };
 
 /** Reads every preset file below `folder` and returns their sorted tree. A folder that does not exist gives
-   an empty node. Files that are no presets, by their content or their root tag `stateTag`, are left out
-   silently.
+    an empty node. Files that are no presets, by their content or their root tag `stateTag`, are left out
+    silently.
 
     @param isFactoryFolder  adds the "Initial Patch", which exists in no file
+
     @param foundFile        set if any file with the preset extension was seen
 */
 [[nodiscard]] juce::ValueTree scanFolder (const juce::File& folder, const juce::String& folderName,

@@ -29,6 +29,15 @@ juce::Colour shadeForMouse (juce::Colour colour, bool isHighlighted, bool isDown
     return isDown ? colour.darker (step) : isHighlighted ? colour.brighter (step) : colour;
 }
 
+/** The primary colour under a lighter text goes down in both, so that the text stays legible. */
+juce::Colour shadeOnForMouse (juce::Colour colour, juce::Colour text, bool isHighlighted, bool isDown)
+{
+    if (text.getPerceivedBrightness() < colour.getPerceivedBrightness())
+        return shadeForMouse (colour, isHighlighted, isDown);
+
+    return isDown ? colour.darker (0.4f) : isHighlighted ? colour.darker (0.2f) : colour;
+}
+
 void drawChevron (juce::Graphics& g, juce::Rectangle<float> area, juce::Colour colour)
 {
     juce::Path chevron;
@@ -70,7 +79,7 @@ void LunaLibLookAndFeel::drawElement (juce::Graphics& g, juce::Rectangle<float> 
 {
     const auto isEnabled = component.isEnabled();
     const auto borderId = ! isEnabled    ? disabledElementBorderColourId
-                          : hasFocusRing ? primaryColourId
+                          : hasFocusRing ? highlightedTextColourId
                                          : elementBorderColourId;
 
     g.setColour (isEnabled ? fill : component.findColour (disabledElementColourId));
@@ -82,14 +91,19 @@ void LunaLibLookAndFeel::drawElement (juce::Graphics& g, juce::Rectangle<float> 
 void LunaLibLookAndFeel::drawButtonBackground (juce::Graphics& g, juce::Button& button,
                                                const juce::Colour& colour, bool isHighlighted, bool isDown)
 {
-    drawElement (g, button.getLocalBounds().toFloat(), button, shadeForMouse (colour, isHighlighted, isDown),
-                 button.hasKeyboardFocus (false));
+    const auto text = button.findColour (highlightedTextColourId);
+    const auto fill = button.getToggleState() ? shadeOnForMouse (colour, text, isHighlighted, isDown)
+                                              : shadeForMouse (colour, isHighlighted, isDown);
+
+    drawElement (g, button.getLocalBounds().toFloat(), button, fill, button.hasKeyboardFocus (false));
 }
 
-void LunaLibLookAndFeel::drawButtonText (juce::Graphics& g, juce::TextButton& button, bool, bool)
+void LunaLibLookAndFeel::drawButtonText (juce::Graphics& g, juce::TextButton& button, bool isHighlighted,
+                                         bool isDown)
 {
-    const auto id =
-        button.getToggleState() ? juce::TextButton::textColourOnId : juce::TextButton::textColourOffId;
+    // On a shaded ground the plain text colour would be too faint.
+    const auto isLit = button.getToggleState() || isHighlighted || isDown;
+    const auto id = isLit ? juce::TextButton::textColourOnId : juce::TextButton::textColourOffId;
 
     g.setColour (button.findColour (button.isEnabled() ? id : static_cast<int> (disabledTextColourId)));
     g.setFont (getTextButtonFont (button, button.getHeight()));
@@ -108,7 +122,8 @@ juce::Font LunaLibLookAndFeel::getTextButtonFont (juce::TextButton&, int)
 void LunaLibLookAndFeel::drawComboBox (juce::Graphics& g, int width, int height, bool isDown, int, int, int,
                                        int, juce::ComboBox& box)
 {
-    const auto fill = shadeForMouse (box.findColour (elementColourId), box.isMouseOver (true), isDown);
+    const auto fill =
+        shadeForMouse (box.findColour (elementColourId), box.isMouseOverOrDragging (true), isDown);
     drawElement (g, juce::Rectangle<int> (width, height).toFloat(), box, fill, box.hasKeyboardFocus (true));
 
     const auto arrow =
@@ -127,6 +142,9 @@ void LunaLibLookAndFeel::positionComboBoxText (juce::ComboBox& box, juce::Label&
     label.setBounds (5, 0, juce::jmax (0, box.getWidth() - 25), box.getHeight());
     label.setFont (getComboBoxFont (box));
     label.setBorderSize ({ 0, 2, 0, 2 });
+
+    // The box itself lights up under the mouse, and shows its tooltip.
+    label.setInterceptsMouseClicks (label.isEditable(), label.isEditable());
 }
 
 juce::Label* LunaLibLookAndFeel::createComboBoxTextBox (juce::ComboBox&)
@@ -182,6 +200,13 @@ void LunaLibLookAndFeel::getIdealPopupMenuItemSize (const juce::String& text, bo
     idealWidth = isSeparator ? 50
                              : juce::GlyphArrangement::getStringWidthInt (getPopupMenuFont(), text)
                                    + 2 * menuTextInset + 20;
+}
+
+void LunaLibLookAndFeel::getIdealPopupMenuSectionHeaderSizeWithOptions (const juce::String& text, int,
+                                                                        int& idealWidth, int& idealHeight,
+                                                                        const juce::PopupMenu::Options&)
+{
+    getIdealPopupMenuItemSize (text, false, 0, idealWidth, idealHeight);
 }
 
 juce::Font LunaLibLookAndFeel::getPopupMenuFont()
@@ -251,8 +276,7 @@ juce::Label* LunaLibLookAndFeel::createSliderTextBox (juce::Slider& slider)
 void LunaLibLookAndFeel::drawCornerResizer (juce::Graphics& g, int width, int height, bool isMouseOver,
                                             bool isMouseDragging)
 {
-    g.setColour (
-        findColour (isMouseOver || isMouseDragging ? highlightedTextColourId : disabledTextColourId));
+    g.setColour (findColour (isMouseOver || isMouseDragging ? highlightedTextColourId : textColourId));
 
     const auto right = static_cast<float> (width) - 2.0f;
     const auto bottom = static_cast<float> (height) - 2.0f;

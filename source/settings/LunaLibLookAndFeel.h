@@ -9,8 +9,9 @@ namespace luna
 {
 
 /** The font and the drawing of plain controls: flat fills with a border of one pixel and a radius of 3,
-   brighter under the mouse, darker while pressed, in the primary colour while on, and with a ring in it for
-   the keyboard's focus. Disabled controls have colours of their own, never alpha. Message thread. */
+    brighter under the mouse, darker while pressed, in the primary colour while on, and with a ring in the
+    highlighted text's colour for the keyboard's focus. Disabled controls have colours of their own, never
+    alpha. Message thread. */
 class LunaLibLookAndFeel : public juce::LookAndFeel_V4,
                            public Panel::LookAndFeelMethods,
                            public MusicGridBase::LookAndFeelMethods
@@ -42,6 +43,9 @@ public:
                             const juce::Drawable* icon, const juce::Colour* textColour) override;
     void getIdealPopupMenuItemSize (const juce::String& text, bool isSeparator, int standardItemHeight,
                                     int& idealWidth, int& idealHeight) override;
+    void getIdealPopupMenuSectionHeaderSizeWithOptions (const juce::String& text, int standardItemHeight,
+                                                        int& idealWidth, int& idealHeight,
+                                                        const juce::PopupMenu::Options&) override;
     juce::Font getPopupMenuFont() override;
 
     int getPopupMenuBorderSize() override { return 1; }

@@ -1,5 +1,6 @@
 #include "Settings.h"
 
+#include "common/CheckedXml.h"
 #include "common/ConfigFolder.h"
 
 namespace tessarin::Settings
@@ -8,6 +9,16 @@ namespace tessarin::Settings
 juce::File getFile()
 {
     return getConfigFolder().getChildFile ("settings.settings");
+}
+
+juce::File getUsableFile()
+{
+    const auto file = getFile();
+
+    if (file.existsAsFile() && parseCheckedXml (file) == nullptr)
+        file.moveFileTo (file.getSiblingFile ("settings.damaged"));
+
+    return file;
 }
 
 juce::PropertiesFile::Options getOptions()

@@ -14,6 +14,10 @@ inline constexpr auto defaultTheme = "Default";
 
 [[nodiscard]] juce::File getFile();
 
+/** The same, for a juce::PropertiesFile, whose parser is not made for damaged files: one that is no XML is
+    moved aside first, to "settings.damaged", so that the defaults apply. Before every load and reload. */
+[[nodiscard]] juce::File getUsableFile();
+
 /** XML, saved 3 s after a change; no lock between processes, so the last save wins. */
 [[nodiscard]] juce::PropertiesFile::Options getOptions();
 

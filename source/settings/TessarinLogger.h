@@ -10,8 +10,8 @@ namespace tessarin
 /** Appends each message as one line to the log file: the time as "%d/%m/%Y %H:%M:%S ", the message, CR LF.
 
     The file is opened and closed for each line, so that several instances and processes can share it; a line
-   that cannot be written is lost. Any thread. The newest logger of a process is the one in use, and the end
-   of any of them leaves none.
+    that cannot be written is lost. Any thread. The newest logger of a process is the one in use, and the end
+    of any of them leaves none.
 */
 class TessarinLogger final : public juce::Logger
 {

@@ -48,6 +48,14 @@ void drawKnobPointer (juce::Graphics& g, juce::Slider& slider, float valueAngle)
     g.drawEllipse (dot.reduced (0.5f), 1.0f);
 }
 
+/** Around the value, since the knob has no room for it. */
+void drawFocusRing (juce::Graphics& g, juce::Slider& slider)
+{
+    const auto bounds = slider.getLookAndFeel().getSliderLayout (slider).textBoxBounds.toFloat();
+    g.setColour (slider.findColour (highlightedTextColourId));
+    g.drawRoundedRectangle (bounds.reduced (0.5f), 3.0f, 1.0f);
+}
+
 void drawKnobBody (juce::Graphics& g, juce::Slider& slider)
 {
     const auto isEnabled = slider.isEnabled();
@@ -99,6 +107,9 @@ void TessarinLookAndFeel::drawRotarySlider (juce::Graphics& g, int, int, int, in
 
     if (slider.isEnabled())
         drawKnobPointer (g, slider, valueAngle);
+
+    if (slider.hasKeyboardFocus (true))
+        drawFocusRing (g, slider);
 
     g.setColour (slider.findColour (sliderTrackBackgroundColourId));
     strokeArc (g, rotaryStartAngle, rotaryEndAngle, 5.0f);
@@ -181,11 +192,13 @@ void TessarinLookAndFeel::drawPopupMenuSectionHeader (juce::Graphics& g, const j
 SharedLookAndFeel::SharedLookAndFeel()
 {
     juce::LookAndFeel::setDefaultLookAndFeel (&lookAndFeel);
+    juce::Typeface::clearTypefaceCache();
 }
 
 SharedLookAndFeel::~SharedLookAndFeel()
 {
     juce::LookAndFeel::setDefaultLookAndFeel (nullptr);
+    juce::Typeface::clearTypefaceCache();
 }
 
 } // namespace tessarin

@@ -6,7 +6,7 @@ namespace tessarin
 {
 
 /** The product's look: the theme's colours, the knob and the tree's triangles. One object serves all editors
-   of a process. Message thread. */
+    of a process. Message thread. */
 class TessarinLookAndFeel : public luna::LunaLibLookAndFeel
 {
 public:
@@ -14,14 +14,14 @@ public:
     TessarinLookAndFeel();
 
     /** Reads an embedded theme and fills the colour table; an unknown name turns everything to the fault's
-       colour. The caller tells its components. */
+        colour. The caller tells its components. */
     void setTheme (const juce::String& name);
 
     /** Resolves a key such as "background.panel"; never fails. See `ThemeResolver::getColour`. */
     [[nodiscard]] juce::Colour getThemeColour (const juce::String& path) const;
 
     /** Draws the knob at fixed coordinates about (30, 33), for a slider of 60 by 95, whatever rectangle is
-     * given. */
+        given. */
     void drawRotarySlider (juce::Graphics&, int x, int y, int width, int height, float position,
                            float rotaryStartAngle, float rotaryEndAngle, juce::Slider&) override;
     int getSliderThumbRadius (juce::Slider&) override;
@@ -48,7 +48,7 @@ private:
 };
 
 /** Holds the one look and feel that all editors of a process share. It is also JUCE's default one while it
-   lives, since JUCE asks only that for typefaces. */
+    lives, since JUCE asks only that for typefaces. */
 struct SharedLookAndFeel
 {
     SharedLookAndFeel();

@@ -17,7 +17,7 @@ struct SystemColour
 [[nodiscard]] const std::vector<SystemColour>& getSystemColours();
 
 /** Fills a look and feel's table: the system's own colours through `resolve`, which takes a key such as
-   "theme.primary", then the identifiers of JUCE and of the widgets that are copies of them. */
+    "theme.primary", then the identifiers of JUCE and of the widgets that are copies of them. */
 void apply (juce::LookAndFeel& lookAndFeel, const std::function<juce::Colour (const juce::String&)>& resolve);
 
 } // namespace tessarin::ThemeColours

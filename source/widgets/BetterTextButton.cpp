@@ -13,6 +13,10 @@ BetterTextButton::BetterTextButton (const juce::String& initialText) : LeftClick
     label.setFont (juce::FontOptions (FontHeights::control));
     label.setJustificationType (juce::Justification::centred);
     label.setEditable (true);
+
+    // The button is the one stop of the tab key; the label would open its editor there.
+    label.setWantsKeyboardFocus (false);
+    label.setFocusContainerType (FocusContainerType::none);
     label.setAccessible (false);
 
     label.onTextChange = [this]
@@ -53,9 +57,11 @@ void BetterTextButton::rightButtonPressed()
 
 void BetterTextButton::updateTextColour()
 {
-    const auto id = ! isEnabled()      ? ColourIds::disabledTextColourId
-                    : getToggleState() ? ColourIds::highlightedTextColourId
-                                       : ColourIds::textColourId;
+    // On a shaded ground the plain text colour would be too faint.
+    const auto isLit = getToggleState() || isOver() || isDown();
+    const auto id = ! isEnabled() ? ColourIds::disabledTextColourId
+                    : isLit       ? ColourIds::highlightedTextColourId
+                                  : ColourIds::textColourId;
     label.setColour (juce::Label::textColourId, findColour (id));
 }
 

@@ -8,7 +8,7 @@ namespace luna
 {
 
 /** A text button that knows a right click, and whose text can be edited in place where `onTextEdited` is set.
- */
+    */
 class BetterTextButton : public LeftClickButton
 {
 public:

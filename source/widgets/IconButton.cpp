@@ -8,7 +8,6 @@ namespace luna
 IconButton::IconButton (const char* svgData, size_t svgSize)
     : LeftClickButton ("Icon Button"), icon (juce::Drawable::createFromImageData (svgData, svgSize))
 {
-    setMouseClickGrabsKeyboardFocus (false);
     setTriggeredOnMouseDown (true);
 }
 

@@ -36,7 +36,7 @@ private:
 };
 
 /** Paints every black of a drawable, whatever its alpha, in another colour, so that antialiased edges change
- * too. */
+    too. */
 void recolourBlack (juce::Drawable&, juce::Colour);
 
 } // namespace luna

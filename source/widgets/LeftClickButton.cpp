@@ -3,6 +3,12 @@
 namespace luna
 {
 
+LeftClickButton::LeftClickButton (const juce::String& name) : juce::Button (name)
+{
+    // A click leaves no focus ring behind.
+    setMouseClickGrabsKeyboardFocus (false);
+}
+
 void LeftClickButton::mouseDown (const juce::MouseEvent& event)
 {
     if (event.mods.isRightButtonDown())

@@ -6,11 +6,11 @@ namespace luna
 {
 
 /** Base of the buttons whose state only the left mouse button drives; a press of the right one is a gesture
-   of its own. */
+    of its own. */
 class LeftClickButton : public juce::Button
 {
 public:
-    using juce::Button::Button;
+    explicit LeftClickButton (const juce::String& name);
 
     void mouseDown (const juce::MouseEvent&) override;
     void mouseDrag (const juce::MouseEvent&) override;

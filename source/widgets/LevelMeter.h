@@ -7,7 +7,7 @@ namespace luna::temp
 {
 
 /** The level of one channel as a bar of its peak, one of its RMS in front of that, and a line at the held
-   peak.
+    peak.
 
     Polls its channel, which outlives it. Message thread; levels are linear, 1 is full scale.
 */

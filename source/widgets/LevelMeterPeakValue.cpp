@@ -39,4 +39,19 @@ juce::String LevelMeterPeakValue::format (double level, int kind)
     return juce::String (juce::jmin (largestDb, LevelMeter::toDecibels (level) + correction), 1);
 }
 
+/** A label's own handler would read the number for a title, and could not be pressed. */
+std::unique_ptr<juce::AccessibilityHandler> LevelMeterPeakValue::createAccessibilityHandler()
+{
+    juce::AccessibilityActions actions;
+    actions.addAction (juce::AccessibilityActionType::press,
+                       [this]
+                       {
+        if (onClick)
+            onClick();
+    });
+
+    return std::make_unique<juce::AccessibilityHandler> (*this, juce::AccessibilityRole::button,
+                                                         std::move (actions));
+}
+
 } // namespace luna::temp

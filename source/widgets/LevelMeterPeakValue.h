@@ -21,6 +21,7 @@ public:
     LevelMeterPeakValue (LevelMeter* meter, int kind);
 
     void mouseDown (const juce::MouseEvent&) override;
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
     void timerCallback() override;
 
     /** RMS is shown 3 dB higher, as the meter does, but for the faintest levels. */

@@ -6,7 +6,7 @@ namespace luna::temp
 {
 
 /** The scale beside a meter. Reaches 10 pixels beyond the meter at both ends, so that the outer labels fit.
- */
+    */
 class LevelMeterTicks final : public juce::Component
 {
 public:

@@ -6,7 +6,7 @@ namespace luna
 {
 
 /** Base of graphs of a level in dB over a logarithmic frequency axis. Owns the axes: their place, their
-   colours, and the drawing of grid and labels. */
+    colours, and the drawing of grid and labels. */
 class LogGraphBase : public juce::Component, public juce::SettableTooltipClient
 {
 public:

@@ -8,13 +8,29 @@ ModalWindow::ModalWindow (const juce::String& titleToShow) : title (titleToShow)
     addAndMakeVisible (panel);
     panel.setName (title);
     setTitle (title);
+    setWantsKeyboardFocus (true);
+
+    // The tab key stays within the dialog.
+    setFocusContainerType (FocusContainerType::keyboardFocusContainer);
 }
 
 void ModalWindow::mouseDown (const juce::MouseEvent& event)
 {
-    if (panelBounds.contains (event.getPosition()))
-        return;
+    if (! panelBounds.contains (event.getPosition()))
+        close();
+}
 
+bool ModalWindow::keyPressed (const juce::KeyPress& key)
+{
+    if (key != juce::KeyPress (juce::KeyPress::escapeKey))
+        return false;
+
+    close();
+    return true;
+}
+
+void ModalWindow::close()
+{
     if (closable)
         setVisible (false);
     else

@@ -14,6 +14,9 @@ public:
     void mouseDown (const juce::MouseEvent&) override;
     void paint (juce::Graphics&) override;
 
+    /** Escape closes, too. */
+    bool keyPressed (const juce::KeyPress&) override;
+
     const juce::String title;
     bool closable = true;
 
@@ -28,6 +31,8 @@ protected:
     void placePanel (int panelHeight);
 
 private:
+    void close();
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ModalWindow)
 };
 

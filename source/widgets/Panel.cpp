@@ -25,6 +25,7 @@ Panel::Panel()
     addAndMakeVisible (titleLabel);
     titleLabel.setFont (juce::FontOptions (FontHeights::title));
     titleLabel.setJustificationType (juce::Justification::topLeft);
+    titleLabel.setBorderSize ({ 1, 0, 1, 0 });
     titleLabel.setInterceptsMouseClicks (false, false);
     titleLabel.setWantsKeyboardFocus (false);
 
@@ -47,6 +48,11 @@ juce::Rectangle<int> Panel::getContentBounds() const
 void Panel::updateTitle()
 {
     titleLabel.setText (getName(), juce::dontSendNotification);
+    setTitle (getName());
+
+    // The title row, and with it the content's place, comes and goes with the name.
+    layoutContent();
+    repaint();
 }
 
 void Panel::mouseDown (const juce::MouseEvent& event)

@@ -9,7 +9,7 @@ namespace luna
 {
 
 /** A box with an optional title row; the base of every section of the editor. The component's name is the
-   title, and a panel without a name has no title row. Message thread. */
+    title, and a panel without a name has no title row. Message thread. */
 class Panel : public juce::Component, public juce::ComponentListener
 {
 public:

@@ -15,6 +15,7 @@ ParameterChoiceButtons::ParameterChoiceButtons (juce::String id,
         auto* button = buttons.add (std::make_unique<BetterTextButton> (label));
         addAndMakeVisible (*button);
         button->setBufferedToImage (true);
+        button->setToggleable (true);
         button->addListener (this);
     }
 

@@ -10,7 +10,7 @@ namespace luna
 {
 
 /** A row or column of buttons tied to one choice parameter. Message thread, but for `parameterChanged`, which
-   any thread may call and which only stores the choice and posts. */
+    any thread may call and which only stores the choice and posts. */
 class ParameterChoiceButtons : public juce::Component,
                                public juce::Button::Listener,
                                public juce::AudioProcessorValueTreeState::Listener,

@@ -11,6 +11,8 @@ ParameterLabelSlider::ParameterLabelSlider (juce::String name, juce::String para
     nameLabel.setText (name, juce::dontSendNotification);
     valueLabel.setText ("10%", juce::dontSendNotification);
     slider.setTitle (name);
+    slider.setWantsKeyboardFocus (true);
+    slider.setMouseClickGrabsKeyboardFocus (false);
 
     for (auto* label : { &nameLabel, &valueLabel })
         label->setFont (juce::FontOptions (luna::FontHeights::control));

@@ -10,7 +10,7 @@ namespace tessarin
 {
 
 /** The standard value control: a rotary slider of 60 by 95 tied to one parameter, its name and its value
-   below the knob. Other layouts are linear. Message thread. */
+    below the knob. Other layouts are linear. Message thread. */
 class ParameterLabelSlider : public juce::Component, public juce::SettableTooltipClient
 {
 public:

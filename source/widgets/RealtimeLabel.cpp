@@ -17,6 +17,7 @@ RealtimeLabel::RealtimeLabel (const float* valueSource, juce::String nameToShow,
         valueToString = [] (float value) { return juce::String (value, 2); };
 
     setTitle (name);
+    readLookAndFeel();
     startTimer (33);
 }
 
@@ -26,7 +27,7 @@ void RealtimeLabel::mouseDown (const juce::MouseEvent&)
         onClick();
 }
 
-void RealtimeLabel::lookAndFeelChanged()
+void RealtimeLabel::readLookAndFeel()
 {
     textColour = findColour (ColourIds::textColourId);
     highlightedTextColour = findColour (ColourIds::highlightedTextColourId);

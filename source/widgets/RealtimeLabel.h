@@ -15,7 +15,10 @@ public:
     RealtimeLabel (const float* source, juce::String name, std::function<juce::String (float)> valueToString);
 
     void mouseDown (const juce::MouseEvent&) override;
-    void lookAndFeelChanged() override;
+
+    void lookAndFeelChanged() override { readLookAndFeel(); }
+
+    void parentHierarchyChanged() override { readLookAndFeel(); }
 
     void enablementChanged() override { repaint(); }
 
@@ -34,5 +37,7 @@ public:
     juce::FlexBox rows;
 
 private:
+    void readLookAndFeel();
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (RealtimeLabel)
 };

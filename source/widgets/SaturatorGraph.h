@@ -12,7 +12,7 @@ namespace luna
 /** A saturator's output over its input as a curve, filled up to the present level of its input.
 
     Both axes have one scale, so the plot is meant to be square. Message thread; reads the saturator without a
-   lock.
+    lock.
 */
 class SaturatorGraph final : public juce::Component, public juce::Timer, public juce::SettableTooltipClient
 {
@@ -36,8 +36,9 @@ public:
         juce::String getTooltip() override;
 
     private:
-        void paintLines (juce::Graphics&, float value) const;
-        void paintLabels (juce::Graphics&, float value) const;
+        void paintLines (juce::Graphics&, int value) const;
+        void paintLabels (juce::Graphics&, int value) const;
+        [[nodiscard]] juce::Point<int> positionOf (int value) const;
 
         SaturatorGraph& graph;
 

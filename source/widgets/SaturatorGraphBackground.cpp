@@ -29,19 +29,14 @@ void SaturatorGraph::GraphBackground::paint (juce::Graphics& g)
     if (graph.compact)
         return;
 
-    const auto paintEachValue = [&] (void (GraphBackground::*paintValue) (juce::Graphics&, float) const)
+    const auto paintEachValue = [&] (void (GraphBackground::*paintValue) (juce::Graphics&, int) const)
     {
-        if (graph.viewMode == ViewMode::amplitude)
-        {
-            for (const auto value : { -1.0f, 0.0f, 1.0f })
-                (this->*paintValue) (g, value);
+        const auto isAmplitude = graph.viewMode == ViewMode::amplitude;
+        const auto first = isAmplitude ? -1 : juce::roundToInt (graph.decibelRange.start);
+        const auto last = isAmplitude ? 1 : juce::roundToInt (graph.decibelRange.end);
 
-            return;
-        }
-
-        for (auto db = graph.decibelRange.start; db <= graph.decibelRange.end;
-             db += static_cast<float> (graph.decibelStep))
-            (this->*paintValue) (g, db);
+        for (auto value = first; value <= last; value += isAmplitude ? 1 : graph.decibelStep)
+            (this->*paintValue) (g, value);
     };
 
     const auto colour = isEnabled() ? graph.lineColour : graph.disabledLineColour;
@@ -53,25 +48,32 @@ void SaturatorGraph::GraphBackground::paint (juce::Graphics& g)
     paintEachValue (&GraphBackground::paintLines);
 }
 
-void SaturatorGraph::GraphBackground::paintLines (juce::Graphics& g, float value) const
+void SaturatorGraph::GraphBackground::paintLines (juce::Graphics& g, int value) const
 {
-    const auto& plot = graph.plot;
-    g.fillRect (plot.getX(), juce::roundToInt (graph.getYOf (value)), plot.getWidth(), 1);
-    g.fillRect (juce::roundToInt (graph.getXOf (value)), plot.getY(), 1, plot.getHeight());
+    const auto& area = graph.plot;
+    const auto position = positionOf (value);
+    g.fillRect (area.getX(), position.y, area.getWidth(), 1);
+    g.fillRect (position.x, area.getY(), 1, area.getHeight());
 }
 
-void SaturatorGraph::GraphBackground::paintLabels (juce::Graphics& g, float value) const
+void SaturatorGraph::GraphBackground::paintLabels (juce::Graphics& g, int value) const
 {
     constexpr auto width = 20;
     constexpr auto height = 16;
     constexpr auto topLabelY = 3;
 
-    const juce::String text (juce::roundToInt (value));
+    const auto position = positionOf (value);
     const auto paintLabel = [&] (int x, int y)
-    { g.drawText (text, x, y, width, height, juce::Justification::centred, false); };
+    { g.drawText (juce::String (value), x, y, width, height, juce::Justification::centred, false); };
 
-    paintLabel (juce::roundToInt (graph.getXOf (value)) - width / 2, topLabelY);
-    paintLabel (graph.plot.getRight(), juce::roundToInt (graph.getYOf (value)) - height / 2);
+    paintLabel (position.x - width / 2, topLabelY);
+    paintLabel (graph.plot.getRight(), position.y - height / 2);
+}
+
+juce::Point<int> SaturatorGraph::GraphBackground::positionOf (int value) const
+{
+    const auto number = static_cast<float> (value);
+    return { juce::roundToInt (graph.getXOf (number)), juce::roundToInt (graph.getYOf (number)) };
 }
 
 } // namespace luna

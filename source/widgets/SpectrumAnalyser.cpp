@@ -52,7 +52,8 @@ juce::Point<float> SpectrumAnalyser::getPointOf (double frequency, float magnitu
 {
     // Far beyond any axis, and finite for any magnitude.
     constexpr auto largestDb = 1000.0f;
-    return { getXOf (frequency), getYOf (juce::jmin (largestDb, decibels::fromGain (magnitude))) };
+    const auto db = juce::jmin (largestDb, decibels::fromGain (magnitude));
+    return { getXOf (frequency), getYOf (static_cast<double> (db)) };
 }
 
 void SpectrumAnalyser::paint (juce::Graphics& g)

@@ -36,6 +36,17 @@ void Toast::mouseDown (const juce::MouseEvent& event)
         sendChangeMessage();
 }
 
+std::unique_ptr<juce::AccessibilityHandler> Toast::createAccessibilityHandler()
+{
+    juce::AccessibilityActions actions;
+
+    if (dismissible)
+        actions.addAction (juce::AccessibilityActionType::press, [this] { sendChangeMessage(); });
+
+    const auto role = dismissible ? juce::AccessibilityRole::button : juce::AccessibilityRole::staticText;
+    return std::make_unique<juce::AccessibilityHandler> (*this, role, std::move (actions));
+}
+
 int Toast::getBackgroundColourId() const
 {
     switch (type)

@@ -11,6 +11,8 @@ void ToastManager::showToast (const juce::String& text, ToastType type, bool dis
     const auto shownText = isError ? "ERROR: " + text : text;
 
     juce::Logger::writeToLog (shownText);
+    juce::AccessibilityHandler::postAnnouncement (shownText,
+                                                  juce::AccessibilityHandler::AnnouncementPriority::medium);
     toasts.add (std::make_unique<Toast> (shownText, type, dismissible))->addChangeListener (this);
     layOutIfAdopted();
 }
@@ -27,6 +29,11 @@ void ToastManager::paint (juce::Graphics& g)
 }
 
 void ToastManager::resized()
+{
+    layOutIfAdopted();
+}
+
+void ToastManager::parentHierarchyChanged()
 {
     layOutIfAdopted();
 }

@@ -8,7 +8,7 @@ namespace tessarin
 /** Collects toasts and stacks them over the editor, which they darken.
 
     Owned by the processor, so that a message can be raised without an editor; it waits here until one adopts
-   the manager as a child. Message thread.
+    the manager as a child. Message thread.
 */
 class ToastManager final : public juce::Component, public juce::ChangeListener
 {
@@ -22,6 +22,9 @@ public:
 
     void paint (juce::Graphics&) override;
     void resized() override;
+
+    /** An editor of the same size as the last one sends no resize. */
+    void parentHierarchyChanged() override;
     void changeListenerCallback (juce::ChangeBroadcaster* source) override;
 
     /** Oldest first. */

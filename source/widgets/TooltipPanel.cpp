@@ -16,6 +16,7 @@ TooltipPanel::TooltipPanel()
     }
 
     statusLabel.setJustificationType (juce::Justification::centredRight);
+    readTextColour();
     startTimer (33);
 }
 
@@ -35,6 +36,11 @@ void TooltipPanel::refresh()
 void TooltipPanel::lookAndFeelChanged()
 {
     Panel::lookAndFeelChanged();
+    readTextColour();
+}
+
+void TooltipPanel::readTextColour()
+{
     tooltipLabel.setColour (juce::Label::textColourId, findColour (ColourIds::tooltipTextColourId));
 }
 

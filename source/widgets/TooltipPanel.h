@@ -15,6 +15,9 @@ public:
     virtual void refresh();
 
     void lookAndFeelChanged() override;
+
+    void parentHierarchyChanged() override { readTextColour(); }
+
     void layoutContent() override;
 
     void timerCallback() override { refresh(); }
@@ -26,6 +29,8 @@ public:
     bool hideStatusWhenTooltipShown = false;
 
 private:
+    void readTextColour();
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TooltipPanel)
 };
 

@@ -11,7 +11,7 @@ namespace luna
 {
 
 /** The last five seconds of levels, one column per pixel. The write position sweeps over the picture, which
-   does not scroll; a line marks it.
+    does not scroll; a line marks it.
 
     Message thread; sizes its history to its own width, and copies it once per frame.
 */

@@ -285,7 +285,6 @@ std::vector<Sheet> makeSheets (OrvoAudioProcessor& processor)
         auto buttons = std::make_unique<luna::ParameterChoiceButtons> (
             ParameterIds::layout, parameters,
             juce::StringArray { "Single Band", "Multi Band", "Mid / Side", "Left / Right" });
-        buttons->spacing = 5;
         return buttons;
     };
 
@@ -293,6 +292,7 @@ std::vector<Sheet> makeSheets (OrvoAudioProcessor& processor)
     {
         auto buttons = makeChoice();
         buttons->orientation = luna::ParameterChoiceButtons::row;
+        buttons->spacing = 5;
         return buttons;
     };
 

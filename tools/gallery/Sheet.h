@@ -26,5 +26,5 @@ struct Sheet
 };
 
 /** Draws a sheet's widgets side by side with their captions, each in a window of its own, in the default look
-   and feel. */
+    and feel. */
 [[nodiscard]] juce::Image renderSheet (const Sheet& sheet, float scale);

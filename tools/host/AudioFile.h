@@ -43,7 +43,7 @@ private:
 /** Writes a WAV or AIFF file of known length, and puts it into place only when it is whole.
 
     The audio goes to a hidden file in the same folder, which becomes the target with one rename in `finish`
-   and is removed if that is not reached. So no failure leaves half a file or touches an old one.
+    and is removed if that is not reached. So no failure leaves half a file or touches an old one.
 */
 class AudioFileWriter
 {
@@ -74,7 +74,7 @@ private:
 };
 
 /** Puts a whole new file in place of `target`, or where no file is unless `mayReplace`. Throws, and leaves
-   `target` alone, if that cannot be. */
+    `target` alone, if that cannot be. */
 void moveIntoPlace (const juce::File& finished, const juce::File& target, bool mayReplace);
 
 /** A hidden name beside `target` for a file that is not whole yet. */

@@ -7,7 +7,7 @@
 /** One parameter of the loaded module, as a host sees it.
 
     VST3 gives a host values from 0 to 1 and their texts. The kind and the range in plain units are therefore
-   read from the texts that the module itself makes, so that they cannot differ from what it does.
+    read from the texts that the module itself makes, so that they cannot differ from what it does.
 */
 class HostedParameter
 {
@@ -28,8 +28,8 @@ public:
     [[nodiscard]] juce::String textAt (float normalised) const;
 
     /** Takes a number in plain units, with or without the unit, or the text of a choice or switch in upper or
-       lower case. A percentage is a number from 0 to 1 unless "%" stands behind it. Throws for anything else
-       and for values out of range. Takes effect with the next block. */
+        lower case. A percentage is a number from 0 to 1 unless "%" stands behind it. Throws for anything else
+        and for values out of range. Takes effect with the next block. */
     void setFromText (const juce::String& text);
 
 private:

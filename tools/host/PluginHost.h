@@ -10,7 +10,7 @@
 /** The built module, loaded and driven through VST3 as a host does it.
 
     Lives on the message thread, audio included, and never runs the message loop: what the module posts there
-   is handled by nobody, so nothing moves between two calls. Errors are thrown as Failure.
+    is handled by nobody, so nothing moves between two calls. Errors are thrown as Failure.
 */
 class PluginHost
 {
@@ -59,7 +59,7 @@ private:
 };
 
 /** The module named on the command line, or else Orvo.vst3 beside the program's folder, or else the one in
-   the build folder that the program stands in. Throws if there is none. */
+    the build folder that the program stands in. Throws if there is none. */
 [[nodiscard]] juce::File findModule (const juce::String& path);
 
 /** Makes JUCE, here and in the module, unable to connect to any display. */

@@ -4,7 +4,7 @@
 #include "PluginHost.h"
 
 /** Applies --preset, then --state, then each --set of a command to the loaded module. Throws, saying which,
-   if one of them cannot be. */
+    if one of them cannot be. */
 void applySettings (PluginHost& host, const Arguments& arguments);
 
 /** The options that `applySettings` knows. */

@@ -13,9 +13,9 @@ struct ListedPreset
 };
 
 /** The presets in the order of the module's programs, read from the same folders with the product's own code.
- */
+    */
 [[nodiscard]] juce::Array<ListedPreset> listPresets();
 
 /** The first preset with this name, or with these folders and name ("Factory/Drums/Kick"); -1 if there is
- * none. */
+    none. */
 [[nodiscard]] int findPreset (const juce::String& name);

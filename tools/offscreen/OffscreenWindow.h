@@ -3,7 +3,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 /** A window that is on no screen: it draws into images, and mouse and keys go through JUCE's own event path,
-   focus and hover included. For pictures of widgets and for tests; needs no display. Message thread.
+    focus and hover included. For pictures of widgets and for tests; needs no display. Message thread.
 
     Positions are in pixels of the target component.
 */

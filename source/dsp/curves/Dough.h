@@ -9,7 +9,7 @@ namespace luna
 {
 
 /** A saturator whose input range is fixed at plus and minus full scale, where it meets the threshold with
-   zero slope; its slope at the origin is 1. */
+    zero slope; its slope at the origin is 1. */
 class Dough final : public CurveSaturator<Dough>
 {
 public:

@@ -8,7 +8,7 @@ namespace luna
 {
 
 /** A sine scaled to the threshold. The argument is not clamped, so large inputs fold. In no mode of the
- * product. */
+    product. */
 class SinClipper final : public DrivenSaturator<SinClipper>
 {
 public:

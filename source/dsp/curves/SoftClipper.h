@@ -9,7 +9,7 @@ namespace luna
 {
 
 /** A limiter of the instantaneous level with a quadratic knee: nothing changes below the knee, and above it
-   the magnitude is pinned to the threshold. */
+    the magnitude is pinned to the threshold. */
 class SoftClipper final : public KneeSaturator<SoftClipper>
 {
 public:
@@ -23,7 +23,7 @@ public:
 
 private:
     /** The logarithm in double precision: below the knee the gain must come out as exactly 1, and near its
-       start single precision would show as steps. */
+        start single precision would show as steps. */
     static float levelOf (float x) noexcept
     {
         const auto level = 20.0 * std::log10 (std::abs (static_cast<double> (x)));
