@@ -194,7 +194,8 @@ juce::File findModule (const juce::String& path)
         juce::File::getSpecialLocation (juce::File::currentExecutableFile).getParentDirectory();
 
     auto candidates = path.isNotEmpty() ? juce::StringArray { path }
-                                        : juce::StringArray { "../Orvo.vst3", ORVO_MODULE_FROM_PROGRAM };
+                                        : juce::StringArray { "../Orvo.vst3", "../lib/vst3/Orvo.vst3",
+                                                              ORVO_MODULE_FROM_PROGRAM };
 
     const auto base = path.isNotEmpty() ? juce::File::getCurrentWorkingDirectory() : programFolder;
 

@@ -1,0 +1,14 @@
+# Tests of the plug-in: linked to its shared code, so that JUCE is not compiled again. Included by CMakeLists.txt.
+
+file(GLOB orvo_test_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR}
+    core/*.cpp presets/*.cpp settings/*.cpp widgets/*.cpp editor/*.cpp support/*.cpp)
+
+# The allocation guard's own test runs with the DSP tests.
+list(REMOVE_ITEM orvo_test_sources support/AllocationGuardTest.cpp)
+
+add_executable(orvo_tests ${orvo_test_sources})
+target_include_directories(orvo_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+target_link_libraries(orvo_tests PRIVATE orvo_offscreen LunaBinary GTest::gtest)
+orvo_strict_warnings(orvo_tests)
+gtest_discover_tests(orvo_tests DISCOVERY_TIMEOUT 60)
+include(presets/factory_bank.cmake)

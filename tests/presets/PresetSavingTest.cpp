@@ -1,0 +1,186 @@
+#include "core/OrvoAudioProcessor.h"
+#include "presets/PresetManager.h"
+#include "support/TemporaryConfig.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+
+namespace
+{
+using juce::File;
+using juce::String;
+
+/** No file can grow beyond this, as on a full disk. */
+class FullDisk
+{
+public:
+    explicit FullDisk (rlim_t limit)
+    {
+        getrlimit (RLIMIT_FSIZE, &previous);
+        const rlimit smaller { limit, previous.rlim_max };
+        setrlimit (RLIMIT_FSIZE, &smaller);
+    }
+
+    ~FullDisk()
+    {
+        setrlimit (RLIMIT_FSIZE, &previous);
+        std::signal (SIGXFSZ, previousHandler);
+    }
+
+    FullDisk (const FullDisk&) = delete;
+    FullDisk& operator= (const FullDisk&) = delete;
+
+private:
+    void (*previousHandler) (int) = std::signal (SIGXFSZ, SIG_IGN);
+    rlimit previous {};
+};
+
+struct PresetSaving : testing::Test, tessarin::PresetManager::Listener
+{
+    PresetSaving()
+    {
+        processor.toastManager.toasts.clear();
+        processor.presetManager.addListener (this);
+    }
+
+    ~PresetSaving() override { processor.presetManager.removeListener (this); }
+
+    void presetSaved (tessarin::Preset preset) override { saved.add (preset.name); }
+
+    void presetLoaded (tessarin::Preset) override {}
+
+    void save (const File& chosen)
+    {
+        auto& manager = processor.presetManager;
+        manager.finishSaving (chosen, manager.makePresetText ("Hot & \"loud\"\nor so", "Drums,Bass", "Ann"));
+    }
+
+    String lastToast() const
+    {
+        const auto* toast = processor.toastManager.toasts.getLast();
+        return toast == nullptr ? String() : toast->text;
+    }
+
+    double gain() const
+    {
+        return static_cast<double> (processor.parameters.getRawParameterValue ("gain_single")->load());
+    }
+
+    TemporaryConfig config;
+    const File loud =
+        config.addPreset ("User/Loud.tpre", stateText (entry ("gain_single", "9"), "author=\"Bob\""));
+    const bool hasFactory = config.preset ("Factory").createDirectory().wasOk();
+    OrvoAudioProcessor processor;
+    juce::StringArray saved;
+};
+
+TEST_F (PresetSaving, WritesTheStateWithItsTexts)
+{
+    processor.presetManager.loadPreset (1);
+    juce::MemoryBlock block;
+    processor.getStateInformation (block);
+    ASSERT_TRUE (processor.parameters.state.hasProperty ("preset_path"));
+    save (config.preset ("User/New.tpre"));
+
+    const auto text = config.preset ("User/New.tpre").loadFileAsString();
+    EXPECT_TRUE (text.startsWith ("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n\r\n<orvo "));
+    EXPECT_TRUE (text.endsWith ("</orvo>\r\n"));
+    EXPECT_EQ (text.removeCharacters ("\r").length(), text.length() - text.retainCharacters ("\n").length());
+    EXPECT_FALSE (text.contains ("preset_path"));
+    EXPECT_FALSE (text.contains ("Bob"));
+
+    const auto xml = juce::parseXML (text);
+    ASSERT_NE (xml, nullptr);
+    EXPECT_EQ (xml->getStringAttribute ("author"), "Ann");
+    EXPECT_EQ (xml->getStringAttribute ("description"), "Hot & \"loud\"\nor so");
+    EXPECT_EQ (xml->getStringAttribute ("categories"), "Drums,Bass");
+    EXPECT_EQ (xml->getStringAttribute ("version"), "1.0.1");
+
+    auto numEntries = 0;
+
+    for (const auto* child : xml->getChildWithTagNameIterator ("PARAM"))
+        if (child->hasAttribute ("id") && child->hasAttribute ("value"))
+            ++numEntries;
+
+    EXPECT_EQ (numEntries, 70);
+    EXPECT_TRUE (processor.parameters.state.hasProperty ("preset_path")) << "the live state stays";
+}
+
+TEST_F (PresetSaving, MakesTheNewPresetCurrentWithoutTouchingTheParameters)
+{
+    processor.parameters.getParameter ("gain_single")->setValueNotifyingHost (0.75f);
+    save (config.preset ("User/Abc"));
+
+    const auto preset = processor.presetManager.getCurrentPreset();
+    EXPECT_EQ (preset.name, "Abc");
+    EXPECT_EQ (preset.path, config.preset ("User/Abc.tpre").getFullPathName()) << "the extension is added";
+    EXPECT_EQ (preset.index, 1) << "after the rescan";
+    EXPECT_EQ (preset.author, "Ann");
+    EXPECT_EQ (preset.description, "Hot & \"loud\"\nor so");
+    EXPECT_EQ (processor.getNumPrograms(), 3);
+    EXPECT_EQ (gain(), 9.0);
+    EXPECT_EQ (saved, juce::StringArray { "Abc" });
+    EXPECT_EQ (lastToast(), "Preset saved");
+    EXPECT_EQ (processor.toastManager.toasts.getLast()->type, tessarin::toastSuccess);
+    EXPECT_EQ (config.preset ("User").getNumberOfChildFiles (File::findFiles), 2)
+        << "no temporary file stays";
+
+    processor.parameters.getParameter ("gain_single")->setValueNotifyingHost (0.25f);
+    save (config.preset ("User/Abc.tpre"));
+    EXPECT_EQ (processor.getNumPrograms(), 3) << "overwritten";
+    processor.presetManager.loadPreset (0);
+    processor.presetManager.loadPreset (1);
+    EXPECT_EQ (gain(), -9.0);
+}
+
+TEST_F (PresetSaving, LeavesThePresetAloneWhenTheFileLiesElsewhere)
+{
+    const auto outside = config.base.getChildFile ("outside.tpre");
+    save (outside);
+    EXPECT_GT (outside.getSize(), 0);
+    EXPECT_EQ (processor.getNumPrograms(), 2);
+    EXPECT_EQ (processor.presetManager.getCurrentPreset().name, "Initial Patch");
+    EXPECT_EQ (saved, juce::StringArray { "Initial Patch" });
+    EXPECT_EQ (lastToast(), "Preset saved");
+}
+
+TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
+{
+    const auto before = loud.loadFileAsString();
+
+    const auto expectNothingChanged = [&] (const String& toast, const char* name)
+    {
+        EXPECT_EQ (lastToast(), toast) << name;
+        EXPECT_EQ (loud.loadFileAsString(), before) << name;
+        EXPECT_EQ (processor.getNumPrograms(), 2) << name;
+        EXPECT_EQ (processor.getCurrentProgram(), 0) << name;
+        EXPECT_TRUE (saved.isEmpty()) << name;
+        EXPECT_EQ (config.preset ("User").getNumberOfChildFiles (File::findFiles), 1) << name;
+    };
+
+    save (File());
+    expectNothingChanged ({}, "cancelled");
+
+    save (loud.getChildFile ("below a file.tpre"));
+    expectNothingChanged ("ERROR: Couldn't save preset!", "no folder");
+    processor.toastManager.toasts.clear();
+
+    save (loud.withFileExtension (""));
+    expectNothingChanged ("ERROR: Couldn't save preset!",
+                          "the file with the extension, about which nobody was asked");
+    processor.toastManager.toasts.clear();
+
+    for (const rlim_t room : { 0u, 1000u })
+    {
+        {
+            const FullDisk disk (room);
+            save (loud);
+        }
+
+        expectNothingChanged ("ERROR: Couldn't save preset!", room == 0 ? "full disk" : "nearly full disk");
+        processor.toastManager.toasts.clear();
+    }
+}
+} // namespace
