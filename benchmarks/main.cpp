@@ -1,6 +1,7 @@
 // orvo-bench: what each part of the audio engine costs. The options of Google Benchmark apply, as in
 // --benchmark_filter=curve; --benchmark_out=FILE writes the table as JSON.
 
+#include "Frames.h"
 #include "Rows.h"
 
 #include <juce_events/juce_events.h>
@@ -37,7 +38,7 @@ private:
                             .getChildFile ("orvo-bench-" + juce::Uuid().toString());
 };
 
-/** One line per row with its two readings. */
+/** One line per row with its readings. */
 class Table final : public benchmark::ConsoleReporter
 {
 public:
@@ -51,9 +52,17 @@ public:
     void ReportRuns (const std::vector<Run>& runs) override
     {
         for (const auto& run : runs)
+        {
+            if (const auto frame = run.counters.find (bench::msPerFrame); frame != run.counters.end())
+            {
+                std::printf ("%-32s%12.3f ms per frame\n", run.benchmark_name().c_str(), frame->second.value);
+                continue;
+            }
+
             std::printf ("%-32s%12.2f%12.1f\n", run.benchmark_name().c_str(),
                          run.counters.at (bench::nsPerSample).value,
                          run.counters.at (bench::timesRealTime).value);
+        }
 
         std::fflush (stdout);
     }
@@ -76,6 +85,7 @@ int main (int argc, char** argv)
         bench::addSectionRows();
         bench::addMeterRows();
         bench::addChainRows();
+        bench::addGraphRows();
     }
     catch (const std::exception& error)
     {

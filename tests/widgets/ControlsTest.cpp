@@ -1,0 +1,336 @@
+#include "common/ColourIds.h"
+#include "core/PluginUnderTest.h"
+#include "OffscreenWindow.h"
+#include "settings/TessarinLookAndFeel.h"
+#include "widgets/IconButton.h"
+#include "widgets/ModalWindow.h"
+#include "widgets/ParameterChoiceButtons.h"
+#include "widgets/ParameterLabelSlider.h"
+#include "widgets/RealtimeLabel.h"
+#include "widgets/TooltipPanel.h"
+
+#include <gtest/gtest.h>
+#include <LunaBinary.h>
+
+using namespace luna::ColourIds;
+using juce::Colour;
+using juce::ModifierKeys;
+using juce::Rectangle;
+
+namespace
+{
+/** The product's look, and a plug-in whose parameters the controls attach to. */
+class Controls : public testing::Test
+{
+protected:
+    tessarin::SharedLookAndFeel shared;
+    OrvoAudioProcessor processor;
+
+    Colour colour (int id) { return shared.lookAndFeel.findColour (id); }
+
+    static luna::IconButton makeIconButton()
+    {
+        return { LunaBinary::poweroff_svg, static_cast<size_t> (LunaBinary::poweroff_svgSize) };
+    }
+};
+} // namespace
+
+TEST_F (Controls, PanelTakesItsTitleFromItsName)
+{
+    luna::Panel panel;
+    panel.setSize (200, 150);
+    EXPECT_EQ (panel.getContentBounds(), (Rectangle<int> (20, 20, 160, 110)));
+
+    panel.setName ("Clipper");
+    EXPECT_EQ (panel.titleLabel.getText(), "Clipper");
+    EXPECT_EQ (panel.titleLabel.getBounds(), (Rectangle<int> (20, 10, 180, 30)));
+    EXPECT_EQ (panel.getContentBounds(), (Rectangle<int> (20, 60, 160, 70)));
+
+    const auto lineColourAt = [&] (int x, int y)
+    { return OffscreenWindow (panel).render().getPixelAt (x, y); };
+    EXPECT_EQ (lineColourAt (20, 42), colour (textColourId));
+    EXPECT_EQ (lineColourAt (179, 42), colour (textColourId));
+    EXPECT_EQ (lineColourAt (19, 42), colour (panelColourId));
+    EXPECT_EQ (lineColourAt (100, 43), colour (panelColourId));
+    EXPECT_EQ (lineColourAt (0, 70), colour (backgroundColourId));
+    EXPECT_EQ (lineColourAt (1, 70), colour (panelColourId));
+
+    panel.setEnabled (false);
+    EXPECT_EQ (lineColourAt (20, 42), colour (disabledTextColourId));
+
+    panel.collapsible = panel.collapsed = true;
+    EXPECT_EQ (lineColourAt (20, 42), colour (panelColourId));
+}
+
+TEST_F (Controls, PanelFoldsOnAClickAboveItsContent)
+{
+    luna::Panel panel;
+    panel.setSize (200, 150);
+    auto calls = 0;
+    panel.onCollapseToggled = [&] { ++calls; };
+
+    OffscreenWindow window (panel);
+    window.clickMouse (panel, { 100, 50 });
+    EXPECT_FALSE (panel.collapsed);
+    window.clickMouse (panel, { 100, 49 });
+    EXPECT_TRUE (panel.collapsed);
+    EXPECT_EQ (calls, 1);
+}
+
+TEST_F (Controls, IconButtonFiresOnThePressOfTheLeftButtonOnly)
+{
+    auto button = makeIconButton();
+    button.setSize (25, 20);
+    button.setClickingTogglesState (true);
+
+    auto clicks = 0, rightClicks = 0;
+    button.onClick = [&] { ++clicks; };
+    button.onRightClick = [&] { ++rightClicks; };
+
+    OffscreenWindow window (button);
+    window.pressMouse (button, { 12, 10 });
+    EXPECT_EQ (clicks, 1);
+    EXPECT_TRUE (button.getToggleState());
+    window.releaseMouse();
+    EXPECT_EQ (clicks, 1);
+
+    window.clickMouse (button, { 12, 10 }, ModifierKeys::rightButtonModifier);
+    EXPECT_EQ (rightClicks, 1);
+    EXPECT_EQ (clicks, 1);
+    EXPECT_TRUE (button.getToggleState());
+}
+
+TEST_F (Controls, IconButtonDrawsItsIconInTheColourOfItsState)
+{
+    auto button = makeIconButton();
+    button.setSize (40, 40);
+    OffscreenWindow window (button);
+
+    // The stroke of the power sign runs down the middle of the upper half; its grid is 30 pixels for 16
+    // units.
+    const auto iconColour = [&] { return window.render().getPixelAt (20, 5 + 30 * 5 / 16); };
+
+    EXPECT_EQ (iconColour(), colour (textColourId));
+    button.setToggleState (true, juce::dontSendNotification);
+    EXPECT_EQ (iconColour(), colour (highlightedTextColourId));
+    button.setEnabled (false);
+    EXPECT_EQ (iconColour(), colour (disabledTextColourId));
+}
+
+TEST_F (Controls, ChoiceButtonsFollowAndSetTheirParameter)
+{
+    luna::ParameterChoiceButtons choice ("layout", processor.parameters, { "A", "B", "C", "D" });
+    choice.spacing = 5;
+    choice.setSize (100, 80);
+    OffscreenWindow window (choice);
+
+    const auto isOn = [&] (int i) { return choice.buttons[i]->getToggleState(); };
+    EXPECT_TRUE (isOn (0));
+    EXPECT_EQ (choice.buttons[1]->getBounds(), (Rectangle<int> (0, 20, 95, 20)));
+
+    struct GestureProbe : public juce::AudioProcessorParameter::Listener
+    {
+        void parameterValueChanged (int, float value) override
+        {
+            trace << "v" << juce::roundToInt (value * 3.0f);
+        }
+
+        void parameterGestureChanged (int, bool starts) override { trace << (starts ? "(" : ")"); }
+
+        juce::String trace;
+    } probe;
+
+    auto& parameter = *processor.parameters.getParameter ("layout");
+    parameter.addListener (&probe);
+
+    window.clickMouse (*choice.buttons[2], { 10, 10 });
+    EXPECT_EQ (probe.trace, "(v2)");
+    choice.handleUpdateNowIfNeeded();
+    EXPECT_TRUE (isOn (2) && ! isOn (0));
+
+    window.clickMouse (*choice.buttons[2], { 10, 10 });
+    EXPECT_EQ (probe.trace, "(v2)");
+    EXPECT_TRUE (isOn (2));
+
+    // Automation moves the highlight with the next message, not at once.
+    parameter.setValueNotifyingHost (1.0f);
+    EXPECT_TRUE (isOn (2));
+    choice.handleUpdateNowIfNeeded();
+    EXPECT_TRUE (isOn (3));
+    parameter.removeListener (&probe);
+
+    luna::ParameterChoiceButtons missing ("no_such_parameter", processor.parameters, { "A" });
+    missing.buttonClicked (missing.buttons[0]);
+}
+
+TEST_F (Controls, LabelSliderPlacesItsPartsByLayout)
+{
+    using Slider = tessarin::ParameterLabelSlider;
+
+    struct Row
+    {
+        int layout;
+        Rectangle<int> size, slider, name, value;
+    };
+
+    const Rectangle<int> knob (60, 95), bar (90, 40);
+    const std::vector<Row> rows {
+        { Slider::rotary, knob, { 0, 0, 60, 95 }, { 0, 68, 60, 15 }, {} },
+        { Slider::nameLeftValueRight, bar, { 0, 20, 90, 20 }, { 0, 0, 60, 20 }, { 60, 0, 30, 20 } },
+        { Slider::valueLeftNameRight, bar, { 0, 20, 90, 20 }, { 30, 0, 60, 20 }, { 0, 0, 30, 20 } },
+        { Slider::nameAbove, bar, { 0, 20, 90, 20 }, { 0, 0, 90, 20 }, {} },
+        { Slider::nameBeside, { 200, 20 }, { 85, 0, 115, 20 }, { 0, 0, 85, 20 }, {} },
+    };
+
+    for (const auto& row : rows)
+    {
+        Slider control ("Gain", "gain_single", processor.parameters);
+        control.setBounds (row.size);
+        control.setLayout (row.layout);
+        EXPECT_EQ (control.slider.getBounds(), row.slider) << row.layout;
+        EXPECT_EQ (control.nameLabel.getBounds(), row.name) << row.layout;
+
+        EXPECT_EQ (control.valueLabel.getBounds(), row.value) << row.layout;
+    }
+}
+
+TEST_F (Controls, LabelSliderReadsTextDragsAndReturnsToItsDefault)
+{
+    tessarin::ParameterLabelSlider control ("Gain", "gain_single", processor.parameters);
+    control.setSize (60, 95);
+    control.setTooltip ("Gain: A tooltip");
+    OffscreenWindow window (control);
+    auto& slider = control.slider;
+
+    EXPECT_EQ (control.valueLabel.getText(), "0.0dB");
+    EXPECT_DOUBLE_EQ (slider.getValueFromText ("1,5"), slider.getValueFromText ("1.5"));
+    EXPECT_DOUBLE_EQ (slider.getValueFromText ("1,5"), 1.5);
+
+    window.pressMouse (slider, { 30, 40 });
+    window.dragMouse (slider, { 30, 10 });
+    window.releaseMouse();
+    EXPECT_GT (processor.parameters.getRawParameterValue ("gain_single")->load(), 1.0f);
+
+    slider.mouseDoubleClick ({ juce::Desktop::getInstance().getMainMouseSource(),
+                               {},
+                               {},
+                               0,
+                               0,
+                               0,
+                               0,
+                               0,
+                               &slider,
+                               &slider,
+                               {},
+                               {},
+                               {},
+                               2,
+                               false });
+    EXPECT_EQ (processor.parameters.getRawParameterValue ("gain_single")->load(), 0.0f);
+
+    // Wherever the mouse rests, the strip finds the tooltip.
+    for (const auto position : { juce::Point<int> (30, 30), { 30, 75 }, { 30, 88 } })
+    {
+        window.moveMouse (control, position);
+        luna::TooltipPanel strip;
+        strip.refresh();
+        EXPECT_EQ (strip.tooltipLabel.getText(), "Gain: A tooltip") << position.y;
+    }
+
+    // The value stands in its box below the name, and the two do not overlap in text.
+    EXPECT_EQ (shared.lookAndFeel.getSliderLayout (slider).textBoxBounds, (Rectangle<int> (0, 80, 60, 15)));
+}
+
+TEST_F (Controls, KnobStandsWhereItsFormulasSay)
+{
+    tessarin::ParameterLabelSlider control ("Gain", "gain_single", processor.parameters);
+    control.setSize (60, 95);
+    OffscreenWindow window (control);
+    const auto parameters = control.slider.getRotaryParameters();
+
+    // A point on the arc of radius 27 about (30, 33); angles run clockwise from twelve.
+    const auto arcColour = [&] (float proportion)
+    {
+        const auto angle = parameters.startAngleRadians
+                           + proportion * (parameters.endAngleRadians - parameters.startAngleRadians);
+        const auto point = juce::Point<float> (30.0f, 33.0f).getPointOnCircumference (27.0f, angle);
+        return window.render (4.0f).getPixelAt (juce::roundToInt (point.x * 4.0f),
+                                                juce::roundToInt (point.y * 4.0f));
+    };
+
+    // 0 dB is the middle of -18 to 18.
+    EXPECT_EQ (arcColour (0.25f), colour (sliderTrackColourId));
+    EXPECT_EQ (arcColour (0.45f), colour (sliderTrackColourId));
+    EXPECT_EQ (arcColour (0.6f), colour (sliderTrackBackgroundColourId));
+
+    // At the middle the pointer stands above the centre, at a distance of 9.75.
+    EXPECT_EQ (window.render (4.0f).getPixelAt (120, juce::roundToInt ((33.0f - 9.75f) * 4.0f)),
+               colour (sliderDotColourId));
+
+    control.setEnabled (false);
+    EXPECT_EQ (arcColour (0.25f), colour (sliderTrackBackgroundColourId));
+    EXPECT_EQ (window.render (4.0f).getPixelAt (120, 132), colour (disabledElementColourId));
+}
+
+TEST_F (Controls, RealtimeLabelPollsItsSourceAndAnswersAnyButton)
+{
+    auto value = 1.0f;
+    RealtimeLabel label (&value, "Peak", {});
+    label.setSize (80, 40);
+    EXPECT_EQ (label.valueToString (-1.0f / 3.0f), "-0.33");
+
+    auto clicks = 0;
+    label.onClick = [&] { ++clicks; };
+    OffscreenWindow window (label);
+    window.clickMouse (label, { 40, 20 });
+    window.clickMouse (label, { 40, 20 }, ModifierKeys::rightButtonModifier);
+    EXPECT_EQ (clicks, 2);
+
+    // Enough to see that it is the value's text that changes, and that a disabled label has another.
+    const auto picture = [&]
+    {
+        const auto image = window.render();
+        juce::String pixels;
+        for (auto y = 16; y < 34; ++y)
+            for (auto x = 0; x < 80; ++x)
+                pixels << image.getPixelAt (x, y).toString();
+        return pixels;
+    };
+
+    const auto atOne = picture();
+    value = 2.0f;
+    const auto atTwo = picture();
+    EXPECT_NE (atOne, atTwo);
+    label.setEnabled (false);
+    const auto disabled = picture();
+    value = 1.0f;
+    EXPECT_EQ (picture(), disabled);
+}
+
+TEST_F (Controls, ModalClosesOnAClickBesideItsPanel)
+{
+    struct Dialog : public tessarin::ModalWindow
+    {
+        Dialog() : ModalWindow ("A Dialog") {}
+
+        void resized() override { placePanel (200); }
+    };
+
+    juce::Component editor;
+    Dialog dialog;
+    editor.addChildComponent (dialog);
+    editor.setSize (1068, 800);
+    dialog.setBounds (editor.getLocalBounds());
+    EXPECT_EQ (dialog.panelBounds, (Rectangle<int> (1068 / 2 - 170, 100, 380, 200)));
+
+    OffscreenWindow window (editor);
+    dialog.setVisible (true);
+    window.clickMouse (dialog, dialog.panelBounds.getTopLeft());
+    EXPECT_TRUE (dialog.isVisible());
+    window.clickMouse (dialog, dialog.panelBounds.getTopLeft().translated (-1, 0));
+    EXPECT_FALSE (dialog.isVisible());
+
+    editor.setSize (600, 300);
+    dialog.setBounds (editor.getLocalBounds());
+    EXPECT_EQ (dialog.panelBounds.getCentre(), (juce::Point<int> (300, 150)));
+}

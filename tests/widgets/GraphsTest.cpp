@@ -1,0 +1,389 @@
+#include "common/ColourIds.h"
+#include "dsp/curves/HardClipper.h"
+#include "dsp/curves/SoftClipper.h"
+#include "OffscreenWindow.h"
+#include "Pixels.h"
+#include "settings/TessarinLookAndFeel.h"
+#include "widgets/SaturatorGraph.h"
+#include "widgets/SpectrumAnalyser.h"
+#include "widgets/WaveformGraph.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+
+// JUCE has no public way to deliver what has been posted without running its loop to the end.
+namespace juce::detail
+{
+bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
+}
+
+using namespace luna;
+using juce::Colour;
+using juce::Rectangle;
+using pixels::areNear;
+using pixels::black;
+using pixels::hasInk;
+using ViewMode = SaturatorGraph::ViewMode;
+
+namespace
+{
+constexpr auto infinity = std::numeric_limits<float>::infinity();
+constexpr auto notANumber = std::numeric_limits<float>::quiet_NaN();
+
+int roundToInt (double value)
+{
+    return static_cast<int> (std::lround (value));
+}
+
+class Graphs : public testing::Test
+{
+protected:
+    tessarin::SharedLookAndFeel shared;
+    const Colour text = shared.lookAndFeel.findColour (ColourIds::textColourId);
+    const Colour primary = shared.lookAndFeel.findColour (ColourIds::primaryColourId);
+    const Colour ground = shared.lookAndFeel.findColour (ColourIds::backgroundColourId);
+};
+
+/** A spectrum of 48 kHz in a plot of 600 by 200 at (20, 20). */
+class Spectrum : public Graphs
+{
+protected:
+    Spectrum()
+    {
+        data.prepare (48000.0);
+        graph.setSize (640, 240);
+    }
+
+    static double xOf (double frequency)
+    {
+        return 20.0 + 600.0 / std::log10 (1297.0) * std::log10 (frequency / 17.0);
+    }
+
+    static int xOfBin (int bin) { return roundToInt (xOf (bin * 48000.0 / 2048.0)); }
+
+    static double yOf (double db) { return 220.0 - (db + 60.0) * 200.0 / 60.0; }
+
+    juce::Image draw (int layers)
+    {
+        graph.layers = layers;
+        return OffscreenWindow (graph).render();
+    }
+
+    void setPlateau (float magnitude)
+    {
+        for (auto bin = 60; bin <= 68; ++bin)
+            data.magnitudes.set (bin, magnitude);
+    }
+
+    SpectrumData data;
+    SpectrumAnalyser graph { data };
+};
+
+struct WildCurve final : CurveSaturator<WildCurve>
+{
+    void setParameter (float, int) override {}
+
+    static float shape (float x) { return x < 0.1f ? notANumber : infinity; }
+};
+
+/** A graph with a plot of 200 by 200 at (20, 20), and a clipper at -6 dB. */
+class Curve : public Graphs
+{
+protected:
+    Curve()
+    {
+        hard.setParameter (-6.0f, 0);
+        graph->saturator = &hard;
+        graph->setSize (240, 240);
+    }
+
+    juce::Image draw() { return OffscreenWindow (*graph).render(); }
+
+    bool hasCurveAt (int x, double y) { return areNear (draw().getPixelAt (x, roundToInt (y)), primary); }
+
+    static double yOf (double db) { return 20.0 + 200.0 * (1.0 - (db + 30.0) / 36.0); }
+
+    HardClipper hard;
+    std::unique_ptr<SaturatorGraph> graph = std::make_unique<SaturatorGraph>();
+};
+
+/** Two taps of 100 points in a graph whose axis has two pixels per decibel. */
+class Waveform : public Graphs
+{
+protected:
+    Waveform()
+    {
+        history.addTap (0.0f, ColourIds::primaryColourId, WaveformTap::filledBars);
+        history.addTap (100.0f, ColourIds::textColourId, WaveformTap::line);
+        history.prepare (48000.0);
+        graph.setSize (130, 94);
+    }
+
+    WaveformHistory history;
+    WaveformGraph graph { history };
+};
+} // namespace
+
+TEST_F (Spectrum, DrawsItsLinesWhereTheAxesHaveThem)
+{
+    EXPECT_EQ (graph.getXOf (0.0), 20.0f);
+    EXPECT_EQ (graph.getXOf (30000.0), 620.0f);
+    EXPECT_NEAR (static_cast<double> (graph.getXOf (20000.0)), xOf (20000.0), 1.0e-3);
+
+    const auto image = draw (SpectrumAnalyser::gridLayer);
+    std::vector<int> columns { 20 }, rows;
+
+    for (auto decade = 10; decade <= 10000; decade *= 10)
+        for (auto digit = decade == 10 ? 2 : 1; digit <= (decade == 10000 ? 2 : 9); ++digit)
+        {
+            const auto alpha = digit == 1 || digit == 2 || digit == 5 ? 0.5f : 0.2f;
+            columns.push_back (static_cast<int> (xOf (digit * decade)));
+            EXPECT_TRUE (
+                areNear (image.getPixelAt (columns.back(), 25), black.overlaidWith (text.withAlpha (alpha))));
+        }
+
+    for (auto db = 0; db > -60; db -= 3)
+        rows.push_back (static_cast<int> (yOf (db)));
+
+    columns.push_back (619);
+    rows.push_back (219);
+    EXPECT_EQ (pixels::marks (image, false, 25, { 0, 640 }), columns);
+    EXPECT_EQ (pixels::marks (image, true, 25, { 0, 240 }), rows);
+
+    graph.setEnabled (false);
+    EXPECT_TRUE (areNear (draw (SpectrumAnalyser::gridLayer).getPixelAt (20, 100), text.darker (0.4f)));
+}
+
+TEST_F (Spectrum, IsFilledBelowTheMagnitudes)
+{
+    setPlateau (0.5f);
+    const auto filled = black.overlaidWith (text.withAlpha (0.5f));
+    const auto top = static_cast<int> (yOf (20.0 * std::log10 (0.5)));
+    const auto image = draw (SpectrumAnalyser::spectrumLayer);
+
+    EXPECT_EQ (image.getPixelAt (xOfBin (64), top - 1), black);
+    EXPECT_TRUE (areNear (image.getPixelAt (xOfBin (64), top + 1), filled));
+    EXPECT_TRUE (areNear (image.getPixelAt (xOfBin (64), 218), filled));
+    EXPECT_EQ (image.getPixelAt (xOfBin (64), 219), black) << "the plot's border stays free";
+    EXPECT_FALSE (hasInk (image, { 0, 0, xOfBin (59) - 1, 240 }));
+    EXPECT_FALSE (hasInk (image, { xOfBin (69) + 1, 0, 640 - xOfBin (69) - 1, 240 }));
+
+    data.magnitudes.fill (notANumber);
+    EXPECT_FALSE (hasInk (draw (SpectrumAnalyser::spectrumLayer), { 0, 0, 640, 240 }));
+    data.magnitudes.fill (infinity);
+    EXPECT_TRUE (areNear (draw (SpectrumAnalyser::spectrumLayer).getPixelAt (300, 21), filled));
+    graph.setEnabled (false);
+    EXPECT_FALSE (hasInk (draw (SpectrumAnalyser::spectrumLayer), { 0, 0, 640, 240 }));
+}
+
+TEST_F (Spectrum, HoldsTheMaximumUntilAClick)
+{
+    const auto hasLineAt = [this] (double magnitude)
+    {
+        const auto y = roundToInt (yOf (20.0 * std::log10 (magnitude)));
+        return hasInk (draw (SpectrumAnalyser::heldLayer), { xOfBin (64), y - 1, 1, 2 });
+    };
+
+    setPlateau (0.5f);
+    EXPECT_TRUE (hasLineAt (0.5));
+    setPlateau (0.1f);
+    EXPECT_TRUE (hasLineAt (0.5) && ! hasLineAt (0.1));
+    OffscreenWindow (graph).clickMouse (graph, { 5, 5 });
+    EXPECT_TRUE (hasLineAt (0.1) && ! hasLineAt (0.5));
+
+    const SpectrumData unprepared;
+    graph.source = &unprepared;
+    EXPECT_FALSE (hasInk (draw (SpectrumAnalyser::spectrumLayer), { 0, 0, 640, 240 }));
+}
+
+TEST_F (Curve, RisesFromLeftToRightInBothViews)
+{
+    for (const auto column : { 10, 60, 110, 150, 190 })
+    {
+        const auto db = -30.0 + 36.0 * column / 200.0, x = -1.2 + 2.4 * column / 200.0;
+        const auto limit = std::pow (10.0, -0.3);
+        const auto clipped = std::fmax (-limit, std::fmin (x, limit));
+
+        graph->setViewMode (ViewMode::decibels);
+        EXPECT_TRUE (hasCurveAt (20 + column, yOf (std::fmin (db, -6.0)))) << column;
+        graph->setViewMode (ViewMode::amplitude);
+        EXPECT_TRUE (hasCurveAt (20 + column, 20.0 + 200.0 * (1.0 - (clipped + 1.2) / 2.4))) << column;
+        EXPECT_FALSE (hasCurveAt (20 + column, 25.0 + 200.0 * (1.0 - (clipped + 1.2) / 2.4))) << column;
+    }
+}
+
+TEST_F (Curve, IsFilledUpToTheLevel)
+{
+    const auto fill = ground.overlaidWith (text.withAlpha (0.5f));
+    const auto isFilled = [&] (int x, int y) { return areNear (draw().getPixelAt (x, y), fill); };
+
+    EXPECT_FALSE (isFilled (24, 219));
+
+    // 0.3 is -10.46 dB, so 108 columns.
+    hard.envelope = 0.3f;
+    EXPECT_TRUE (isFilled (127, 214));
+    EXPECT_FALSE (isFilled (128, 214));
+
+    // Outwards from the centre: above its line at the right, below it at the left.
+    graph->setViewMode (ViewMode::amplitude);
+    hard.envelope = 0.65f;
+    EXPECT_TRUE (isFilled (173, 117) && isFilled (66, 123));
+    EXPECT_FALSE (isFilled (174, 117) || isFilled (65, 123) || isFilled (173, 123) || isFilled (66, 117));
+
+    for (const auto level : { 1.2f, infinity })
+        EXPECT_EQ (graph->getLevelArea (level), graph->plot) << level;
+
+    EXPECT_TRUE (graph->getLevelArea (notANumber).isEmpty());
+}
+
+TEST_F (Curve, IsCompactBelowAWidthOf100)
+{
+    graph->setSize (100, 100);
+    EXPECT_EQ (graph->plot, Rectangle<int> (20, 20, 60, 60));
+    graph->setSize (99, 99);
+    EXPECT_EQ (graph->plot, Rectangle<int> (0, 0, 99, 99));
+
+    // The reference line stands at +1 dB.
+    const auto y = static_cast<int> (99.0 * (1.0 - 31.0 / 36.0));
+    EXPECT_TRUE (hasInk (draw(), { 0, y - 1, 40, 3 }, ground));
+    EXPECT_FALSE (hasInk (draw(), { 0, y + 3, 40, 10 }, ground));
+    graph->saturator = nullptr;
+    EXPECT_FALSE (hasInk (draw(), { 0, 0, 99, 99 }, ground));
+}
+
+TEST_F (Curve, FollowsItsSaturator)
+{
+    EXPECT_TRUE (hasCurveAt (200, yOf (-6.0)));
+    hard.setParameter (-18.0f, 0);
+    ++hard.changeCount;
+    EXPECT_TRUE (hasCurveAt (200, yOf (-18.0)));
+    EXPECT_EQ (hard.seenChangeCount, hard.changeCount);
+
+    // Another one whose last change some graph has seen already.
+    SoftClipper soft;
+    soft.setParameter (-12.0f, 0);
+    soft.seenChangeCount = soft.changeCount;
+    graph->saturator = &soft;
+    EXPECT_TRUE (hasCurveAt (200, yOf (-12.0)));
+
+    WildCurve wild;
+    graph->saturator = &wild;
+    EXPECT_TRUE (hasCurveAt (30, 219.0) && hasCurveAt (200, 20.0));
+    graph->setViewMode (ViewMode::amplitude);
+    EXPECT_TRUE (hasCurveAt (30, 219.0) && hasCurveAt (200, 20.0));
+}
+
+TEST_F (Curve, OffersItsViewsOnARightClickOnly)
+{
+    std::vector<ViewMode> picked;
+    graph->onViewModeChange = [&] (ViewMode mode) { picked.push_back (mode); };
+    OffscreenWindow window (*graph);
+    const auto opensMenu = [&] (int button)
+    {
+        window.clickMouse (*graph, { 100, 100 }, button);
+        return juce::ModalComponentManager::getInstance()->getNumModalComponents() > 0;
+    };
+    const auto deliverMessages = []
+    {
+        while (juce::detail::dispatchNextMessageOnSystemQueue (true))
+            continue;
+    };
+
+    EXPECT_FALSE (opensMenu (juce::ModifierKeys::rightButtonModifier));
+    graph->menuEnabled = true;
+    EXPECT_FALSE (opensMenu (juce::ModifierKeys::leftButtonModifier));
+    ASSERT_TRUE (opensMenu (juce::ModifierKeys::rightButtonModifier));
+
+    const auto pickSecondItem = [&]
+    {
+        for (const auto key : { juce::KeyPress::downKey, juce::KeyPress::downKey, juce::KeyPress::returnKey })
+            window.typeKey (juce::KeyPress (key));
+    };
+
+    pickSecondItem();
+    deliverMessages();
+    EXPECT_EQ (picked, std::vector { ViewMode::amplitude });
+    EXPECT_EQ (graph->viewMode, ViewMode::amplitude);
+
+    // The graph may go while its menu is open, and after a choice that has not arrived yet.
+    for (const auto hasPicked : { false, true })
+    {
+        ASSERT_TRUE (opensMenu (juce::ModifierKeys::rightButtonModifier));
+
+        if (hasPicked)
+            pickSecondItem();
+
+        graph = std::make_unique<SaturatorGraph>();
+        juce::PopupMenu::dismissAllActiveMenus();
+        deliverMessages();
+        EXPECT_EQ (picked.size(), 1u);
+        graph->menuEnabled = true;
+        graph->setSize (240, 240);
+        window.addAndMakeVisible (*graph);
+    }
+}
+
+TEST_F (Waveform, DrawsAColumnPerPointAndTheSweep)
+{
+    const std::pair<float, int> columns[] { { -infinity, 94 }, { -40.0f, 94 }, { -20.3f, 57 },
+                                            { 0.0f, 16 },      { 8.0f, 0 },    { infinity, 0 },
+                                            { notANumber, 94 } };
+    auto &bars = history.taps.getReference (0), &line = history.taps.getReference (1);
+    line.writeIndex = 80;
+
+    for (auto i = 0; i < 7; ++i)
+        bars.values.set (10 * i, columns[i].first);
+
+    const auto image = OffscreenWindow (graph).render();
+
+    for (auto i = 0; i < 7; ++i)
+        for (auto y = 0; y < 92; ++y)
+        {
+            const auto shade = primary.interpolatedWith (primary.withMultipliedBrightness (0.5f),
+                                                         static_cast<float> (y) / 94.0f);
+            EXPECT_EQ (areNear (image.getPixelAt (10 * i, y), shade, 4), y >= columns[i].second)
+                << columns[i].first << " dB at " << y;
+        }
+
+    EXPECT_EQ (pixels::runs (image, true, 80), (pixels::Runs { { 0, text.getARGB() } }));
+    EXPECT_TRUE (hasInk (image, { 85, 93, 10, 1 })) << "the other tap's silence, at the bottom";
+    line.values.fill (-20.0f);
+    EXPECT_TRUE (hasInk (OffscreenWindow (graph).render(), { 85, 55, 10, 2 }));
+    graph.setEnabled (false);
+    EXPECT_FALSE (hasInk (OffscreenWindow (graph).render(), { 85, 55, 10, 2 }));
+}
+
+TEST_F (Waveform, FollowsItsWidthAndTheTheme)
+{
+    graph.setSize (300, 94);
+    EXPECT_EQ (history.taps[1].points, 270);
+    graph.setSize (20, 20);
+    EXPECT_EQ (history.taps[1].points, 0);
+
+    shared.lookAndFeel.setTheme ("Night");
+    graph.sendLookAndFeelChange();
+    EXPECT_EQ (graph.lineColour, Colour (0xffcccccc));
+    EXPECT_EQ (graph.tapStyles[0], std::pair (0, Colour (0xff7d3ddc)));
+}
+
+TEST_F (Graphs, SpeakTheirOwnTooltipOrTheirBackgrounds)
+{
+    WaveformHistory history;
+    WaveformGraph waveform (history);
+    SaturatorGraph curve;
+    waveform.setTooltip ("of the graph");
+    curve.background.setTooltip ("of the background");
+    EXPECT_EQ (waveform.background.getTooltip(), "of the graph");
+
+    for (auto* graph : std::initializer_list<juce::Component*> { &waveform, &curve })
+    {
+        graph->setSize (240, 240);
+        OffscreenWindow window (*graph);
+        auto* client = dynamic_cast<juce::TooltipClient*> (window.getComponentAt (5, 5));
+        ASSERT_NE (client, nullptr);
+        EXPECT_EQ (client->getTooltip(), graph == &curve ? "of the background" : "of the graph");
+    }
+}

@@ -1,0 +1,262 @@
+#include "common/ColourIds.h"
+#include "OffscreenWindow.h"
+#include "Pixels.h"
+#include "settings/TessarinLookAndFeel.h"
+#include "widgets/InputOutputMeters.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using namespace luna::ColourIds;
+using namespace luna::temp;
+using juce::Rectangle;
+using pixels::Runs;
+
+namespace
+{
+constexpr auto infinity = std::numeric_limits<double>::infinity();
+constexpr auto notANumber = std::numeric_limits<double>::quiet_NaN();
+
+double proportionOf (double db)
+{
+    const auto linear = std::fmin (std::fmax ((db + 60.0) / 60.0, 0.0), 1.0);
+    return linear * linear;
+}
+
+/** Pixels of a bar in a meter 300 long. */
+int lengthOf (double level, double offset = 0.0)
+{
+    return static_cast<int> (300.0 * proportionOf (20.0 * std::log10 (level) + offset));
+}
+
+class LevelMeters : public testing::Test
+{
+protected:
+    LevelMeters()
+    {
+        processor.prepare (48000.0);
+        meter.setSize (20, 300);
+    }
+
+    juce::uint32 colour (int id) { return shared.lookAndFeel.findColour (id).getARGB(); }
+
+    /** The meter for these levels, down a column or along a row. */
+    Runs draw (double peak, double rms, double heldPeak, bool isColumn = true)
+    {
+        channel.peak = peak;
+        channel.rmsSumSnapshot = static_cast<float> (rms * rms * channel.rmsSamples);
+        channel.heldPeak = heldPeak;
+        meter.timerCallback();
+        return pixels::runs (OffscreenWindow (meter).render(), isColumn, 10);
+    }
+
+    static void setMaxima (LevelChannel& channelToSet, double peak, double rms)
+    {
+        channelToSet.maxPeak = peak;
+        channelToSet.maxRmsSum = static_cast<float> (rms * rms * channelToSet.rmsSamples);
+    }
+
+    tessarin::SharedLookAndFeel shared;
+    InputOutputLevelProcessor processor;
+    LevelChannel& channel = processor.input.left;
+    LevelMeter meter { &channel };
+    const juce::uint32 ground = colour (meterBackgroundColourId), bar = colour (meterBarColourId),
+                       over = colour (meterOverColourId);
+};
+} // namespace
+
+TEST (DecibelMeterBase, GivesTheUpperPartOfTheScaleMoreRoom)
+{
+    DecibelMeterBase meter;
+
+    for (const auto& [db, proportion] : { std::pair { -60.0, 0.0 },
+                                          { -100.0, 0.0 },
+                                          { -30.0, 0.25 },
+                                          { 0.0, 1.0 },
+                                          { 6.0, 1.0 },
+                                          { notANumber, 0.0 },
+                                          { infinity, 1.0 } })
+        EXPECT_NEAR (meter.proportionOf (db), proportion, 1.0e-12) << db;
+
+    meter.minimumDecibels = -40.0f;
+    meter.skew = 1.0f;
+    EXPECT_NEAR (meter.proportionOf (-10.0), 0.75, 1.0e-12);
+}
+
+TEST_F (LevelMeters, DrawBarsAndHoldLineWhereTheScaleHasThem)
+{
+    const auto dark = juce::Colour (bar).darker (0.4f).getARGB();
+    const auto hold = static_cast<int> (300.0 - 300.0 * proportionOf (20.0 * std::log10 (0.8)));
+    const auto peak = 300 - lengthOf (0.5), rms = 300 - lengthOf (0.1, 3.0);
+
+    EXPECT_EQ (draw (0.5, 0.1, 0.8), (Runs { { 0, ground },
+                                             { hold, colour (meterHoldColourId) },
+                                             { hold + 1, ground },
+                                             { peak, dark },
+                                             { rms, bar } }));
+    meter.showHold = false;
+    EXPECT_EQ (draw (0.5, 0.45, 0.5), (Runs { { 0, ground }, { peak, bar } }))
+        << "RMS never stands above the peak";
+    meter.showRms = false;
+    EXPECT_EQ (draw (0.5, 0.1, 0.8), (Runs { { 0, ground }, { peak, bar } }));
+    meter.showRms = true;
+    meter.showPeak = false;
+    EXPECT_EQ (draw (0.5, 0.1, 0.8), (Runs { { 0, ground }, { rms, bar } }));
+    meter.setEnabled (false);
+    EXPECT_EQ (draw (0.5, 0.1, 0.8), (Runs { { 0, ground } }));
+
+    meter.setEnabled (true);
+    meter.setSize (300, 20);
+    EXPECT_EQ (draw (0.5, 0.1, 0.8, false), (Runs { { 0, bar }, { lengthOf (0.1, 3.0), ground } }));
+}
+
+TEST_F (LevelMeters, ShowAnOverOnlyAboveFullScaleAndNoHoldLineNearSilence)
+{
+    EXPECT_EQ (draw (0.5, 0.1, 1.0)[0].second, colour (meterHoldColourId));
+
+    for (const auto held : { 1.0001, 40.0, infinity })
+        EXPECT_EQ (draw (0.5, 0.1, held),
+                   (Runs { { 0, over }, { 1, ground }, { 300 - lengthOf (0.5), over } }));
+
+    for (const auto held : { 0.005, 0.01, notANumber })
+        EXPECT_EQ (draw (0.0, notANumber, held), (Runs { { 0, ground } })) << held;
+}
+
+TEST_F (LevelMeters, TicksMarkTheMetersScaleOnTheSideWithoutLabels)
+{
+    LevelMeterTicks ticks (&meter);
+    ticks.ticks = { 0, -6, -30, -60 };
+    ticks.setSize (45, 320);
+    const std::vector<int> expected { 10, 67, 235, 310 };
+
+    for (const auto side : { 0, 1, 2 })
+    {
+        ticks.side = side;
+        const auto image = OffscreenWindow (ticks).render();
+        const auto hasLabelAt = [&] (int x) { return pixels::hasInk (image, { x, 230, 6, 10 }); };
+
+        EXPECT_EQ (pixels::marks (image, true, side == 1 ? 0 : 44, { 0, 320 }), expected) << side;
+        EXPECT_EQ (side == 2, pixels::marks (image, true, side == 1 ? 44 : 0, { 0, 320 }) == expected);
+        EXPECT_EQ (hasLabelAt (6), side == 0) << side;
+        EXPECT_EQ (hasLabelAt (20), side == 2) << side;
+        EXPECT_EQ (hasLabelAt (33), side == 1) << side;
+    }
+}
+
+TEST (LevelMeterPeakValue, WritesDecibelsWithOneDecimal)
+{
+    const auto silence = juce::String::fromUTF8 ("-\xe2\x88\x9e");
+
+    for (const auto& [level, kind, text] : { std::tuple { 0.0, 0, silence },
+                                             { notANumber, 1, silence },
+                                             { 1.0, 0, "0.0" },
+                                             { 0.5, 1, "-3.0" },
+                                             { 0.01, 1, "-40.0" },
+                                             { 0.0101, 1, "-36.9" },
+                                             { 1.0e-7, 0, "-100.0" },
+                                             { infinity, 0, "999.9" } })
+        EXPECT_EQ (LevelMeterPeakValue::format (level, kind), text) << level << " of kind " << kind;
+}
+
+TEST_F (LevelMeters, ReadOutsShowTheMaximaWhileTheyAreSeen)
+{
+    StereoLevelMeters pair (&processor.input, true, true);
+    pair.setSize (50, 300);
+    setMaxima (processor.input.left, 0.5, 0.5 * std::sqrt (0.5));
+    setMaxima (processor.input.right, 0.25, 0.5);
+    pair.leftMeter.timerCallback();
+    pair.rightMeter.timerCallback();
+
+    const auto texts = [&pair]
+    {
+        juce::StringArray all;
+
+        for (auto* value :
+             { &pair.leftPeakValue, &pair.rightPeakValue, &pair.leftRmsValue, &pair.rightRmsValue })
+        {
+            value->timerCallback();
+            all.add (value->getText());
+        }
+
+        return all.joinIntoString (" ");
+    };
+
+    EXPECT_EQ (texts(), "- - - -");
+    const OffscreenWindow window (pair);
+    EXPECT_EQ (texts(), "-6.0 -12.0 -6.0 -12.0") << "the last one shows the peak";
+    pair.setEnabled (false);
+    EXPECT_EQ (texts(), "- - - -");
+}
+
+TEST_F (LevelMeters, AClickOnAReadOutClearsThePairOrAllOfTheBlock)
+{
+    InputOutputMeters meters (&processor);
+    StereoLevelMeters pair (&processor.input, true, true);
+    meters.setSize (170, 382);
+    pair.setSize (50, 300);
+    OffscreenWindow window (meters), pairWindow (pair);
+
+    auto& [in, out] = processor;
+    const auto numLeftAfterClick =
+        [&in = in, &out = out] (OffscreenWindow& clicked, LevelMeterPeakValue& value)
+    {
+        LevelChannel* const channels[] = { &in.left, &in.right, &out.left, &out.right };
+
+        for (auto* c : channels)
+            setMaxima (*c, 0.5, 0.25);
+
+        clicked.clickMouse (value, { 3, 3 });
+        return std::count_if (std::begin (channels), std::end (channels),
+                              [] (auto* c) { return c->maxPeak > 0.0 || c->maxRmsSum > 0.0f; });
+    };
+
+    for (auto* side : { &meters.inputMeters, &meters.outputMeters })
+        for (auto* value :
+             { &side->leftPeakValue, &side->rightPeakValue, &side->leftRmsValue, &side->rightRmsValue })
+            EXPECT_EQ (numLeftAfterClick (window, *value), 0);
+
+    EXPECT_EQ (numLeftAfterClick (pairWindow, pair.rightRmsValue), 2);
+    EXPECT_GT (out.left.maxPeak, 0.0);
+
+    InputOutputMeters silent (nullptr);
+    silent.onMaxClick();
+    silent.inputMeters.leftMeter.timerCallback();
+}
+
+TEST_F (LevelMeters, TheBlockPlacesPairsScaleAndCaptions)
+{
+    InputOutputMeters meters (&processor);
+
+    // 154 by 362 within the margins: every division cuts.
+    meters.setSize (174, 382);
+    EXPECT_EQ (meters.inputMeters.getBounds(), Rectangle<int> (10, 10, 49, 327));
+    EXPECT_EQ (meters.outputMeters.getBounds(), Rectangle<int> (115, 10, 49, 327));
+    EXPECT_EQ (meters.inCaption.getBounds(), Rectangle<int> (10, 357, 49, 15));
+    EXPECT_EQ (meters.outCaption.getBounds(), Rectangle<int> (115, 357, 49, 15));
+
+    for (size_t i = 0; i < 4; ++i)
+    {
+        const auto x = std::array { 10, 34, 115, 139 }[i];
+        EXPECT_EQ (meters.channelCaptions[i].getBounds(), Rectangle<int> (x, 342, 25, 15));
+    }
+
+    // The scale's labels reach over the meter's ends.
+    const auto neighbour =
+        meters.getLocalArea (&meters.inputMeters, meters.inputMeters.rightMeter.getBounds());
+    EXPECT_EQ (neighbour.getRight(), 59);
+    EXPECT_EQ (meters.ticks.getBounds(),
+               Rectangle<int> (64, neighbour.getY() - 10, 45, neighbour.getHeight() + 20));
+    EXPECT_EQ (meters.peakCaption.getPosition(), juce::Point<int> (64, 10));
+    EXPECT_EQ (meters.rmsCaption.getPosition(), juce::Point<int> (64, 25));
+    EXPECT_EQ (meters.outputMeters.leftMeter.getTooltip(),
+               "Meter L: The left channel's levels at the output");
+
+    meters.showPeakValues = false;
+    meters.resized();
+    EXPECT_EQ (meters.rmsCaption.getY(), 10);
+    EXPECT_EQ (meters.inputMeters.leftRmsValue.getY(), 0);
+    EXPECT_FALSE (meters.inputMeters.leftPeakValue.isVisible());
+}
