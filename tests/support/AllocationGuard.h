@@ -3,8 +3,8 @@
 /** Counts the calls of this thread to the memory allocator, releases included, while it lives.
 
     Link AllocationGuard.cpp into the test program: it puts itself in front of malloc and its relatives, or,
-   in sanitized builds, which do that themselves, hooks into the sanitizer's allocator. `new` and every
-   library's containers come through there too. Guards do not nest.
+    in sanitized builds, which do that themselves, hooks into the sanitizer's allocator. `new` and every
+    library's containers come through there too. Guards do not nest.
 */
 class AllocationGuard
 {

@@ -1,0 +1,141 @@
+#include "common/ColourIds.h"
+#include "settings/TessarinLogger.h"
+#include "support/TemporaryConfig.h"
+#include "widgets/ToastManager.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+using namespace tessarin;
+
+/** A press of the mouse at this place of the component, whose change is then delivered. */
+void press (Toast& toast, float x)
+{
+    const auto source = juce::Desktop::getInstance().getMainMouseSource();
+    const juce::Point<float> position { x, 10.0f };
+    const auto now = juce::Time::getCurrentTime();
+    toast.mouseDown ({ source, position, juce::ModifierKeys::leftButtonModifier, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f,
+                       &toast, &toast, now, position, now, 1, false });
+    toast.dispatchPendingMessages();
+}
+
+struct Toasts : testing::Test
+{
+    void adopt()
+    {
+        editor.addChildComponent (manager);
+        manager.setBounds (editor.getLocalBounds());
+    }
+
+    std::vector<int> tops() const
+    {
+        std::vector<int> all;
+
+        for (const auto* toast : manager.toasts)
+        {
+            EXPECT_EQ (toast->getParentComponent(), &manager);
+            EXPECT_TRUE (toast->isVisible());
+            EXPECT_EQ (toast->getBounds().withY (0), juce::Rectangle<int> (10, 0, 580, 50));
+            all.push_back (toast->getY());
+        }
+
+        return all;
+    }
+
+    TemporaryConfig config;
+    TessarinLogger logger { config.file ("log.log") };
+    juce::Component editor;
+    ToastManager manager;
+
+    Toasts() { editor.setBounds (0, 0, 600, 400); }
+};
+
+TEST_F (Toasts, AreStackedOverTheEditorAndMoveUp)
+{
+    adopt();
+    EXPECT_FALSE (manager.isVisible());
+
+    for (const auto* text : { "one", "two", "three" })
+        manager.showToast (text, toastNotice, true);
+
+    EXPECT_EQ (tops(), (std::vector<int> { 20, 80, 140 }));
+    EXPECT_TRUE (manager.isVisible());
+
+    press (*manager.toasts[0], 570.0f);
+    EXPECT_EQ (tops(), (std::vector<int> { 20, 80 }));
+    EXPECT_EQ (manager.toasts[0]->text, "two");
+
+    press (*manager.toasts[1], 570.0f);
+    press (*manager.toasts[0], 570.0f);
+    EXPECT_FALSE (manager.isVisible());
+    EXPECT_EQ (manager.getNumChildComponents(), 0);
+}
+
+TEST_F (Toasts, LeaveOnlyByAPressAtTheirRightEnd)
+{
+    struct Case
+    {
+        double fromRight;
+        bool isDismissible, leaves;
+    };
+
+    adopt();
+
+    for (const auto& [fromRight, isDismissible, leaves] :
+         { Case { 70, true, false }, Case { 69.6, true, false }, Case { 69.4, true, true },
+           Case { 69, true, true }, Case { 1, true, true }, Case { 500, true, false },
+           Case { 1, false, false } })
+    {
+        manager.toasts.clear();
+        manager.showToast ("text", isDismissible ? toastError : toastFatal, isDismissible);
+        press (*manager.toasts[0], static_cast<float> (580.0 - fromRight));
+        EXPECT_EQ (manager.toasts.isEmpty(), leaves) << fromRight;
+        EXPECT_EQ (manager.isVisible(), ! leaves);
+    }
+}
+
+TEST_F (Toasts, AreLoggedWithThePrefixThatTheyShow)
+{
+    logger.getTime = [] { return juce::Time (2026, 1, 1, 12, 0, 0, 0, true); };
+    manager.showToast ("a", toastError, true);
+    manager.showToast ("b", toastSuccess, true);
+    manager.showToast ("c", toastNotice, true);
+    manager.showToast ("d", toastFatal, false);
+    manager.showError ("e");
+
+    const std::vector<std::string> texts { "ERROR: a", "b", "c", "ERROR: d", "ERROR: e" };
+    juce::String lines;
+
+    for (size_t i = 0; i < texts.size(); ++i)
+    {
+        EXPECT_EQ (manager.toasts[static_cast<int> (i)]->text.toStdString(), texts[i]);
+        lines << "01/02/2026 12:00:00 " << texts[i] << "\r\n";
+    }
+
+    EXPECT_EQ (config.log(), lines);
+    EXPECT_TRUE (manager.toasts[4]->dismissible);
+    EXPECT_EQ (manager.toasts[4]->type, toastError);
+}
+
+TEST_F (Toasts, WaitForTheNextEditor)
+{
+    manager.showError ("before any editor");
+    EXPECT_EQ (manager.getNumChildComponents(), 0);
+
+    adopt();
+    EXPECT_EQ (tops(), std::vector<int> { 20 });
+
+    editor.removeChildComponent (&manager);
+    manager.showError ("while closed");
+    adopt();
+    EXPECT_EQ (tops(), (std::vector<int> { 20, 80 })) << "an editor of the same size";
+    EXPECT_TRUE (manager.isVisible());
+
+    manager.setSize (800, 400);
+    EXPECT_EQ (manager.toasts[1]->getBounds(), juce::Rectangle<int> (10, 80, 780, 50));
+}
+} // namespace
