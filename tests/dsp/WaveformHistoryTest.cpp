@@ -37,7 +37,10 @@ TEST_F (History, SpansFiveSecondsAtAnyWidth)
          { std::tuple { 48000.0, 300, 800 }, { 44100.0, 299, 737 }, { 96000.0, 300, 1600 } })
     {
         history.prepare (rate);
+        pushLevel (0, 1.0f, 1000);
+        history.setPoints (points + 1);
         history.setPoints (points);
+        EXPECT_EQ (tap (0).values[0], emptyValue) << "another width empties";
         EXPECT_EQ (tap (0).samplesPerPoint, samplesPerPoint);
         EXPECT_EQ (tap (1).values.size(), points);
 
@@ -94,39 +97,4 @@ TEST_F (History, SmoothsTheFallOfTheSecondTap)
         << "the rise is instant";
 }
 
-TEST_F (History, IsEmptiedByAnotherWidthAndByClear)
-{
-    pushLevel (0, 1.0f, 1000);
-    history.setPoints (300);
-    EXPECT_EQ (tap (0).samplesInPoint, 200) << "the same width keeps all";
-    EXPECT_EQ (tap (0).writeIndex, 1);
-
-    for (auto points : { 300, 200 })
-    {
-        pushLevel (0, 1.0f, 1000);
-        pushLevel (1, 1.0f, 1000);
-
-        if (points == 300)
-            history.clear();
-        else
-            history.setPoints (points);
-
-        EXPECT_EQ (tap (0).values.size(), points);
-        for (auto value : tap (0).values)
-            EXPECT_EQ (value, emptyValue);
-        EXPECT_EQ (tap (0).writeIndex, 0);
-        EXPECT_EQ (tap (0).samplesInPoint, 0);
-        EXPECT_EQ (tap (0).pointMaximum, 0.0f);
-        EXPECT_EQ (tap (1).smoothed, 0.0f);
-    }
-}
-
-TEST_F (History, DoesNothingBeforeAGraphHasAWidth)
-{
-    history.addTap (0.0f, 0, WaveformTap::filledBars);
-    pushLevel (2, 1.0f, 1000);
-
-    EXPECT_TRUE (tap (2).values.isEmpty());
-    EXPECT_EQ (tap (2).samplesInPoint, 0);
-}
 } // namespace

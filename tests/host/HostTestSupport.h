@@ -43,5 +43,5 @@ struct AudioFileContents
 void writeWav (const juce::File&, const juce::AudioBuffer<float>&, double sampleRate, int bits);
 
 /** Smooth noise: white noise through a short window, so that nearly all of it lies in the band that
-   oversampling keeps, faded in and out over 32 frames. Peaks at `level`. */
+    oversampling keeps, faded in and out over 32 frames. Peaks at `level`. */
 [[nodiscard]] juce::AudioBuffer<float> smoothNoise (int channels, int frames, float level);

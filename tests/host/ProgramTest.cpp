@@ -14,29 +14,6 @@ namespace
 /** Settings with which the sections and the ceiling leave a signal below full scale alone. */
 const juce::StringArray transparent { "--set", "enable_single=Off", "--set", "enable_post=Off" };
 
-/** The lag in samples, from -range to range, at which `output` looks most like `input`. */
-int bestLag (const juce::AudioBuffer<float>& input, const juce::AudioBuffer<float>& output, int channel,
-             int range)
-{
-    auto best = 0;
-    auto greatest = 0.0;
-
-    for (auto lag = -range; lag <= range; ++lag)
-    {
-        auto sum = 0.0;
-        for (auto i = range; i < input.getNumSamples() - range; ++i)
-            sum += static_cast<double> (input.getSample (channel, i) * output.getSample (channel, i + lag));
-
-        if (sum > greatest)
-        {
-            greatest = sum;
-            best = lag;
-        }
-    }
-
-    return best;
-}
-
 class Rendering : public testing::TestWithParam<const char*>
 {
 };
@@ -61,9 +38,8 @@ TEST_P (Rendering, LinesUpWithTheInputAndKeepsItsLength)
 
     for (auto channel = 0; channel < 2; ++channel)
     {
-        EXPECT_EQ (bestLag (input, output.audio, channel, 200), 0);
-
-        // The last frames too: they come out only because silence is fed behind them.
+        // Smooth noise differs by more than this from itself a frame later. The last frames too: they come
+        // out only because silence is fed behind them.
         for (auto i = 0; i < input.getNumSamples(); i += 10)
             ASSERT_NEAR (output.audio.getSample (channel, i), input.getSample (channel, i), 0.02f) << i;
     }
@@ -124,19 +100,13 @@ TEST (Program, WritesEveryFormatWithoutLossAndKeepsTheInputsOwn)
                 EXPECT_EQ (output.isFloat, juce::String (format) == "float") << extension << format;
                 EXPECT_EQ (output.sampleRate, 96000.0);
                 EXPECT_TRUE (output.audio == input.audio) << extension << format;
-
-                // An AIFF file of this kind as input, and back.
-                if (juce::String (extension) == ".aiff")
-                {
-                    ASSERT_EQ (runHost (temporary, { "render", "out.aiff", "back.wav", "--force", "--set",
-                                                     "enable=Bypassed" })
-                                   .exitCode,
-                               0);
-                    const auto back = readAudio (temporary.file ("back.wav"));
-                    EXPECT_TRUE (back.audio == input.audio && back.bits == bits
-                                 && back.isFloat == output.isFloat);
-                }
             }
+
+        // The last AIFF file as input, and back.
+        const auto run =
+            runHost (temporary, { "render", "out.aiff", "back.wav", "--force", "--set", "enable=Bypassed" });
+        ASSERT_EQ (run.exitCode, 0) << run.errors;
+        EXPECT_TRUE (readAudio (temporary.file ("back.wav")).audio == input.audio);
     }
 }
 
@@ -244,7 +214,6 @@ TEST (Program, RefusesBadInputInOneLineAndHarmsNoFile)
     temporary.file ("sub").createDirectory();
     temporary.file ("in.wav").copyFileTo (temporary.file ("sub/in.wav"));
     temporary.file ("text.wav").replaceWithText ("no audio at all");
-    temporary.file ("empty").create();
     temporary.file ("in.wav").createSymbolicLink (temporary.file ("alias.wav"), false);
 
     juce::MemoryBlock whole;
@@ -257,18 +226,13 @@ TEST (Program, RefusesBadInputInOneLineAndHarmsNoFile)
         { "render missing.wav new.wav", "no such file" },
         { "render sub new.wav", "not a file" },
         { "render text.wav new.wav", "not a WAV or AIFF" },
-        { "render empty new.wav", "not a WAV or AIFF" },
         { "render cut.wav new.wav", "cut short" },
         { "render three.wav new.wav", "3 channels" },
         { "render in.wav new.wav --set threshold_side=-3", "unknown parameter" },
-        { "render in.wav new.wav --set byps=1", "unknown parameter" },
         { "render in.wav new.wav --set threshold_single=-18.1", "out of range" },
-        { "render in.wav new.wav --set shape_single=2", "out of range" },
         { "render in.wav new.wav --set in_gain=loud", "takes a number" },
-        { "render in.wav new.wav --set in_gain=3Hz", "takes a number" },
         { "render in.wav new.wav --set in_gain=nan", "takes a number" },
         { "render in.wav new.wav --set layout=Mono", "is one of" },
-        { "render in.wav new.wav --set oversampling=5", "is one of" },
         { "render in.wav new.wav --set in_gain", "ID=VALUE" },
         { "render in.wav new.wav --set", "needs a value" },
         { "render in.wav new.wav --state text.wav", "not a state" },
@@ -277,19 +241,15 @@ TEST (Program, RefusesBadInputInOneLineAndHarmsNoFile)
         { "render in.wav new.wav --rate 48000", "--rate" },
         { "render in.wav new.wav --bits 12", "--bits" },
         { "render in.wav new.wav --plugin nowhere.vst3", "no module" },
-        { "render in.wav new.wav --plugin sub", "not a VST3 module" },
         { "render in.wav new.wav --loud", "unknown option" },
         { "render in.wav old.wav", "exists already" },
         { "render in.wav in.wav --force", "is an input" },
         { "render in.wav alias.wav --force", "is an input" },
         { "render in.wav new.mp3", "name ends in" },
-        { "render in.wav nowhere/new.wav", "no such folder" },
         { "render in.wav /proc/new.wav", "cannot be written" },
         { "render in.wav sub/in.wav both", "two inputs of this name" },
         { "render in.wav old.wav text.wav", "text.wav" },
         { "render in.wav", "an input and an output" },
-        { "picture in.wav three.wav new.png", "3 channels" },
-        { "picture in.wav old.wav new.jpg", "name ends in" },
         { "dance", "unknown command" },
     };
 

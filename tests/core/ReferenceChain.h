@@ -1,0 +1,262 @@
+#pragma once
+
+#include "core/ExpectedParameters.h"
+#include "dsp/ReferenceCurves.h"
+#include "support/Signals.h"
+
+#include <juce_dsp/juce_dsp.h>
+
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <string>
+#include <vector>
+
+/** The whole chain in double precision, written from its formulas alone. It shares no code with the product;
+    only the oversampler, which is a filter of JUCE, is the same one. */
+namespace reference
+{
+using expected::Values;
+using Samples = std::vector<double>;
+using Signal = std::vector<Samples>;
+
+inline Signal toSignal (const juce::AudioBuffer<float>& buffer)
+{
+    Signal signal;
+
+    for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
+        signal.emplace_back (buffer.getReadPointer (channel),
+                             buffer.getReadPointer (channel) + buffer.getNumSamples());
+
+    return signal;
+}
+
+template <typename Target>
+void copyTo (Target& target, const Signal& signal)
+{
+    for (size_t channel = 0; channel < signal.size(); ++channel)
+        for (size_t i = 0; i < signal[channel].size(); ++i)
+            target.setSample (static_cast<int> (channel), static_cast<int> (i),
+                              static_cast<float> (signal[channel][i]));
+}
+
+/** One curve for the mode's number. */
+inline double curve (int mode, double x, double thresholdDb, double shape)
+{
+    using namespace curves;
+    const std::array formulas { hard, softI, softII, pressure, boost };
+    const auto second = mode == 1 ? 9.0 * shape : shape;
+    return std::copysign (1.0, x)
+           * formulas.at (static_cast<size_t> (mode)) (std::abs (x), thresholdDb, second);
+}
+
+/** Halves to the even number. */
+inline int toChoice (double value)
+{
+    return static_cast<int> (std::nearbyint (value));
+}
+
+inline void runSection (const Values& values, const std::string& id, Samples& samples)
+{
+    const auto isOn = [&] (const std::string& prefix) { return toChoice (values.at (prefix + id)) != 0; };
+    const auto threshold = values.at ("threshold_" + id);
+    const auto makeup = signals::toGain (isOn ("link_") ? -threshold : values.at ("gain_" + id));
+
+    if (! isOn ("enable_"))
+        return;
+
+    for (auto& x : samples)
+        x = makeup * curve (toChoice (values.at ("mode_" + id)), x, threshold, values.at ("shape_" + id));
+}
+
+/** Second-order Butterworth sections under the bilinear transform; a crossover's branch is two in series, and
+    both its branches sum to the all-pass. */
+enum class Pass
+{
+    low,
+    high,
+    all
+};
+
+inline void filter (Samples& samples, Pass pass, double frequency, double sampleRate)
+{
+    const auto k = std::tan (std::numbers::pi * frequency / sampleRate);
+    const auto norm = 1.0 / (1.0 + std::numbers::sqrt2 * k + k * k);
+    const auto a1 = 2.0 * (k * k - 1.0) * norm;
+    const auto a2 = (1.0 - std::numbers::sqrt2 * k + k * k) * norm;
+
+    const auto b = pass == Pass::low    ? std::array { k * k * norm, 2.0 * k * k * norm, k * k * norm }
+                   : pass == Pass::high ? std::array { norm, -2.0 * norm, norm }
+                                        : std::array { a2, a1, 1.0 };
+
+    for (auto stage = 0; stage < (pass == Pass::all ? 1 : 2); ++stage)
+    {
+        auto z1 = 0.0, z2 = 0.0;
+
+        for (auto& x : samples)
+        {
+            const auto y = b[0] * x + z1;
+            z1 = b[1] * x - a1 * y + z2;
+            z2 = b[2] * x - a2 * y;
+            x = y;
+        }
+    }
+}
+
+inline void runMultiBand (const Values& values, Samples& samples, double sampleRate)
+{
+    const auto low = values.at ("crossover_low"), high = values.at ("crossover_high");
+    std::array bands { samples, samples, samples };
+
+    filter (bands[0], Pass::low, low, sampleRate);
+    filter (bands[0], Pass::all, high, sampleRate);
+    filter (bands[1], Pass::high, low, sampleRate);
+    filter (bands[1], Pass::low, high, sampleRate);
+    filter (bands[2], Pass::high, low, sampleRate);
+    filter (bands[2], Pass::high, high, sampleRate);
+
+    std::array<bool, 3> isHeard {};
+    const std::array ids { "low_band", "mid_band", "high_band" };
+    const auto solo = toChoice (values.at ("solo_band"));
+
+    for (size_t band = 0; band < 3; ++band)
+    {
+        runSection (values, ids[band], bands[band]);
+        isHeard[band] = solo == 3 ? toChoice (values.at (std::string ("mute_") + ids[band])) == 0
+                                  : static_cast<int> (band) == solo;
+    }
+
+    if (isHeard == std::array { false, false, false })
+        isHeard = { true, true, true };
+
+    for (size_t i = 0; i < samples.size(); ++i)
+    {
+        samples[i] = 0.0;
+
+        for (size_t band = 0; band < 3; ++band)
+            samples[i] += isHeard[band] ? bands[band][i] : 0.0;
+    }
+}
+
+inline void runMidSide (const Values& values, Signal& signal)
+{
+    if (signal.size() != 2)
+        return;
+
+    auto &left = signal[0], &right = signal[1];
+    auto mid = left, side = left;
+
+    for (size_t i = 0; i < left.size(); ++i)
+    {
+        mid[i] = 0.5 * (left[i] + right[i]);
+        side[i] = 0.5 * (left[i] - right[i]);
+    }
+
+    runSection (values, "mid_channel", mid);
+    runSection (values, "high_channel", side);
+
+    for (size_t i = 0; i < left.size(); ++i)
+    {
+        left[i] = mid[i] + side[i];
+        right[i] = mid[i] - side[i];
+    }
+}
+
+/** The sections of the layout, then "post". */
+inline void runSections (const Values& values, Signal& signal, double sampleRate)
+{
+    switch (toChoice (values.at ("layout")))
+    {
+        case 0:
+            for (auto& channel : signal)
+                runSection (values, "single", channel);
+            break;
+
+        case 1:
+            for (auto& channel : signal)
+                runMultiBand (values, channel, sampleRate);
+            break;
+
+        case 2: runMidSide (values, signal); break;
+
+        default:
+            runSection (values, "left_channel", signal.front());
+            runSection (values, "right_channel", signal.back());
+            break;
+    }
+
+    for (auto& channel : signal)
+        runSection (values, "post", channel);
+}
+
+/** The oversampler, built from its stages: transition widths and stopbands, up and down. */
+inline void addStages (juce::dsp::Oversampling<float>& oversampler, int exponent)
+{
+    constexpr auto type = juce::dsp::Oversampling<float>::filterHalfBandFIREquiripple;
+    oversampler.clearOversamplingStages();
+    oversampler.setUsingIntegerLatency (true);
+
+    for (auto stage = 0; stage < exponent; ++stage)
+    {
+        const auto step = 10.0f * static_cast<float> (stage);
+        oversampler.addOversamplingStage (type, stage == 0 ? 0.05f : 0.10f, -90.0f + step,
+                                          stage == 0 ? 0.06f : 0.12f, -75.0f + step);
+    }
+}
+
+inline void runOversampled (const Values& values, Signal& signal, double sampleRate, int exponent)
+{
+    const auto length = static_cast<int> (signal.front().size());
+    juce::AudioBuffer<float> buffer (static_cast<int> (signal.size()), length);
+    copyTo (buffer, signal);
+
+    juce::dsp::Oversampling<float> oversampler (signal.size());
+    addStages (oversampler, exponent);
+    oversampler.initProcessing (static_cast<size_t> (length));
+
+    juce::dsp::AudioBlock<float> block (buffer);
+    auto up = oversampler.processSamplesUp (block);
+    Signal inside;
+
+    for (size_t channel = 0; channel < up.getNumChannels(); ++channel)
+        inside.emplace_back (up.getChannelPointer (channel),
+                             up.getChannelPointer (channel) + up.getNumSamples());
+
+    runSections (values, inside, sampleRate * (1 << exponent));
+    copyTo (up, inside);
+    oversampler.processSamplesDown (block);
+    signal = toSignal (buffer);
+}
+
+inline double ceiling (const Values& values)
+{
+    const auto isOn = [&] (const char* id) { return toChoice (values.at (id)) != 0; };
+    const auto sum = values.at ("threshold_post") + values.at ("gain_post");
+    return ! isOn ("enable_post") || isOn ("link_post") ? 1.0 : signals::toGain (std::min (sum, 0.0));
+}
+
+/** From a cleared state. */
+inline juce::AudioBuffer<float> process (const Values& values, double sampleRate,
+                                         const juce::AudioBuffer<float>& input)
+{
+    auto signal = toSignal (input);
+    const auto exponent = toChoice (values.at ("oversampling"));
+
+    for (auto& channel : signal)
+        for (auto& x : channel)
+            x *= signals::toGain (std::nearbyint (values.at ("in_gain")));
+
+    if (exponent > 0)
+        runOversampled (values, signal, sampleRate, exponent);
+    else
+        runSections (values, signal, sampleRate);
+
+    for (auto& channel : signal)
+        for (auto& x : channel)
+            x = std::clamp (x, -ceiling (values), ceiling (values));
+
+    juce::AudioBuffer<float> output (input.getNumChannels(), input.getNumSamples());
+    copyTo (output, signal);
+    return output;
+}
+} // namespace reference

@@ -1,0 +1,401 @@
+#include "core/PluginUnderTest.h"
+#include "support/TemporaryConfig.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+using juce::MemoryBlock;
+using juce::String;
+
+constexpr juce::uint32 magicNumber = 0x21324356;
+
+/** The block that hosts store, put together by hand. */
+MemoryBlock makeBlock (const std::string& text, juce::uint32 magic, juce::uint32 length)
+{
+    juce::MemoryOutputStream stream;
+
+    for (const auto number : { magic, length })
+        for (auto shift = 0; shift < 32; shift += 8)
+            stream.writeByte (static_cast<char> ((number >> shift) & 0xff));
+
+    stream.write (text.data(), text.size());
+    stream.writeByte (0);
+    return stream.getMemoryBlock();
+}
+
+MemoryBlock makeBlock (const std::string& text)
+{
+    return makeBlock (text, magicNumber, static_cast<juce::uint32> (text.size()));
+}
+
+struct StatefulPlugin : PluginUnderTest
+{
+    MemoryBlock capture()
+    {
+        MemoryBlock block;
+        processor.getStateInformation (block);
+        return block;
+    }
+
+    void restore (const MemoryBlock& block)
+    {
+        processor.setStateInformation (block.getData(), static_cast<int> (block.getSize()));
+    }
+
+    expected::Values values()
+    {
+        expected::Values all;
+
+        for (const auto& parameter : expected::parameters())
+            all[parameter.id] = get (parameter.id);
+
+        return all;
+    }
+
+    /** A value of its own for each parameter, none the default. */
+    void moveEverything()
+    {
+        auto place = 0.05;
+
+        for (const auto& row : expected::parameters())
+            set (row.id, row.min + (row.max - row.min) * (place += 0.9 / 70.0));
+    }
+};
+
+/** A factory folder and one user preset, so that there are programs 0 and 1. */
+struct State : testing::Test
+{
+    TemporaryConfig config;
+    const bool hasFactory = config.preset ("Factory").createDirectory().wasOk();
+    const juce::File loud = config.addPreset ("User/Loud.tpre", stateText (entry ("gain_single", "9")));
+    StatefulPlugin plugin;
+};
+
+TEST_F (State, RestoresEveryValueInAnotherInstance)
+{
+    plugin.moveEverything();
+    const auto values = plugin.values();
+    const auto block = plugin.capture();
+
+    StatefulPlugin other;
+    ASSERT_NE (other.values(), values);
+    other.restore (block);
+
+    for (const auto& [id, value] : other.values())
+        EXPECT_FLOAT_EQ (static_cast<float> (value), static_cast<float> (values.at (id))) << id;
+
+    EXPECT_EQ (other.capture(), block) << "the same bytes when saved again";
+}
+
+TEST_F (State, IsAFrameAroundOneLineOfXml)
+{
+    plugin.set ("gain_post", -4.5);
+    plugin.processor.presetManager.loadPreset (1);
+    const auto block = plugin.capture();
+    const auto* bytes = static_cast<const juce::uint8*> (block.getData());
+    const std::string text (static_cast<const char*> (block.getData()) + 8, block.getSize() - 9);
+    const auto length = block.getSize() - 9;
+
+    EXPECT_EQ (std::string (static_cast<const char*> (block.getData()), 4), "VC2!");
+
+    for (size_t i = 0; i < 4; ++i)
+        EXPECT_EQ (bytes[4 + i], (length >> (8 * i)) & 0xff);
+
+    EXPECT_EQ (bytes[block.getSize() - 1], 0);
+    EXPECT_EQ (text.find_first_of (std::string ("\r\n\0", 3)), std::string::npos);
+
+    // The file has no version of its own, so that the capture appends it after the path.
+    const auto begin = "<?xml version=\"1.0\" encoding=\"UTF-8\"?> <orvo preset_path=\""
+                       + loud.getFullPathName().toStdString() + "\" version=\"1.0.1\">";
+    EXPECT_EQ (text.substr (0, begin.size()), begin);
+
+    const auto xml = juce::parseXML (String (text));
+    ASSERT_NE (xml, nullptr);
+    std::map<std::string, float> entries, values;
+
+    for (const auto* child : xml->getChildWithTagNameIterator ("PARAM"))
+        if (child->hasAttribute ("value"))
+            entries[child->getStringAttribute ("id").toStdString()] =
+                static_cast<float> (child->getDoubleAttribute ("value"));
+
+    for (const auto& [id, value] : plugin.values())
+        values[id] = static_cast<float> (value);
+
+    EXPECT_EQ (entries, values) << "also what the preset does not name";
+    EXPECT_EQ (xml->getNumChildElements(), 71) << "each once, and the view modes";
+}
+
+const auto gain7 = entry ("gain_single", "7").toStdString();
+const auto good = stateText (entry ("gain_single", "7")).toStdString();
+const auto goodSize = static_cast<juce::uint32> (good.size());
+
+std::string stateAround (const std::string& text)
+{
+    return "<orvo>" + text + gain7 + "</orvo>";
+}
+
+TEST_F (State, OfDamagedOrForeignOriginChangesNothing)
+{
+    const auto levels = [] (const char* tag) { return String::repeatedString (tag, 1000).toStdString(); };
+
+    std::vector<std::pair<std::string, MemoryBlock>> blocks {
+        { "nothing", {} },
+        { "eight bytes", { makeBlock (good).getData(), 8 } },
+        { "cut at its end", { makeBlock (good).getData(), goodSize - 10 } },
+        { "wrong magic number", makeBlock (good, magicNumber + 1, goodSize) },
+        { "no length", makeBlock (good, magicNumber, 0) },
+        { "negative length", makeBlock (good, magicNumber, 0x80000000u | goodSize) },
+        { "cut by its length", makeBlock (good, magicNumber, goodSize - 1) },
+    };
+
+    const std::vector<std::string> texts {
+        "",
+        "gain_single 7",
+        " \r\n",
+        "<?xml version=\"1.0\"?>",
+        "<other>" + gain7 + "</other>",
+        "<pivotstate>" + gain7 + "</pivotstate>",
+        "<pivot>" + gain7 + "</pivot>",
+        good + "<orvo/>",
+        good + "x",
+        "<?xml?>" + good,
+        "<!DOCTYPE orvo [<!ENTITY a \"7\">]>" + good,
+        "<orvo>" + gain7,
+        "<orvo a=b>" + gain7 + "</orvo>",
+        "<orvo a=\"1\" a=\"2\">" + gain7 + "</orvo>",
+        "<orvo base64:a=\"-1.x\">" + gain7 + "</orvo>",
+        "<orvo a=\"b>",
+        "<orvo a>" + gain7 + "</orvo>",
+        "<orvo a=\"b\"c=\"d\"/",
+        "<orvo>" + gain7 + "</other>",
+        stateAround ("<a><b></a></b>"),
+        stateAround ("<PARAM id=gain_single/>"),
+        stateAround ("<!-- "),
+        stateAround ("<?a?>x"),
+        stateAround ("<![CDATA[x]]>"),
+        stateAround (std::string (1, '\0')),
+        stateAround ("\x80"),
+        stateAround ("\xc0\xaf"),
+        stateAround ("\xed\xa0\x80"),
+        stateAround ("\xf4\x90\x80\x80"),
+        "<orvo>\xe2\x82",
+        stateAround ("&nbsp;"),
+        stateAround ("&#x41"),
+        stateAround ("&#0;"),
+        stateAround ("&#xd800;"),
+        stateAround (levels ("<a>") + levels ("</a>")),
+        stateAround (std::string (2000000, ' ')),
+    };
+
+    for (const auto& text : texts)
+        blocks.emplace_back (text.substr (0, 60), makeBlock (text));
+
+    plugin.moveEverything();
+    const auto values = plugin.values();
+    juce::uint32 now = 0;
+    plugin.processor.getMillisecondCounter = [&] { return now += 5000; };
+
+    for (const auto& [name, block] : blocks)
+    {
+        SCOPED_TRACE (name);
+        plugin.processor.presetManager.loadPreset (1);
+        plugin.set (values);
+        plugin.processor.lastRestoredState.reset();
+        const auto tree = plugin.processor.parameters.copyState();
+
+        plugin.restore (block);
+        EXPECT_TRUE (plugin.processor.parameters.copyState().isEquivalentTo (tree));
+        EXPECT_EQ (plugin.values(), values);
+        EXPECT_EQ (plugin.processor.getCurrentProgram(), 1);
+        EXPECT_TRUE (plugin.processor.lastRestoredState.isEmpty());
+        EXPECT_EQ (plugin.processor.lastStateRestoreTime, now);
+    }
+}
+
+TEST_F (State, IsReadInEveryFormThatHostsKeepItIn)
+{
+    std::vector<MemoryBlock> blocks {
+        makeBlock (good, magicNumber, goodSize + 1000),
+        makeBlock (good, magicNumber, 0x7fffffff),
+        { makeBlock (good).getData(), goodSize + 8 },
+    };
+
+    for (const std::string& text : std::initializer_list<std::string> {
+             good, "<Orvo>" + gain7 + "</Orvo>", "<ORVO version='9.9' >" + gain7 + "</ORVO >",
+             "\xef\xbb\xbf" + good, " \r\n<!-- a <?b?> --> <orvo>\r\n <!-->-->" + gain7 + "\t</orvo> <!---->",
+             std::string ("<orvo a=\"&lt;&#x3e;\xc3\xa4\xf0\x9f\x8e\x9b\"><PARAM\nvalue = '&#55;' "
+                          "id=\"gain&#95;single\"/></orvo>") })
+        blocks.push_back (makeBlock (text));
+
+    for (const auto& block : blocks)
+    {
+        SCOPED_TRACE (block.toString().substring (8, 80).toStdString());
+        plugin.set ("gain_single", -3.0);
+        plugin.restore (block);
+        EXPECT_EQ (plugin.get ("gain_single"), 7.0);
+        EXPECT_EQ (plugin.processor.lastRestoredState, block);
+    }
+}
+
+TEST_F (State, KeepsOrResetsWhatHasNoUsableEntry)
+{
+    struct Case
+    {
+        String children;
+
+        /** After a restore of the host, with -3 before, and after a load of a preset. */
+        double restored, loaded;
+    };
+
+    const auto gain = [] (const char* value) { return entry ("gain_single", value); };
+
+    std::vector<Case> cases {
+        { gain ("-7"), -7, -7 },
+        { gain (" +7 "), 7, 7 },
+        { gain ("0.7e1"), 7, 7 },
+        { gain ("1e-42"), 0, 0 },
+        { gain ("1e9"), 18, 18 },
+        { gain ("-1e9"), -18, -18 },
+        { gain ("7") + gain ("9"), 9, 9 },
+        { gain ("7") + gain ("nan"), 7, 7 },
+        { entry ("side", "4") + entry ("", "4") + gain ("7") + entry ("GAIN_SINGLE", "9"), 7, 7 },
+    };
+
+    for (const auto* value : { "nan", "inf", "-inf", "1e400", "loud", "7dB", "", "base64:1.7" })
+        cases.push_back ({ gain (value), -3, 0 });
+
+    for (const auto* children :
+         { "", "<PARAM id=\"gain_single\"/>", "<PARAM value=\"7\"/>",
+           "<OTHER id=\"gain_single\" value=\"7\"/>", "<a><PARAM id=\"gain_single\" value=\"7\"/></a>" })
+        cases.push_back ({ children, -3, 0 });
+
+    for (const auto& [children, restored, loaded] : cases)
+    {
+        SCOPED_TRACE (children.toStdString());
+        plugin.set ("gain_single", -3.0);
+        plugin.set ("gain_post", 6.0);
+        plugin.restore (makeBlock (stateText (children).toStdString()));
+        EXPECT_FLOAT_EQ (static_cast<float> (plugin.get ("gain_single")), static_cast<float> (restored));
+        EXPECT_EQ (plugin.get ("gain_post"), 6.0);
+
+        config.addPreset ("User/Loud.tpre", stateText (children));
+        EXPECT_TRUE (plugin.processor.presetManager.loadPreset (1));
+        EXPECT_FLOAT_EQ (static_cast<float> (plugin.get ("gain_single")), static_cast<float> (loaded));
+        EXPECT_EQ (plugin.get ("gain_post"), 0.0);
+    }
+}
+
+TEST_F (State, ShowsThePresetThatItCameFrom)
+{
+    const auto& state = plugin.processor.parameters.state;
+    const auto withPath = [] (const String& path)
+    { return makeBlock (stateText ({}, "preset_path=\"" + path + "\"").toStdString()); };
+
+    for (const auto& [block, program] :
+         { std::pair { withPath (loud.getFullPathName()), 1 }, std::pair { withPath ("/no/such.tpre"), 0 },
+           std::pair { withPath (loud.getFullPathName()), 1 }, std::pair { withPath (""), 0 },
+           std::pair { withPath (loud.getFullPathName()), 1 }, std::pair { makeBlock ("<orvo/>"), 0 } })
+    {
+        plugin.restore (block);
+        EXPECT_EQ (plugin.processor.getCurrentProgram(), program);
+        EXPECT_FALSE (state.hasProperty ("preset_path"));
+
+        plugin.capture();
+        EXPECT_EQ (state["preset_path"].toString(), program == 1 ? loud.getFullPathName() : String());
+        EXPECT_EQ (state["version"].toString(), "1.0.1");
+    }
+
+    plugin.restore (withPath (loud.getFullPathName()));
+    config.preset ("").deleteRecursively();
+    plugin.processor.presetManager.loadPresets();
+    plugin.restore (withPath ("/no/such.tpre"));
+    EXPECT_EQ (plugin.processor.presetManager.getCurrentPreset().name, "Loud")
+        << "with an empty list it stays";
+}
+
+TEST_F (State, AlwaysHasRoomForTheGraphsViewModes)
+{
+    const auto countModes = [this] (const String& mode)
+    {
+        auto count = 0;
+
+        for (const auto child : plugin.processor.parameters.state)
+            if (child.hasType ("graph_modes") && child["single"].toString() == mode)
+                ++count;
+
+        return count;
+    };
+
+    EXPECT_EQ (countModes (""), 1) << "at construction";
+
+    plugin.restore (makeBlock ("<orvo><graph_modes single=\"curve\"/></orvo>"));
+    EXPECT_EQ (countModes ("curve"), 1);
+    const auto block = plugin.capture();
+
+    plugin.restore (makeBlock ("<orvo/>"));
+    EXPECT_EQ (countModes (""), 1) << "from a block without";
+
+    plugin.restore (block);
+    EXPECT_EQ (countModes ("curve"), 1) << "from a captured block";
+
+    plugin.processor.presetManager.loadPreset (1);
+    EXPECT_EQ (countModes (""), 1) << "from a preset without";
+    plugin.processor.presetManager.loadPreset (0);
+    EXPECT_EQ (countModes (""), 1) << "from the default patch";
+}
+
+TEST_F (State, HoldsOffTheHostsProgramForASecond)
+{
+    juce::uint32 now = 0;
+    plugin.processor.getMillisecondCounter = [&] { return now; };
+
+    // The counter starts anew after 49 days.
+    for (const juce::uint32 start : { 5000u, 0xffffff00u })
+    {
+        for (const auto& block : { makeBlock ("<orvo/>"), MemoryBlock() })
+        {
+            now = start;
+            plugin.restore (makeBlock ("<orvo/>"));
+            plugin.restore (block);
+
+            now = start + 999;
+            plugin.processor.setCurrentProgram (1);
+            EXPECT_EQ (plugin.processor.getCurrentProgram(), 0);
+
+            now = start + 1000;
+            plugin.processor.setCurrentProgram (1);
+            EXPECT_EQ (plugin.processor.getCurrentProgram(), 1);
+            EXPECT_EQ (plugin.get ("gain_single"), 9.0);
+        }
+    }
+}
+
+TEST_F (State, ObeysTheLicence)
+{
+    tessarin::LicenceManager::Status status;
+    const auto block = makeBlock (good);
+    const auto other = makeBlock (stateText (entry ("gain_single", "8")).toStdString());
+
+    status.stateFrozen = true;
+    plugin.processor.licenceManager.setStatus (status);
+    MemoryBlock captured ("old", 3);
+    plugin.processor.getStateInformation (captured);
+    EXPECT_TRUE (captured.isEmpty()) << "frozen before any restore";
+
+    plugin.restore (block);
+    EXPECT_EQ (plugin.get ("gain_single"), 7.0) << "frozen, but not refused";
+    plugin.set ("gain_single", 1.0);
+    EXPECT_EQ (plugin.capture(), block);
+
+    status.restoreRefused = true;
+    plugin.processor.licenceManager.setStatus (status);
+    plugin.restore (other);
+    EXPECT_EQ (plugin.get ("gain_single"), 1.0);
+    EXPECT_EQ (plugin.capture(), other) << "the last accepted block, although it was not applied";
+
+    EXPECT_TRUE (plugin.processor.presetManager.loadPreset (1)) << "presets are not refused";
+}
+} // namespace
