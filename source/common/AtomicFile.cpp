@@ -14,12 +14,18 @@ bool replaceFileAtomically (const juce::File& target, const void* data, size_t n
         if (stream.failedToOpen())
             return false;
 
-        stream.write (data, numBytes);
+        if (! stream.write (data, numBytes))
+            return false;
+
         stream.flush();
 
         if (stream.getStatus().failed())
             return false;
     }
+
+    // A disk that fills up halfway is no error to the stream.
+    if (temporary.getFile().getSize() != static_cast<juce::int64> (numBytes))
+        return false;
 
     std::error_code failure;
     std::filesystem::rename (temporary.getFile().getFullPathName().toStdString(),

@@ -1,9 +1,11 @@
 #include "CheckedXml.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace tessarin
 {
@@ -179,33 +181,65 @@ private:
             return false;
 
         text.remove_prefix (1);
-        const auto name = text.substr (0, text.find_first_of (" \t\r\n/>"));
-        auto previous = '<';
+        const auto name = takeName();
+        std::vector<std::string_view> attributes;
 
-        // JUCE's parser leaves a tag without an error where a value has no quotes, and takes what follows for
-        // text.
-        while (! text.empty())
+        if (name.empty())
+            return false;
+
+        for (;;)
         {
-            const auto c = text.front();
-            const auto blank = isBlank (c);
-            const auto isQuote = c == '"' || c == '\'';
+            skip (whitespace);
 
-            if (c == '<' || c == '&' || (previous == '=' && ! blank && ! isQuote))
-                return false;
-
-            if (! isQuote)
+            if (startsWith (">"))
+            {
                 text.remove_prefix (1);
-            else if (previous != '=' || ! checkQuoted (c))
+                return open (name);
+            }
+
+            if (startsWith ("/>"))
+            {
+                text.remove_prefix (2);
+                return true;
+            }
+
+            if (! checkAttribute (attributes))
                 return false;
-
-            if (c == '>')
-                return previous == '/' || open (name);
-
-            if (! blank)
-                previous = c;
         }
+    }
 
-        return false;
+    /** JUCE's parser leaves a tag without an error where a value has no quotes, and takes what follows for
+        text. */
+    bool checkAttribute (std::vector<std::string_view>& others)
+    {
+        constexpr size_t mostAttributes = 64;
+        const auto name = takeName();
+
+        if (name.empty() || others.size() == mostAttributes
+            || std::find (others.begin(), others.end(), name) != others.end())
+            return false;
+
+        // A tree would decode the value, and allocate whatever size it claims.
+        if (name.substr (0, 7) == "base64:")
+            return false;
+
+        others.push_back (name);
+        skip (whitespace);
+
+        if (! startsWith ("="))
+            return false;
+
+        text.remove_prefix (1);
+        skip (whitespace);
+
+        return (startsWith ("\"") || startsWith ("'")) && checkQuoted (text.front());
+    }
+
+    std::string_view takeName()
+    {
+        const auto name = text.substr (0, text.find_first_of (" \t\r\n/>=\"'<&"));
+        text.remove_prefix (name.size());
+        return name;
     }
 
     bool open (std::string_view name)

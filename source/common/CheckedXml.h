@@ -18,8 +18,9 @@ inline constexpr size_t largestXmlText = 1024 * 1024;
     by text, reads past its buffer on invalid UTF-8 and on unfinished character references, and recurses once
     per level. So the text is checked first, for strict UTF-8 (a byte order mark is passed over), no zero
     byte, no processing instruction but the header, no document type or CDATA section, known or numeric
-    references only, quoted attributes, closed comments, tags that close by name, exactly one root, and at
-    most 32 levels. Whatever fails gives null, as does text that is not well-formed.
+    references only, quoted attributes that stand once and are no binary data, closed comments, tags that
+    close by name, exactly one root, and at most 32 levels. Whatever fails gives null, as does text that is
+    not well-formed.
 */
 [[nodiscard]] std::unique_ptr<juce::XmlElement> parseCheckedXml (std::string_view text);
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
-/** The curves in double precision, from the input's magnitude, the threshold in dB and the second control. They
-    share no code with the product. */
+/** The curves in double precision, from the input's magnitude, the threshold in dB and the second control.
+    They share no code with the product. */
 namespace reference::curves
 {
 inline double hard (double x, double thresholdDb, double)

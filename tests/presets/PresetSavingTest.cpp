@@ -135,17 +135,6 @@ TEST_F (PresetSaving, MakesTheNewPresetCurrentWithoutTouchingTheParameters)
     EXPECT_EQ (gain(), -9.0);
 }
 
-TEST_F (PresetSaving, LeavesThePresetAloneWhenTheFileLiesElsewhere)
-{
-    const auto outside = config.base.getChildFile ("outside.tpre");
-    save (outside);
-    EXPECT_GT (outside.getSize(), 0);
-    EXPECT_EQ (processor.getNumPrograms(), 2);
-    EXPECT_EQ (processor.presetManager.getCurrentPreset().name, "Initial Patch");
-    EXPECT_EQ (saved, juce::StringArray { "Initial Patch" });
-    EXPECT_EQ (lastToast(), "Preset saved");
-}
-
 TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
 {
     const auto before = loud.loadFileAsString();

@@ -36,19 +36,6 @@ TEST (Log, HoldsALineWithTheTimeForEachMessage)
                                  + String::repeatedString ("long ", 200) + "\r\n30/11/2026 23:04:06 \r\n");
 }
 
-TEST (Log, LosesMessagesThatCannotBeWritten)
-{
-    const TemporaryConfig config;
-    config.base.createDirectory();
-    config.base.getChildFile ("Tessarin").replaceWithText ("a file where the folder should be");
-
-    OrvoAudioProcessor processor;
-    Logger::writeToLog ("lost");
-    processor.toastManager.showError ("lost too");
-    EXPECT_EQ (processor.toastManager.toasts.getLast()->text, "ERROR: lost too");
-    EXPECT_FALSE (config.file ("log.log").exists());
-}
-
 TEST (Log, IsThatOfTheNewestInstanceUntilAnyEnds)
 {
     const TemporaryConfig config;

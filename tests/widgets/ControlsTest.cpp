@@ -6,7 +6,6 @@
 #include "widgets/ModalWindow.h"
 #include "widgets/ParameterChoiceButtons.h"
 #include "widgets/ParameterLabelSlider.h"
-#include "widgets/RealtimeLabel.h"
 #include "widgets/TooltipPanel.h"
 
 #include <gtest/gtest.h>
@@ -100,23 +99,6 @@ TEST_F (Controls, IconButtonFiresOnThePressOfTheLeftButtonOnly)
     EXPECT_TRUE (button.getToggleState());
 }
 
-TEST_F (Controls, IconButtonDrawsItsIconInTheColourOfItsState)
-{
-    auto button = makeIconButton();
-    button.setSize (40, 40);
-    OffscreenWindow window (button);
-
-    // The stroke of the power sign runs down the middle of the upper half; its grid is 30 pixels for 16
-    // units.
-    const auto iconColour = [&] { return window.render().getPixelAt (20, 5 + 30 * 5 / 16); };
-
-    EXPECT_EQ (iconColour(), colour (textColourId));
-    button.setToggleState (true, juce::dontSendNotification);
-    EXPECT_EQ (iconColour(), colour (highlightedTextColourId));
-    button.setEnabled (false);
-    EXPECT_EQ (iconColour(), colour (disabledTextColourId));
-}
-
 TEST_F (Controls, ChoiceButtonsFollowAndSetTheirParameter)
 {
     luna::ParameterChoiceButtons choice ("layout", processor.parameters, { "A", "B", "C", "D" });
@@ -161,37 +143,6 @@ TEST_F (Controls, ChoiceButtonsFollowAndSetTheirParameter)
 
     luna::ParameterChoiceButtons missing ("no_such_parameter", processor.parameters, { "A" });
     missing.buttonClicked (missing.buttons[0]);
-}
-
-TEST_F (Controls, LabelSliderPlacesItsPartsByLayout)
-{
-    using Slider = tessarin::ParameterLabelSlider;
-
-    struct Row
-    {
-        int layout;
-        Rectangle<int> size, slider, name, value;
-    };
-
-    const Rectangle<int> knob (60, 95), bar (90, 40);
-    const std::vector<Row> rows {
-        { Slider::rotary, knob, { 0, 0, 60, 95 }, { 0, 68, 60, 15 }, {} },
-        { Slider::nameLeftValueRight, bar, { 0, 20, 90, 20 }, { 0, 0, 60, 20 }, { 60, 0, 30, 20 } },
-        { Slider::valueLeftNameRight, bar, { 0, 20, 90, 20 }, { 30, 0, 60, 20 }, { 0, 0, 30, 20 } },
-        { Slider::nameAbove, bar, { 0, 20, 90, 20 }, { 0, 0, 90, 20 }, {} },
-        { Slider::nameBeside, { 200, 20 }, { 85, 0, 115, 20 }, { 0, 0, 85, 20 }, {} },
-    };
-
-    for (const auto& row : rows)
-    {
-        Slider control ("Gain", "gain_single", processor.parameters);
-        control.setBounds (row.size);
-        control.setLayout (row.layout);
-        EXPECT_EQ (control.slider.getBounds(), row.slider) << row.layout;
-        EXPECT_EQ (control.nameLabel.getBounds(), row.name) << row.layout;
-
-        EXPECT_EQ (control.valueLabel.getBounds(), row.value) << row.layout;
-    }
 }
 
 TEST_F (Controls, LabelSliderReadsTextDragsAndReturnsToItsDefault)
@@ -270,41 +221,6 @@ TEST_F (Controls, KnobStandsWhereItsFormulasSay)
     control.setEnabled (false);
     EXPECT_EQ (arcColour (0.25f), colour (sliderTrackBackgroundColourId));
     EXPECT_EQ (window.render (4.0f).getPixelAt (120, 132), colour (disabledElementColourId));
-}
-
-TEST_F (Controls, RealtimeLabelPollsItsSourceAndAnswersAnyButton)
-{
-    auto value = 1.0f;
-    RealtimeLabel label (&value, "Peak", {});
-    label.setSize (80, 40);
-    EXPECT_EQ (label.valueToString (-1.0f / 3.0f), "-0.33");
-
-    auto clicks = 0;
-    label.onClick = [&] { ++clicks; };
-    OffscreenWindow window (label);
-    window.clickMouse (label, { 40, 20 });
-    window.clickMouse (label, { 40, 20 }, ModifierKeys::rightButtonModifier);
-    EXPECT_EQ (clicks, 2);
-
-    // Enough to see that it is the value's text that changes, and that a disabled label has another.
-    const auto picture = [&]
-    {
-        const auto image = window.render();
-        juce::String pixels;
-        for (auto y = 16; y < 34; ++y)
-            for (auto x = 0; x < 80; ++x)
-                pixels << image.getPixelAt (x, y).toString();
-        return pixels;
-    };
-
-    const auto atOne = picture();
-    value = 2.0f;
-    const auto atTwo = picture();
-    EXPECT_NE (atOne, atTwo);
-    label.setEnabled (false);
-    const auto disabled = picture();
-    value = 1.0f;
-    EXPECT_EQ (picture(), disabled);
 }
 
 TEST_F (Controls, ModalClosesOnAClickBesideItsPanel)

@@ -355,35 +355,3 @@ TEST_F (Waveform, DrawsAColumnPerPointAndTheSweep)
     graph.setEnabled (false);
     EXPECT_FALSE (hasInk (OffscreenWindow (graph).render(), { 85, 55, 10, 2 }));
 }
-
-TEST_F (Waveform, FollowsItsWidthAndTheTheme)
-{
-    graph.setSize (300, 94);
-    EXPECT_EQ (history.taps[1].points, 270);
-    graph.setSize (20, 20);
-    EXPECT_EQ (history.taps[1].points, 0);
-
-    shared.lookAndFeel.setTheme ("Night");
-    graph.sendLookAndFeelChange();
-    EXPECT_EQ (graph.lineColour, Colour (0xffcccccc));
-    EXPECT_EQ (graph.tapStyles[0], std::pair (0, Colour (0xff7d3ddc)));
-}
-
-TEST_F (Graphs, SpeakTheirOwnTooltipOrTheirBackgrounds)
-{
-    WaveformHistory history;
-    WaveformGraph waveform (history);
-    SaturatorGraph curve;
-    waveform.setTooltip ("of the graph");
-    curve.background.setTooltip ("of the background");
-    EXPECT_EQ (waveform.background.getTooltip(), "of the graph");
-
-    for (auto* graph : std::initializer_list<juce::Component*> { &waveform, &curve })
-    {
-        graph->setSize (240, 240);
-        OffscreenWindow window (*graph);
-        auto* client = dynamic_cast<juce::TooltipClient*> (window.getComponentAt (5, 5));
-        ASSERT_NE (client, nullptr);
-        EXPECT_EQ (client->getTooltip(), graph == &curve ? "of the background" : "of the graph");
-    }
-}

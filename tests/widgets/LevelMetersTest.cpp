@@ -146,51 +146,6 @@ TEST_F (LevelMeters, TicksMarkTheMetersScaleOnTheSideWithoutLabels)
     }
 }
 
-TEST (LevelMeterPeakValue, WritesDecibelsWithOneDecimal)
-{
-    const auto silence = juce::String::fromUTF8 ("-\xe2\x88\x9e");
-
-    for (const auto& [level, kind, text] : { std::tuple { 0.0, 0, silence },
-                                             { notANumber, 1, silence },
-                                             { 1.0, 0, "0.0" },
-                                             { 0.5, 1, "-3.0" },
-                                             { 0.01, 1, "-40.0" },
-                                             { 0.0101, 1, "-36.9" },
-                                             { 1.0e-7, 0, "-100.0" },
-                                             { infinity, 0, "999.9" } })
-        EXPECT_EQ (LevelMeterPeakValue::format (level, kind), text) << level << " of kind " << kind;
-}
-
-TEST_F (LevelMeters, ReadOutsShowTheMaximaWhileTheyAreSeen)
-{
-    StereoLevelMeters pair (&processor.input, true, true);
-    pair.setSize (50, 300);
-    setMaxima (processor.input.left, 0.5, 0.5 * std::sqrt (0.5));
-    setMaxima (processor.input.right, 0.25, 0.5);
-    pair.leftMeter.timerCallback();
-    pair.rightMeter.timerCallback();
-
-    const auto texts = [&pair]
-    {
-        juce::StringArray all;
-
-        for (auto* value :
-             { &pair.leftPeakValue, &pair.rightPeakValue, &pair.leftRmsValue, &pair.rightRmsValue })
-        {
-            value->timerCallback();
-            all.add (value->getText());
-        }
-
-        return all.joinIntoString (" ");
-    };
-
-    EXPECT_EQ (texts(), "- - - -");
-    const OffscreenWindow window (pair);
-    EXPECT_EQ (texts(), "-6.0 -12.0 -6.0 -12.0") << "the last one shows the peak";
-    pair.setEnabled (false);
-    EXPECT_EQ (texts(), "- - - -");
-}
-
 TEST_F (LevelMeters, AClickOnAReadOutClearsThePairOrAllOfTheBlock)
 {
     InputOutputMeters meters (&processor);
