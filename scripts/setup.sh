@@ -60,8 +60,10 @@ fetch_juce()
     (cd "$work/source" && apt-get "${options[@]}" source "juce=$juce_version" > "$work/source.log" 2>&1) \
         || { cat "$work/source.log" >&2; fail "the JUCE source package could not be fetched"; }
 
-    echo "$juce_version" > "$work"/source/juce-*/.orvo-version
-    rm -rf .deps/juce && mv "$work"/source/juce-*/ .deps/juce && rm -rf "$work"
+    rm -rf .deps/juce
+    mv "$work"/source/juce-*/ .deps/juce
+    echo "$juce_version" > .deps/juce/.orvo-version
+    rm -rf "$work"
 }
 
 debian_mirror()

@@ -85,7 +85,10 @@ void LunaLibLookAndFeel::drawElement (juce::Graphics& g, juce::Rectangle<float> 
     g.setColour (isEnabled ? fill : component.findColour (disabledElementColourId));
     g.fillRoundedRectangle (bounds, cornerRadius);
     g.setColour (component.findColour (borderId));
-    g.drawRoundedRectangle (bounds.reduced (0.5f), cornerRadius, 1.0f);
+
+    // Twice as wide, since one theme's borders have the same colour.
+    const auto thickness = isEnabled && hasFocusRing ? 2.0f : 1.0f;
+    g.drawRoundedRectangle (bounds.reduced (0.5f * thickness), cornerRadius, thickness);
 }
 
 void LunaLibLookAndFeel::drawButtonBackground (juce::Graphics& g, juce::Button& button,

@@ -40,12 +40,14 @@ bool writePng (const juce::Image& image, const juce::File& file)
 bool drawGallery (const juce::File& folder)
 {
     tessarin::SharedLookAndFeel shared;
-    OrvoAudioProcessor processor;
-    const auto sheets = makeSheets (processor);
 
     for (const auto& theme : tessarin::ThemeResolver::getEmbeddedThemeNames())
     {
         shared.lookAndFeel.setTheme (theme);
+
+        // A plug-in of its own, so that one theme's pictures leave no settings to the next.
+        OrvoAudioProcessor processor;
+        const auto sheets = makeSheets (processor);
 
         for (const auto& sheet : sheets)
         {
