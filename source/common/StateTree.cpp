@@ -70,7 +70,9 @@ void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValu
                                ? parameters.getRawParameterValue (id)->load()
                                : ranged->convertFrom0to1 (ranged->getDefaultValue());
 
-        root.appendChild ({ parameterType, { { parameterId, id }, { parameterValue, value } } }, nullptr);
+        root.appendChild (
+            { parameterType, { { parameterId, id }, { parameterValue, static_cast<double> (value) } } },
+            nullptr);
     }
 }
 

@@ -13,7 +13,8 @@ TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
       parameters (*this, nullptr),
       presetManager (*this, parameters, &toastManager, &onStateRestored),
       settings (Settings::getUsableFile(), Settings::getOptions()),
-      logger (TessarinLogger::getDefaultFile())
+      logger (TessarinLogger::getDefaultFile()),
+      liveTreeMarker (*this)
 {
 }
 
@@ -88,7 +89,12 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
 
     if (licenceManager.isStateFrozen())
     {
-        destData = lastRestoredState;
+        // juce::MemoryBlock would copy an empty block from a null pointer.
+        if (lastRestoredState.isEmpty())
+            destData.reset();
+        else
+            destData = lastRestoredState;
+
         return;
     }
 
@@ -97,11 +103,28 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
 
     beforeStateCapture (false, false);
 
-    parameters.state.setProperty (StateTree::presetPath, presetManager.getCurrentPreset().path, nullptr);
-    parameters.state.setProperty (StateTree::version, JucePlugin_VersionString, nullptr);
-    copyXmlToBinary (*parameters.copyState().createXml(), destData);
+    auto state = parameters.copyState();
+    markCaptured (state);
+    copyXmlToBinary (*state.createXml(), destData);
+
+    if (juce::MessageManager::existsAndIsCurrentThread())
+        markCaptured (parameters.state);
+    else
+        liveTreeMarker.triggerAsyncUpdate();
 
     afterStateCapture (false, false);
+}
+
+void TessarinProcessor::markCaptured (juce::ValueTree& state)
+{
+    state.setProperty (StateTree::presetPath, presetManager.getCurrentPreset().path, nullptr);
+    state.setProperty (StateTree::version, JucePlugin_VersionString, nullptr);
+}
+
+void TessarinProcessor::LiveTreeMarker::handleAsyncUpdate()
+{
+    const juce::ScopedLock scope (owner.stateLock);
+    owner.markCaptured (owner.parameters.state);
 }
 
 void TessarinProcessor::setStateInformation (const void* data, int sizeInBytes)
@@ -138,11 +161,12 @@ void TessarinProcessor::applyRestoredState (juce::ValueTree tree)
     if (onStateRestored)
         onStateRestored (tree);
 
-    parameters.replaceState (tree);
+    const auto path = tree[StateTree::presetPath].toString();
+    tree.removeProperty (StateTree::presetPath, nullptr);
+    liveTreeMarker.cancelPendingUpdate();
 
-    presetManager.selectByPath (
-        parameters.state.getProperty (StateTree::presetPath, juce::String()).toString());
-    parameters.state.removeProperty (StateTree::presetPath, nullptr);
+    parameters.replaceState (tree);
+    presetManager.selectByPath (path);
 
     afterStateRestore (false, false);
 }

@@ -131,7 +131,23 @@ protected:
     void removeParameterListeners();
 
 private:
+    /** Brings what a capture on another thread adds into the live tree. JUCE's timer writes parameters into that
+        tree on the message thread, and calls the same listeners, without `stateLock`. */
+    struct LiveTreeMarker final : juce::AsyncUpdater
+    {
+        explicit LiveTreeMarker (TessarinProcessor& processor) : owner (processor) {}
+
+        ~LiveTreeMarker() override { cancelPendingUpdate(); }
+
+        void handleAsyncUpdate() override;
+
+        TessarinProcessor& owner;
+    };
+
+    void markCaptured (juce::ValueTree& state);
     void applyRestoredState (juce::ValueTree tree);
+
+    LiveTreeMarker liveTreeMarker;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinProcessor)
 };

@@ -187,7 +187,7 @@ TEST (SignalChain, StaysStableWithACrossoverAboveHalfTheRate)
         const auto output = plugin.render (tone);
 
         ASSERT_TRUE (isFinite (output)) << crossover;
-        EXPECT_LT (signals::toDb (output.getMagnitude (0, 16000)), -15.0) << crossover;
+        EXPECT_LT (signals::toDb (static_cast<double> (output.getMagnitude (0, 16000))), -15.0) << crossover;
         EXPECT_GT (output.getMagnitude (15000, 1000), 0.05f) << crossover;
     }
 }

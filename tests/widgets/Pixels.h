@@ -9,7 +9,7 @@
 /** What the tests of drawn widgets read from a picture. */
 namespace pixels
 {
-inline const juce::Colour black = juce::Colours::black;
+inline const juce::Colour black { 0xff000000 };
 
 /** Where the colours down a column or along a row begin, and which they are. */
 using Runs = std::vector<std::pair<int, juce::uint32>>;

@@ -233,6 +233,9 @@ void AudioFileWriter::encode (float sample)
 
 void AudioFileWriter::write (const juce::AudioBuffer<float>& frames, int numFrames)
 {
+    if (numFrames == 0)
+        return;
+
     encoded.clear();
 
     for (auto frame = 0; frame < numFrames; ++frame)
