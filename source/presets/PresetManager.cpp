@@ -5,7 +5,7 @@
 #include "common/ConfigFolder.h"
 #include "common/StateTree.h"
 #include "core/TessarinProcessor.h"
-#include "presets/PresetTree.h"
+#include "presets/PresetFiles.h"
 #include "widgets/ToastManager.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
@@ -38,12 +38,12 @@ void PresetManager::loadPresets()
 
     presetTree = juce::ValueTree ("presets");
     presetTree.appendChild (
-        PresetTree::scanFolder (factoryFolder, "Factory", stateTag, true, hasFactoryPresets), nullptr);
-    presetTree.appendChild (PresetTree::scanFolder (userFolder, "User", stateTag, false, foundUserFile),
+        PresetFiles::scanFolder (factoryFolder, "Factory", stateTag, true, hasFactoryPresets), nullptr);
+    presetTree.appendChild (PresetFiles::scanFolder (userFolder, "User", stateTag, false, foundUserFile),
                             nullptr);
 
     juce::Array<Preset> list;
-    PresetTree::appendToList (presetTree, list);
+    PresetFiles::appendToList (presetTree, list);
 
     const juce::ScopedLock scope (lock);
     presets.swapWith (list);
@@ -129,9 +129,9 @@ juce::String PresetManager::makePresetText (const juce::String& description, con
 
     const auto xml = state.createXml();
     xml->removeAttribute (StateTree::presetPath);
-    xml->setAttribute (PresetTree::author, author);
-    xml->setAttribute (PresetTree::description, description);
-    xml->setAttribute (PresetTree::categories, categories);
+    xml->setAttribute (PresetFiles::author, author);
+    xml->setAttribute (PresetFiles::description, description);
+    xml->setAttribute (PresetFiles::categories, categories);
 
     constexpr size_t initialSize = 2048;
     juce::MemoryOutputStream text (initialSize);
@@ -145,10 +145,10 @@ void PresetManager::promptUserToSave (juce::String name, juce::String descriptio
     const auto text = makePresetText (description, categories, author);
 
     // The dialog adds no extension by itself, and its warning must be about the file that will be written.
-    const auto initialFile = userFolder.getChildFile (name + PresetTree::fileExtension);
+    const auto initialFile = userFolder.getChildFile (name + PresetFiles::fileExtension);
 
     fileChooser = std::make_unique<juce::FileChooser> ("Choose the location to save...", initialFile,
-                                                       juce::String ("*") + PresetTree::fileExtension);
+                                                       juce::String ("*") + PresetFiles::fileExtension);
 
     fileChooser->launchAsync (
         juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
@@ -161,10 +161,10 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     if (chosen == juce::File())
         return;
 
-    const auto addsExtension = ! chosen.getFileName().endsWith (PresetTree::fileExtension);
+    const auto addsExtension = ! chosen.getFileName().endsWith (PresetFiles::fileExtension);
 
     if (addsExtension)
-        chosen = chosen.getSiblingFile (chosen.getFileName() + PresetTree::fileExtension);
+        chosen = chosen.getSiblingFile (chosen.getFileName() + PresetFiles::fileExtension);
 
     // The dialog has warned about the name as it was typed, not about this one.
     const auto wouldReplaceUnasked = addsExtension && chosen.exists();

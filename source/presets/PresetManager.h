@@ -63,7 +63,7 @@ public:
     /** For a program number of the host; empty, and an error toast, if there is no such preset. */
     [[nodiscard]] juce::String getProgramName (int index);
 
-    /** The folders' tree: see `PresetTree`. */
+    /** The folders' tree: see `PresetFiles`. */
     [[nodiscard]] const juce::ValueTree& getPresetTree() const { return presetTree; }
 
     [[nodiscard]] juce::Array<Preset> getPresets() const;

@@ -21,6 +21,12 @@ juce::File getUsableFile()
     return file;
 }
 
+void reload (juce::PropertiesFile& settings)
+{
+    if (! settings.needsToBeSaved() && getUsableFile().existsAsFile())
+        settings.reload();
+}
+
 juce::PropertiesFile::Options getOptions()
 {
     juce::PropertiesFile::Options options;

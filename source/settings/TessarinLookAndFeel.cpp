@@ -189,13 +189,13 @@ void TessarinLookAndFeel::drawPopupMenuSectionHeader (juce::Graphics& g, const j
     g.drawText (sectionName, area.reduced (10, 0), juce::Justification::centredLeft, true);
 }
 
-SharedLookAndFeel::SharedLookAndFeel()
+DLAF::DLAF()
 {
     juce::LookAndFeel::setDefaultLookAndFeel (&lookAndFeel);
     juce::Typeface::clearTypefaceCache();
 }
 
-SharedLookAndFeel::~SharedLookAndFeel()
+DLAF::~DLAF()
 {
     juce::LookAndFeel::setDefaultLookAndFeel (nullptr);
     juce::Typeface::clearTypefaceCache();

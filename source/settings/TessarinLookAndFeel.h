@@ -47,17 +47,17 @@ private:
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinLookAndFeel)
 };
 
-/** Holds the one look and feel that all editors of a process share. It is also JUCE's default one while it
-    lives, since JUCE asks only that for typefaces. */
-struct SharedLookAndFeel
+/** The default look and feel: holds the one object that all editors of a process share. It is JUCE's default
+    while it lives, since JUCE asks only that for typefaces. */
+struct DLAF
 {
-    SharedLookAndFeel();
-    ~SharedLookAndFeel();
+    DLAF();
+    ~DLAF();
 
     TessarinLookAndFeel lookAndFeel;
 
 private:
-    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (SharedLookAndFeel)
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (DLAF)
 };
 
 } // namespace tessarin

@@ -22,7 +22,7 @@ namespace
 class Controls : public testing::Test
 {
 protected:
-    tessarin::SharedLookAndFeel shared;
+    tessarin::DLAF shared;
     OrvoAudioProcessor processor;
 
     Colour colour (int id) { return shared.lookAndFeel.findColour (id); }

@@ -41,7 +41,7 @@ int roundToInt (double value)
 class Graphs : public testing::Test
 {
 protected:
-    tessarin::SharedLookAndFeel shared;
+    tessarin::DLAF shared;
     const Colour text = shared.lookAndFeel.findColour (ColourIds::textColourId);
     const Colour primary = shared.lookAndFeel.findColour (ColourIds::primaryColourId);
     const Colour ground = shared.lookAndFeel.findColour (ColourIds::backgroundColourId);

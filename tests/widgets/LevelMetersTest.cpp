@@ -59,7 +59,7 @@ protected:
         channelToSet.maxRmsSum = static_cast<float> (rms * rms * channelToSet.rmsSamples);
     }
 
-    tessarin::SharedLookAndFeel shared;
+    tessarin::DLAF shared;
     InputOutputLevelProcessor processor;
     LevelChannel& channel = processor.input.left;
     LevelMeter meter { &channel };

@@ -63,7 +63,7 @@ struct BusyWindow : public juce::Component
 
 TEST (RealWindow, ClosesAtAnyMomentWhileAudioAndAutomationGoOn)
 {
-    tessarin::SharedLookAndFeel shared;
+    tessarin::DLAF shared;
     OrvoAudioProcessor processor;
     processor.setPlayConfigDetails (2, 2, 48000.0, 256);
     processor.prepareToPlay (48000.0, 256);

@@ -2,7 +2,7 @@
 
 #include "common/AtomicFile.h"
 #include "core/OrvoAudioProcessor.h"
-#include "presets/PresetTree.h"
+#include "presets/PresetFiles.h"
 
 namespace factoryBank
 {
@@ -23,7 +23,7 @@ juce::Result writePreset (OrvoAudioProcessor& processor, const Entry& entry, con
     if (! apply (entry, processor))
         return juce::Result::fail ("unknown parameter in preset " + entry.name);
 
-    return write (folder.getChildFile (entry.name + tessarin::PresetTree::fileExtension),
+    return write (folder.getChildFile (entry.name + tessarin::PresetFiles::fileExtension),
                   processor.presetManager.makePresetText (entry.description, entry.categories, author));
 }
 } // namespace

@@ -39,7 +39,7 @@ bool writePng (const juce::Image& image, const juce::File& file)
 
 bool drawGallery (const juce::File& folder)
 {
-    tessarin::SharedLookAndFeel shared;
+    tessarin::DLAF shared;
 
     for (const auto& theme : tessarin::ThemeResolver::getEmbeddedThemeNames())
     {

@@ -1,11 +1,11 @@
 #include "PresetListing.h"
 
 #include "common/ConfigFolder.h"
-#include "presets/PresetTree.h"
+#include "presets/PresetFiles.h"
 
 namespace
 {
-namespace PresetTree = tessarin::PresetTree;
+namespace PresetFiles = tessarin::PresetFiles;
 
 void append (const juce::ValueTree& node, const juce::String& folder, juce::Array<ListedPreset>& list)
 {
@@ -14,11 +14,11 @@ void append (const juce::ValueTree& node, const juce::String& folder, juce::Arra
         const auto text = [&] (const juce::Identifier& property)
         { return child.getProperty (property).toString(); };
 
-        if (child.hasType (PresetTree::presetType))
-            list.add ({ text (PresetTree::name), folder, text (PresetTree::author),
-                        text (PresetTree::categories), text (PresetTree::description) });
+        if (child.hasType (PresetFiles::presetType))
+            list.add ({ text (PresetFiles::name), folder, text (PresetFiles::author),
+                        text (PresetFiles::categories), text (PresetFiles::description) });
         else
-            append (child, folder + "/" + text (PresetTree::folderName), list);
+            append (child, folder + "/" + text (PresetFiles::folderName), list);
     }
 }
 } // namespace
@@ -30,8 +30,8 @@ juce::Array<ListedPreset> listPresets()
     auto foundFile = false;
 
     for (const juce::String folder : { "Factory", "User" })
-        append (PresetTree::scanFolder (presets.getChildFile (folder), folder, "orvo", folder == "Factory",
-                                        foundFile),
+        append (PresetFiles::scanFolder (presets.getChildFile (folder), folder, "orvo", folder == "Factory",
+                                         foundFile),
                 folder, list);
 
     return list;

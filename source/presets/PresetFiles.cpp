@@ -1,8 +1,8 @@
-#include "PresetTree.h"
+#include "PresetFiles.h"
 
 #include "common/CheckedXml.h"
 
-namespace tessarin::PresetTree
+namespace tessarin::PresetFiles
 {
 
 namespace
@@ -163,4 +163,4 @@ juce::StringArray splitCategories (const juce::String& text)
     return entries;
 }
 
-} // namespace tessarin::PresetTree
+} // namespace tessarin::PresetFiles

@@ -5,7 +5,7 @@
 #include <juce_data_structures/juce_data_structures.h>
 
 /** The presets on disk as a tree of folders, and as the flat list in the tree's order. */
-namespace tessarin::PresetTree
+namespace tessarin::PresetFiles
 {
 inline constexpr auto fileExtension = ".tpre";
 inline constexpr auto initialPatchName = "Initial Patch";
@@ -38,4 +38,4 @@ void appendToList (juce::ValueTree node, juce::Array<Preset>& list);
 /** Splits at "," and trims and sorts the entries. */
 [[nodiscard]] juce::StringArray splitCategories (const juce::String& text);
 
-} // namespace tessarin::PresetTree
+} // namespace tessarin::PresetFiles

@@ -1,0 +1,173 @@
+#include "TessarinEditor.h"
+
+#include "common/ColourIds.h"
+#include "settings/Settings.h"
+
+namespace tessarin
+{
+
+namespace
+{
+constexpr auto topBarHeight = 38;
+constexpr auto tooltipBarHeight = 30;
+
+/** Before any child is made, since children read their colours when they are. */
+juce::SharedResourcePointer<DLAF> withTheme (const juce::PropertiesFile& settings)
+{
+    juce::SharedResourcePointer<DLAF> shared;
+    shared->lookAndFeel.setTheme (settings.getValue (Settings::themeKey, Settings::defaultTheme));
+    return shared;
+}
+} // namespace
+
+TessarinEditor::TessarinEditor (TessarinProcessor& owner)
+    : AudioProcessorEditor (owner),
+      lookAndFeel (withTheme (owner.settings)),
+      processor (owner),
+      parameters (owner.parameters),
+      licenceDialog (owner.licenceManager),
+      savePresetModal (owner.presetManager, owner.licenceManager, owner.toastManager),
+      settingsModal (owner.settings, owner.toastManager),
+      toastManager (&owner.toastManager),
+      topBar (*this),
+      presetBrowser (owner.presetManager)
+{
+    setLookAndFeel (&lookAndFeel->lookAndFeel);
+    setOpaque (true);
+    applyScale();
+
+    processor.settings.addChangeListener (this);
+    processor.licenceManager.addChangeListener (this);
+    processor.presetManager.addListener (this);
+
+    {
+        // Hosts restore state on any thread, which calls the tree's listeners.
+        const juce::ScopedLock scope (processor.stateLock);
+        parameters.state.addListener (this);
+    }
+
+    addChildren();
+    showLicence();
+}
+
+TessarinEditor::~TessarinEditor()
+{
+    {
+        const juce::ScopedLock scope (processor.stateLock);
+        parameters.state.removeListener (this);
+    }
+
+    processor.presetManager.removeListener (this);
+    processor.licenceManager.removeChangeListener (this);
+    processor.settings.removeChangeListener (this);
+    setLookAndFeel (nullptr);
+}
+
+void TessarinEditor::addChildren()
+{
+    addAndMakeVisible (topBar);
+    addAndMakeVisible (tooltipPanel);
+    tooltipPanel.hideStatusWhenTooltipShown = true;
+
+    for (auto* hidden : std::initializer_list<juce::Component*> {
+             &licenceOverlay, &licenceNotice, &presetBrowser, toastManager, &settingsModal, &savePresetModal,
+             &licenceDialog })
+        addChildComponent (*hidden);
+}
+
+void TessarinEditor::paint (juce::Graphics& g)
+{
+    g.fillAll (findColour (luna::ColourIds::backgroundColourId));
+    paintContent (g);
+}
+
+juce::Rectangle<int> TessarinEditor::getContentArea() const
+{
+    return getLocalBounds().withTrimmedTop (topBarHeight).withTrimmedBottom (tooltipBarHeight);
+}
+
+void TessarinEditor::resized()
+{
+    topBar.setBounds (0, 0, getWidth(), topBarHeight);
+    tooltipPanel.setBounds (0, getHeight() - tooltipBarHeight, getWidth(), tooltipBarHeight);
+    updateLayout();
+
+    for (auto* overlay : std::initializer_list<juce::Component*> {
+             toastManager, &settingsModal, &savePresetModal, &licenceDialog, &licenceOverlay })
+        overlay->setBounds (getLocalBounds());
+
+    presetBrowser.setBounds (getContentArea());
+    raiseOverlays();
+}
+
+/** The product's content comes later than the frame's children, and would cover them. */
+void TessarinEditor::raiseOverlays()
+{
+    for (auto* overlay : std::initializer_list<juce::Component*> {
+             &presetBrowser, toastManager, &settingsModal, &savePresetModal, &licenceDialog })
+        overlay->toFront (false);
+}
+
+void TessarinEditor::setPresetBrowserVisible (bool shouldBeVisible)
+{
+    presetBrowser.setVisible (shouldBeVisible);
+    raiseOverlays();
+}
+
+void TessarinEditor::setScaleFactor (float newScale)
+{
+    if (newScale > 0.0f)
+        hostScale = newScale;
+
+    applyScale();
+}
+
+void TessarinEditor::applyScale()
+{
+    const auto userScale = processor.settings.getDoubleValue (Settings::scaleKey, Settings::defaultScale);
+
+    // The base class keeps the transform as the host's, so it gets the product.
+    AudioProcessorEditor::setScaleFactor (static_cast<float> (static_cast<double> (hostScale) * userScale));
+}
+
+void TessarinEditor::loadTheme()
+{
+    lookAndFeel->lookAndFeel.setTheme (
+        processor.settings.getValue (Settings::themeKey, Settings::defaultTheme));
+    sendLookAndFeelChange();
+    repaint();
+}
+
+void TessarinEditor::presetSaved (Preset)
+{
+    savePresetModal.setVisible (false);
+}
+
+void TessarinEditor::valueTreeRedirected (juce::ValueTree& tree)
+{
+    stateReloaded (tree);
+}
+
+void TessarinEditor::changeListenerCallback (juce::ChangeBroadcaster* source)
+{
+    if (source == &processor.licenceManager)
+    {
+        showLicence();
+        return;
+    }
+
+    if (source != &processor.settings)
+        return;
+
+    Settings::reload (processor.settings);
+    applyScale();
+    loadTheme();
+}
+
+void TessarinEditor::showLicence()
+{
+    tooltipPanel.statusLabel.setText (processor.licenceManager.getStatusText(), juce::dontSendNotification);
+    licenceDialog.refresh();
+}
+
+} // namespace tessarin

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "core/TessarinProcessor.h"
+#include "editor/LicenceDialog.h"
+#include "editor/TopBar.h"
+#include "presets/PresetBrowser.h"
+#include "presets/SavePresetModal.h"
+#include "settings/SettingsModal.h"
+#include "settings/TessarinLookAndFeel.h"
+#include "widgets/TooltipPanel.h"
+
+namespace tessarin
+{
+
+/** The frame of the maker's editors: top bar, tooltip strip, dialogs, preset browser, theme and scale. The
+    product derives from it and fills the area between the bars.
+
+    The user's scale and the host's multiply in the transform; the layout knows neither. Message thread, but
+    for `valueTreeRedirected`, which any thread may call and which only posts.
+*/
+class TessarinEditor : public juce::AudioProcessorEditor,
+                       public juce::ChangeListener,
+                       public PresetManager::Listener,
+                       public juce::ValueTree::Listener
+{
+public:
+    explicit TessarinEditor (TessarinProcessor& processor);
+    ~TessarinEditor() override;
+
+    void paint (juce::Graphics&) override;
+    void resized() override;
+
+    /** A factor that is not above 0 keeps the host's last one. */
+    void setScaleFactor (float newScale) override;
+
+    /** Places the product's content between the bars. */
+    virtual void updateLayout() = 0;
+
+    /** Called at the end of `paint`. */
+    virtual void paintContent (juce::Graphics&) {}
+
+    /** The tree of the parameters was replaced. Any thread. */
+    virtual void stateReloaded (juce::ValueTree& newState) = 0;
+
+    void presetSaved (Preset) override;
+
+    void presetLoaded (Preset) override {}
+
+    void valueTreeRedirected (juce::ValueTree& tree) override;
+    void changeListenerCallback (juce::ChangeBroadcaster* source) override;
+
+    /** From the settings. All editors of the process share the theme; this one is told at once. */
+    void loadTheme();
+
+    void setPresetBrowserVisible (bool shouldBeVisible);
+
+    /** What lies between the bars. */
+    [[nodiscard]] juce::Rectangle<int> getContentArea() const;
+
+    juce::SharedResourcePointer<DLAF> lookAndFeel;
+    TessarinProcessor& processor;
+    juce::AudioProcessorValueTreeState& parameters;
+
+    LicenceDialog licenceDialog;
+    SavePresetModal savePresetModal;
+    SettingsModal settingsModal;
+
+    /** The processor's, so that a message can wait for an editor. */
+    ToastManager* toastManager;
+
+    TopBar topBar;
+    float hostScale = 1.0f;
+    luna::TooltipPanel tooltipPanel;
+
+    /** Hidden unless licensing shows them. */
+    juce::Component licenceOverlay, licenceNotice;
+
+    PresetBrowser presetBrowser;
+
+private:
+    void addChildren();
+    void applyScale();
+    void showLicence();
+    void raiseOverlays();
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinEditor)
+};
+
+} // namespace tessarin
