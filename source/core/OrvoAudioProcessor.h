@@ -44,6 +44,9 @@ public:
 
     juce::AudioProcessorEditor* createEditor() override;
 
+    /** Starts maximum peaks and loudness anew, and publishes that at once, since no block may come. Any thread. */
+    void resetMeasurements();
+
     MultiModeClipper lowBandClipper, midBandClipper, highBandClipper;
     MultiModeClipper midChannelClipper, sideChannelClipper;
     MultiModeClipper leftChannelClipper, rightChannelClipper;
@@ -111,7 +114,6 @@ private:
     void applyChange (ParameterAddress, float newValue);
     void applyCrossovers();
     void updateCeiling();
-    void resetMeasurements();
 
     void processLocked (juce::AudioBuffer<float>& buffer);
     void processPart (juce::AudioBuffer<float>& buffer);

@@ -212,6 +212,10 @@ void OrvoAudioProcessor::resetMeasurements()
     levels.resetMaxima();
     inputLoudnessMeter.reset();
     outputLoudnessMeter.reset();
+
+    inputLoudness = inputLoudnessMeter.getData();
+    outputLoudness = outputLoudnessMeter.getData();
+    publish();
 }
 
 //======================================================================================================================

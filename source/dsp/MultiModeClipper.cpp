@@ -78,8 +78,17 @@ void MultiModeClipper::setMode (int id)
 
     applyCurrentMode();
 
+    const juce::ScopedLock scope (modeChangeLock);
+
     if (onModeChange)
         onModeChange();
+}
+
+void MultiModeClipper::setModeChangeHandler (std::function<void()> handler)
+{
+    // What is replaced dies with the argument, after the lock is released.
+    const juce::ScopedLock scope (modeChangeLock);
+    onModeChange.swap (handler);
 }
 
 void MultiModeClipper::addMode (luna::Saturator& saturator, const char* name, const char* shapeLabel,

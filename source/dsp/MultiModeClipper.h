@@ -52,11 +52,12 @@ public:
 
     void prepareEffect (const juce::dsp::ProcessSpec& spec) override;
 
-    /** Selects a mode; an unknown id leaves the present one. Calls `onModeChange` on this thread. */
+    /** Selects a mode; an unknown id leaves the present one. Calls the mode change handler on this thread. */
     void setMode (int id);
 
-    /** Runs with the processor's lock held on whichever thread changed the mode: it may only post. */
-    std::function<void()> onModeChange;
+    /** Sets what runs after every change of mode, or nothing. Any thread. It runs on whichever thread changed the
+        mode, with the processor's lock and a small one of its own held: it may only post. */
+    void setModeChangeHandler (std::function<void()> handler);
 
     luna::Saturator* current = nullptr;
 
@@ -84,6 +85,10 @@ private:
     void applyCurrentMode();
 
     static void pushParameter (luna::Saturator&, float value, int index);
+
+    /** An editor comes and goes while the audio thread changes modes. */
+    std::function<void()> onModeChange;
+    juce::CriticalSection modeChangeLock;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MultiModeClipper)
 };

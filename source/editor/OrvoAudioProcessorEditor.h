@@ -1,17 +1,59 @@
 #pragma once
 
 #include "core/OrvoAudioProcessor.h"
+#include "editor/InputPanel.h"
+#include "editor/MultiModeClipperEditor.h"
+#include "editor/OutputPanel.h"
+#include "editor/TessarinEditor.h"
+#include "editor/ThreeBandSplitterEditor.h"
+#include "widgets/WaveformGraph.h"
 
-/** The plug-in's window. For now it lists all parameters with plain sliders. */
-class OrvoAudioProcessorEditor final : public juce::AudioProcessorEditor
+#include <vector>
+
+/** The product's window. The panels of all layouts exist at all times; a change of layout only shows and places
+    them.
+
+    Message thread, but for `parameterChanged` and `stateReloaded`, which any thread may call and which only post.
+*/
+class OrvoAudioProcessorEditor final : public tessarin::TessarinEditor,
+                                       public juce::AudioProcessorValueTreeState::Listener
 {
 public:
+    /** Opens at the size that it had last, which the processor keeps. */
     explicit OrvoAudioProcessorEditor (OrvoAudioProcessor&);
+    ~OrvoAudioProcessorEditor() override;
 
-    void resized() override;
+    void updateLayout() override;
+    void stateReloaded (juce::ValueTree&) override;
+    void parameterChanged (const juce::String&, float) override;
+
+    OrvoAudioProcessor& audioProcessor;
+
+    luna::WaveformGraph waveformGraph;
+    ThreeBandSplitterEditor bandEditor;
+    MultiModeClipperEditor lowBandEditor, midBandEditor, highBandEditor;
+    MultiModeClipperEditor midChannelEditor, sideChannelEditor;
+    MultiModeClipperEditor leftChannelEditor, rightChannelEditor;
+    MultiModeClipperEditor singleEditor;
+    MultiModeClipperEditor postEditor;
+    InputPanel inputPanel;
+    OutputPanel outputPanel;
 
 private:
-    juce::GenericAudioProcessorEditor controls;
+    using Panels = std::vector<MultiModeClipperEditor*>;
+
+    void addPanels();
+    void addContent();
+
+    [[nodiscard]] Panels getPanels();
+    [[nodiscard]] Panels getPanelsOf (int layout);
+    [[nodiscard]] int getChoice (const char* parameterId) const;
+
+    void enableContent (bool shouldBeEnabled);
+    void placeContent (const Panels& shown, bool showsBands);
+
+    /** Made on the message thread, for posts from other threads. */
+    const SafePointer<OrvoAudioProcessorEditor> safeThis { this };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (OrvoAudioProcessorEditor)
 };

@@ -92,11 +92,12 @@ TEST (SignalChainThreads, ParameterChangesHoldTheProcessLock)
     auto calls = 0;
     auto wasFree = true;
 
-    plugin.processor.singleClipper.onModeChange = [&]
-    {
+    plugin.processor.singleClipper.setModeChangeHandler (
+        [&]
+        {
         ++calls;
         std::thread ([&] { wasFree = plugin.processor.processLock.tryEnter(); }).join();
-    };
+    });
 
     plugin.set ("mode_single", 3.0);
     EXPECT_EQ (calls, 1);

@@ -43,7 +43,7 @@ TEST (MultiModeClipper, TellsOfEachModeChangeAndKeepsItsModeForAnUnknownOne)
 {
     MultiModeClipper section;
     std::vector<int> told;
-    section.onModeChange = [&] { told.push_back (section.currentModeId); };
+    section.setModeChangeHandler ([&] { told.push_back (section.currentModeId); });
 
     for (auto id : { 3, 99, -1, 3, 0 })
         section.setMode (id);

@@ -1,0 +1,208 @@
+#include "MultiModeClipperEditor.h"
+
+#include "common/FontHeights.h"
+#include "common/ParameterIds.h"
+#include "common/Rounding.h"
+#include "common/StateTree.h"
+
+#include <LunaBinary.h>
+
+namespace
+{
+juce::Identifier getGraphModeOf (const juce::String& sectionId)
+{
+    return "clipper_" + sectionId;
+}
+} // namespace
+
+MultiModeClipperEditor::MultiModeClipperEditor (MultiModeClipper* clipperToEdit, juce::String id,
+                                                juce::AudioProcessorValueTreeState& stateToUse,
+                                                juce::CriticalSection& stateLockToUse)
+    : thresholdSlider ("Threshold", ParameterIds::thresholdPrefix + id, stateToUse),
+      shapeSlider ("Shape", ParameterIds::shapePrefix + id, stateToUse),
+      makeupSlider ("Makeup", ParameterIds::gainPrefix + id, stateToUse),
+      enableButton (LunaBinary::poweroff_svg, static_cast<size_t> (LunaBinary::poweroff_svgSize)),
+      linkButton (LunaBinary::link_svg, static_cast<size_t> (LunaBinary::link_svgSize)),
+      clipper (clipperToEdit),
+      currentSaturator (clipper->current),
+      sectionId (std::move (id)),
+      state (&stateToUse),
+      stateLock (stateLockToUse)
+{
+    setUpGraph();
+    addChildren();
+    setUpModeBox();
+    setUpButton (enableButton, enableAttachment, ParameterIds::enablePrefix + sectionId);
+    setUpButton (linkButton, linkAttachment, ParameterIds::linkPrefix + sectionId);
+    setTooltips();
+
+    // The safe pointer is made here, since the section may call on the audio thread.
+    clipper->setModeChangeHandler (
+        [panel = SafePointer (this)]
+        {
+        juce::MessageManager::callAsync (
+            [panel]
+            {
+            if (panel != nullptr)
+                panel->modeChanged();
+        });
+    });
+
+    updateShape();
+    updateEnablement();
+}
+
+MultiModeClipperEditor::~MultiModeClipperEditor()
+{
+    clipper->setModeChangeHandler ({});
+}
+
+void MultiModeClipperEditor::setUpGraph()
+{
+    graph.saturator = currentSaturator;
+    graph.onViewModeChange = [this] (auto mode) { saveViewMode (mode); };
+    graph.menuEnabled = true;
+    graph.startTimer (33);
+    loadViewMode();
+}
+
+void MultiModeClipperEditor::addChildren()
+{
+    for (auto* child :
+         std::initializer_list<juce::Component*> { &graph, &thresholdSlider, &shapeSlider, &makeupSlider,
+                                                   &modeBox, &modeLabel, &enableButton, &linkButton })
+        addAndMakeVisible (*child);
+
+    for (auto* buffered : std::initializer_list<juce::Component*> { &modeLabel, &enableButton, &linkButton })
+        buffered->setBufferedToImage (true);
+
+    modeLabel.setText ("Mode", juce::dontSendNotification);
+    modeLabel.setFont (juce::FontOptions (luna::FontHeights::control));
+
+    modeBox.setTitle ("Mode");
+    enableButton.setTitle ("Enable");
+    linkButton.setTitle ("Link");
+}
+
+void MultiModeClipperEditor::setTooltips()
+{
+    graph.background.setTooltip (
+        "Clipper Shape: Preview the shape and current level. Right click for more options");
+    thresholdSlider.setTooltip ("Threshold: Values above this will be clipped");
+    shapeSlider.setTooltip ("Shape: The shape of the clipper");
+    makeupSlider.setTooltip ("Makeup: Gain to apply to the output of the clipper");
+    modeBox.setTooltip ("Mode: Set the clipper mode");
+    modeLabel.setTooltip ("Clipper Mode: Select a clipper mode");
+    enableButton.setTooltip ("Enable: Enable the clipper section");
+    linkButton.setTooltip ("Link: Boost makeup gain to compensation for the threshold");
+}
+
+void MultiModeClipperEditor::setUpModeBox()
+{
+    const auto parameterId = ParameterIds::modePrefix + sectionId;
+
+    if (auto* parameter = state->getParameter (parameterId))
+        modeAttachment =
+            std::make_unique<juce::ComboBoxParameterAttachment> (*parameter, modeBox, state->undoManager);
+
+    juce::PopupMenu menu;
+    const auto addGroup = [&] (const char* title, int group)
+    {
+        menu.addSectionHeader (title);
+
+        for (const auto& mode : clipper->modes)
+            if (mode.group == group)
+                menu.addItem (mode.id + 1, mode.name);
+    };
+
+    addGroup ("Clippers", 0);
+    menu.addSeparator();
+    addGroup ("Enhancers", 2);
+    *modeBox.getRootMenu() = menu;
+
+    // The attachment came before the items, and found none to select.
+    modeBox.setSelectedId (roundToChoice (state->getRawParameterValue (parameterId)->load()) + 1,
+                           juce::sendNotificationAsync);
+}
+
+void MultiModeClipperEditor::setUpButton (luna::IconButton& button,
+                                          std::unique_ptr<juce::ButtonParameterAttachment>& attachment,
+                                          const juce::String& parameterId)
+{
+    if (auto* parameter = state->getParameter (parameterId))
+        attachment =
+            std::make_unique<juce::ButtonParameterAttachment> (*parameter, button, state->undoManager);
+
+    button.setToggleState (isOn (parameterId), juce::dontSendNotification);
+    button.setClickingTogglesState (true);
+    button.onClick = [this] { updateEnablement(); };
+}
+
+bool MultiModeClipperEditor::isOn (const juce::String& parameterId) const
+{
+    return roundToSwitch (state->getRawParameterValue (parameterId)->load());
+}
+
+void MultiModeClipperEditor::loadViewMode()
+{
+    const juce::ScopedLock scope (stateLock);
+    const int mode = state->state.getChildWithName (tessarin::StateTree::graphModes)
+                         .getProperty (getGraphModeOf (sectionId), 0);
+
+    graph.setViewMode (mode == 1 ? luna::SaturatorGraph::ViewMode::amplitude
+                                 : luna::SaturatorGraph::ViewMode::decibels);
+}
+
+void MultiModeClipperEditor::saveViewMode (luna::SaturatorGraph::ViewMode mode)
+{
+    const juce::ScopedLock scope (stateLock);
+    auto modes = state->state.getChildWithName (tessarin::StateTree::graphModes);
+
+    if (modes.isValid())
+        modes.setProperty (getGraphModeOf (sectionId), static_cast<int> (mode), nullptr);
+}
+
+void MultiModeClipperEditor::modeChanged()
+{
+    currentSaturator = clipper->current;
+    updateShape();
+}
+
+juce::String MultiModeClipperEditor::getShapeLabel() const
+{
+    const auto index = clipper->currentModeId;
+    return juce::isPositiveAndBelow (index, clipper->modes.size()) ? clipper->modes[index].shapeLabel
+                                                                   : juce::String ("Shape");
+}
+
+void MultiModeClipperEditor::updateShape()
+{
+    graph.saturator = currentSaturator;
+
+    shapeSlider.nameLabel.setText (getShapeLabel(), juce::dontSendNotification);
+    shapeSlider.nameLabel.repaint();
+    shapeSlider.slider.setTitle (getShapeLabel());
+
+    const auto* current = clipper->current;
+    shapeSlider.setVisible (current != &clipper->hardClipper && current != &clipper->dough);
+}
+
+void MultiModeClipperEditor::updateEnablement()
+{
+    // The attachment has passed the click on, so the section tells the truth here.
+    const auto isEnabledNow = clipper->enabled;
+
+    for (auto* child : std::initializer_list<juce::Component*> { &thresholdSlider, &shapeSlider, &graph,
+                                                                 &modeBox, &modeLabel })
+        child->setEnabled (isEnabledNow);
+
+    makeupSlider.setEnabled (isEnabledNow && ! isOn (ParameterIds::linkPrefix + sectionId));
+}
+
+void MultiModeClipperEditor::lookAndFeelChanged()
+{
+    Panel::lookAndFeelChanged();
+
+    for (auto* child : getChildren())
+        copyAllExplicitColoursTo (*child);
+}

@@ -1,0 +1,407 @@
+#include "ThreeBandSplitterEditor.h"
+
+#include "common/ColourIds.h"
+#include "common/FontHeights.h"
+#include "common/ParameterIds.h"
+#include "common/Rounding.h"
+#include "widgets/IconButton.h"
+
+#include <LunaBinary.h>
+
+#include <cmath>
+#include <utility>
+
+namespace
+{
+constexpr auto noSolo = 3;
+constexpr auto handleWidth = 20;
+constexpr auto buttonSize = 20;
+
+const std::array<juce::String, 3> bandIds { "low_band", "mid_band", "high_band" };
+
+void setInOneGesture (juce::RangedAudioParameter& parameter, float normalisedValue)
+{
+    parameter.beginChangeGesture();
+    parameter.setValueNotifyingHost (normalisedValue);
+    parameter.endChangeGesture();
+}
+
+void toggle (juce::RangedAudioParameter* parameter)
+{
+    if (parameter != nullptr)
+        setInOneGesture (*parameter, roundToSwitch (parameter->getValue()) ? 0.0f : 1.0f);
+}
+
+int getSoloBand (const juce::RangedAudioParameter* parameter)
+{
+    return parameter != nullptr ? roundToChoice (parameter->convertFrom0to1 (parameter->getValue())) : noSolo;
+}
+
+/** Another band's solo moves here in one step. */
+void toggleSolo (const ThreeBandSplitterEditor::Band& band)
+{
+    if (auto* parameter = band.soloParameter)
+        setInOneGesture (*parameter, parameter->convertTo0to1 (static_cast<float> (
+                                         getSoloBand (parameter) == band.index ? noSolo : band.index)));
+}
+
+bool isOn (const juce::RangedAudioParameter* parameter)
+{
+    return parameter != nullptr && roundToSwitch (parameter->getValue());
+}
+
+std::unique_ptr<juce::Drawable> makePowerIcon (juce::Colour colour)
+{
+    auto icon = juce::Drawable::createFromImageData (LunaBinary::poweroff_svg,
+                                                     static_cast<size_t> (LunaBinary::poweroff_svgSize));
+    luna::recolourBlack (*icon, colour);
+    return icon;
+}
+} // namespace
+
+ThreeBandSplitterEditor::ThreeBandSplitterEditor (const SpectrumData& spectrum,
+                                                  juce::AudioProcessorValueTreeState& stateToUse,
+                                                  juce::String lowId, juce::String highId)
+    : SpectrumAnalyser (spectrum),
+      state (&stateToUse),
+      lowCrossoverId (std::move (lowId)),
+      highCrossoverId (std::move (highId))
+{
+    minimumDecibels = -100;
+    layers = spectrumLayer | frequencyLabelLayer;
+    fillAlpha = 0.1f;
+    setTitle ("Bands");
+
+    for (const auto& id : { lowCrossoverId, highCrossoverId, juce::String (ParameterIds::soloBand) })
+        state->addParameterListener (id, this);
+
+    for (size_t i = 0; i < bands.size(); ++i)
+    {
+        bands[i].index = static_cast<int> (i);
+        bands[i].muteParameter = state->getParameter (ParameterIds::mutePrefix + bandIds[i]);
+        bands[i].soloParameter = state->getParameter (ParameterIds::soloBand);
+        bands[i].enableParameter = state->getParameter (ParameterIds::enablePrefix + bandIds[i]);
+
+        state->addParameterListener (ParameterIds::enablePrefix + bandIds[i], this);
+        state->addParameterListener (ParameterIds::mutePrefix + bandIds[i], this);
+    }
+
+    readBandColours();
+}
+
+ThreeBandSplitterEditor::~ThreeBandSplitterEditor()
+{
+    endDrag();
+
+    for (const auto& id : { lowCrossoverId, highCrossoverId, juce::String (ParameterIds::soloBand) })
+        state->removeParameterListener (id, this);
+
+    for (const auto& id : bandIds)
+    {
+        state->removeParameterListener (ParameterIds::enablePrefix + id, this);
+        state->removeParameterListener (ParameterIds::mutePrefix + id, this);
+    }
+}
+
+void ThreeBandSplitterEditor::readBandColours()
+{
+    const auto primary = findColour (luna::ColourIds::primaryColourId);
+
+    muteColour = findColour (luna::ColourIds::warningColourId);
+    enableColour = primary;
+    soloColour = primary.withRotatedHue (-0.2f);
+    inactiveColour = findColour (luna::ColourIds::disabledTextColourId);
+    buttonBackgroundColour = findColour (luna::ColourIds::backgroundColourId);
+
+    bands[0].colour = primary;
+    bands[1].colour = primary.withRotatedHue (-0.25f);
+    bands[2].colour = primary.withRotatedHue (-0.5f);
+
+    enableIconOn = makePowerIcon (buttonBackgroundColour);
+    enableIconOff = makePowerIcon (enableColour);
+    enableIconInactive = makePowerIcon (inactiveColour);
+}
+
+//======================================================================================================================
+// Places
+
+int ThreeBandSplitterEditor::getBarPosition (const juce::String& crossoverId) const
+{
+    const auto* frequency = state->getRawParameterValue (crossoverId);
+
+    if (frequency == nullptr)
+        return plot.getX();
+
+    const auto decadesUp = std::log10 (static_cast<double> (frequency->load()) / minFrequency);
+    return static_cast<int> (plot.getX() + plot.getWidth() / getDecades() * decadesUp);
+}
+
+void ThreeBandSplitterEditor::updateBandBounds()
+{
+    boundsAreStale = false;
+    lowCrossoverX = getBarPosition (lowCrossoverId);
+    highCrossoverX = getBarPosition (highCrossoverId);
+
+    const auto placeBand = [this] (Band& band, int left, int width)
+    {
+        band.bounds = { left, plot.getY(), juce::jmax (0, width), plot.getHeight() };
+
+        constexpr auto step = buttonSize + 5;
+        const auto x = left + (band.bounds.getWidth() - buttonSize) / 2;
+        band.soloBounds = { x, plot.getY() + 10, buttonSize, buttonSize };
+        band.muteBounds = band.soloBounds.translated (-step, 0);
+        band.enableBounds = band.soloBounds.translated (step, 0);
+    };
+
+    placeBand (bands[0], juce::jmin (plot.getX(), lowCrossoverX), lowCrossoverX - plot.getX());
+    placeBand (bands[1], juce::jmin (lowCrossoverX, highCrossoverX), highCrossoverX - lowCrossoverX);
+    placeBand (bands[2], highCrossoverX, plot.getRight() - highCrossoverX);
+
+    const juce::Rectangle<int> handle (0, plot.getY(), handleWidth, plot.getHeight());
+    lowHandleBounds = handle.withX (lowCrossoverX - handleWidth / 2);
+    highHandleBounds = handle.withX (highCrossoverX - handleWidth / 2);
+}
+
+void ThreeBandSplitterEditor::refreshBandBounds()
+{
+    if (boundsAreStale)
+        updateBandBounds();
+}
+
+//======================================================================================================================
+// Mouse
+
+void ThreeBandSplitterEditor::mouseMove (const juce::MouseEvent& event)
+{
+    const auto position = event.getPosition();
+
+    hoveredBand = nullptr;
+    hoveredHandle = -1;
+    hoverMute = hoverSolo = hoverEnable = false;
+
+    if (! isEnabled())
+        return;
+
+    refreshBandBounds();
+
+    if (! plot.contains (position))
+    {
+        setMouseCursor (juce::MouseCursor::NormalCursor);
+        return;
+    }
+
+    // The bars lie over the buttons.
+    if (lowHandleBounds.contains (position))
+        hoveredHandle = 0;
+    else if (highHandleBounds.contains (position))
+        hoveredHandle = 1;
+
+    if (hoveredHandle >= 0)
+    {
+        setMouseCursor (juce::MouseCursor::LeftRightResizeCursor);
+        return;
+    }
+
+    for (auto& band : bands)
+    {
+        if (! band.bounds.contains (position))
+            continue;
+
+        hoveredBand = &band;
+        hoverMute = band.muteBounds.contains (position);
+        hoverSolo = band.soloBounds.contains (position);
+        hoverEnable = band.enableBounds.contains (position);
+    }
+
+    setMouseCursor (juce::MouseCursor::PointingHandCursor);
+}
+
+// The band keeps its highlight: the mouse often leaves only to come back.
+void ThreeBandSplitterEditor::mouseExit (const juce::MouseEvent&)
+{
+    if (! isEnabled())
+        return;
+
+    hoveredHandle = -1;
+    setMouseCursor (juce::MouseCursor::NormalCursor);
+}
+
+juce::RangedAudioParameter* ThreeBandSplitterEditor::getHoveredCrossover() const
+{
+    return hoveredHandle == 0   ? state->getParameter (lowCrossoverId)
+           : hoveredHandle == 1 ? state->getParameter (highCrossoverId)
+                                : nullptr;
+}
+
+void ThreeBandSplitterEditor::mouseDown (const juce::MouseEvent& event)
+{
+    if (! isEnabled())
+        return;
+
+    refreshBandBounds();
+
+    if (auto* crossover = getHoveredCrossover())
+    {
+        endDrag();
+        draggedCrossover = crossover;
+        draggedCrossover->beginChangeGesture();
+        return;
+    }
+
+    if (hoveredBand != nullptr)
+        clickButtons (*hoveredBand, event.getPosition());
+}
+
+void ThreeBandSplitterEditor::clickButtons (Band& band, juce::Point<int> position)
+{
+    if (band.muteBounds.contains (position))
+        toggle (band.muteParameter);
+    else if (band.soloBounds.contains (position))
+        toggleSolo (band);
+    else if (band.enableBounds.contains (position))
+        toggle (band.enableParameter);
+}
+
+void ThreeBandSplitterEditor::mouseDrag (const juce::MouseEvent& event)
+{
+    if (! isEnabled() || draggedCrossover == nullptr || plot.isEmpty())
+        return;
+
+    const auto decadesUp = (event.x - plot.getX()) / (plot.getWidth() / getDecades());
+    const auto frequency = static_cast<float> (minFrequency * std::pow (10.0, decadesUp));
+
+    // The parameter's range limits the frequency; a bar may pass the other one.
+    draggedCrossover->setValueNotifyingHost (draggedCrossover->convertTo0to1 (frequency));
+}
+
+void ThreeBandSplitterEditor::mouseUp (const juce::MouseEvent&)
+{
+    endDrag();
+}
+
+/** Also where the mouse cannot: a host waits for the end of each gesture that it was told of. */
+void ThreeBandSplitterEditor::endDrag()
+{
+    if (auto* dragged = std::exchange (draggedCrossover, nullptr))
+        dragged->endChangeGesture();
+}
+
+void ThreeBandSplitterEditor::enablementChanged()
+{
+    if (! isEnabled())
+        endDrag();
+
+    SpectrumAnalyser::enablementChanged();
+}
+
+//======================================================================================================================
+// Tooltips
+
+juce::String ThreeBandSplitterEditor::getButtonTooltip (const Band& band) const
+{
+    const std::array<juce::String, 3> names { "Low", "Mid", "High" };
+    const auto name = names[static_cast<size_t> (band.index)] + " Band ";
+
+    return hoverMute   ? name + "Mute: Toggle the mute of this band"
+           : hoverSolo ? name + "Solo: Toggle the solo status of this band"
+                       : name + "Enable: Toggle the clipper enablement";
+}
+
+juce::String ThreeBandSplitterEditor::getTooltip()
+{
+    if (hoveredBand != nullptr && (hoverMute || hoverSolo || hoverEnable))
+        return getButtonTooltip (*hoveredBand);
+
+    if (hoveredHandle == 0)
+        return "Low/Mid Crossover: Drag to adjust the crossover frequency of the low and mid bands";
+
+    if (hoveredHandle == 1)
+        return "Mid/High Crossover: Drag to adjust the crossover frequency of the mid and high bands";
+
+    return "Band Editor: Change band frequencies by dragging the vertical bars";
+}
+
+//======================================================================================================================
+// Painting
+
+void ThreeBandSplitterEditor::paintOverChildren (juce::Graphics& g)
+{
+    refreshBandBounds();
+
+    if (isEnabled())
+        for (const auto& band : bands)
+            paintBand (g, band);
+
+    g.setColour (gridColour);
+    g.drawRect (plot, 1);
+
+    paintHandle (g, lowHandleBounds, hoveredHandle == 0);
+    paintHandle (g, highHandleBounds, hoveredHandle == 1);
+}
+
+void ThreeBandSplitterEditor::paintBand (juce::Graphics& g, const Band& band) const
+{
+    const auto isHovered = &band == hoveredBand;
+    const auto bounds = band.bounds.toFloat();
+
+    g.setGradientFill (juce::ColourGradient::vertical (
+        band.colour.withAlpha (isHovered ? 0.3f : 0.2f), bounds.getY(),
+        band.colour.withAlpha (isHovered ? 0.15f : 0.1f), bounds.getBottom()));
+    g.fillRect (bounds);
+
+    const auto solo = getSoloBand (band.soloParameter);
+    const auto isAnySolo = solo < noSolo;
+    const auto isSolo = solo == band.index;
+
+    paintButton (g, { band.muteBounds, "M", muteColour, isOn (band.muteParameter), ! isAnySolo,
+                      isHovered && hoverMute });
+    paintButton (g, { band.soloBounds, "S", soloColour, isSolo, true, isHovered && hoverSolo });
+    paintButton (g, { band.enableBounds,
+                      {},
+                      enableColour,
+                      isOn (band.enableParameter),
+                      ! isAnySolo || isSolo,
+                      isHovered && hoverEnable });
+}
+
+void ThreeBandSplitterEditor::paintButton (juce::Graphics& g, const ButtonLook& button) const
+{
+    constexpr auto iconMargin = 5;
+    const auto area = button.bounds.toFloat();
+    const auto colour = button.active ? button.colour : inactiveColour;
+    const auto drawColour = button.hovered ? colour.brighter() : colour;
+    const auto isFilled = button.active && button.on;
+
+    g.setColour (buttonBackgroundColour.withAlpha (0.5f));
+    g.fillEllipse (area);
+    g.setColour (drawColour);
+
+    if (isFilled)
+        g.fillEllipse (area);
+    else
+        g.drawEllipse (area.reduced (0.5f), 1.0f);
+
+    if (button.label.isNotEmpty())
+    {
+        g.setColour (isFilled ? buttonBackgroundColour : drawColour);
+        g.setFont (juce::FontOptions (luna::FontHeights::control));
+        g.drawText (button.label, button.bounds, juce::Justification::centred, false);
+        return;
+    }
+
+    const auto& icon = isFilled ? enableIconOn : button.active ? enableIconOff : enableIconInactive;
+    icon->drawWithin (g, area.reduced (iconMargin), juce::RectanglePlacement::centred, 1.0f);
+}
+
+void ThreeBandSplitterEditor::paintHandle (juce::Graphics& g, juce::Rectangle<int> bounds,
+                                           bool isHovered) const
+{
+    constexpr auto dotSize = 8;
+    const auto centre = bounds.getX() + bounds.getWidth() / 2;
+    const auto middle = plot.getY() + plot.getHeight() / 2;
+
+    g.setColour (gridColour.withMultipliedLightness (isHovered ? 1.0f : 0.8f));
+    g.fillRect (centre - 1, plot.getY(), 2, plot.getHeight());
+    g.fillRoundedRectangle (
+        juce::Rectangle<int> (centre - dotSize / 2, middle - dotSize / 2, dotSize, dotSize).toFloat(), 8.0f);
+}
