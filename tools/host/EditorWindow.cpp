@@ -57,7 +57,7 @@ juce::Rectangle<int> EditorWindow::getViewArea() const
     return (getLocalArea (editor, editor->getLocalBounds()).toDouble() * factor).toNearestInt();
 }
 
-juce::Image EditorWindow::takePicture() const
+juce::Image EditorWindow::takePicture (juce::Rectangle<int> area) const
 {
-    return takeScreenPicture (getId(), getViewArea());
+    return takeScreenPicture (getId(), area + getViewArea().getPosition());
 }
