@@ -155,6 +155,14 @@ juce::Label* LunaLibLookAndFeel::createComboBoxTextBox (juce::ComboBox&)
     return new juce::Label();
 }
 
+/** A list that is higher than the screen gets columns, rather than to scroll. */
+juce::PopupMenu::Options LunaLibLookAndFeel::getOptionsForComboBoxPopupMenu (juce::ComboBox& box,
+                                                                             juce::Label& label)
+{
+    constexpr auto mostColumns = 7;
+    return LookAndFeel_V4::getOptionsForComboBoxPopupMenu (box, label).withMaximumNumColumns (mostColumns);
+}
+
 void LunaLibLookAndFeel::drawPopupMenuBackgroundWithOptions (juce::Graphics& g, int width, int height,
                                                              const juce::PopupMenu::Options&)
 {
@@ -199,10 +207,14 @@ void LunaLibLookAndFeel::drawPopupMenuItem (juce::Graphics& g, const juce::Recta
 void LunaLibLookAndFeel::getIdealPopupMenuItemSize (const juce::String& text, bool isSeparator, int,
                                                     int& idealWidth, int& idealHeight)
 {
+    constexpr auto longestText = 300;
+
     idealHeight = isSeparator ? menuSeparatorHeight : menuRowHeight;
-    idealWidth = isSeparator ? 50
-                             : juce::GlyphArrangement::getStringWidthInt (getPopupMenuFont(), text)
-                                   + 2 * menuTextInset + 20;
+    idealWidth =
+        isSeparator
+            ? 50
+            : juce::jmin (longestText, juce::GlyphArrangement::getStringWidthInt (getPopupMenuFont(), text))
+                  + 2 * menuTextInset + 20;
 }
 
 void LunaLibLookAndFeel::getIdealPopupMenuSectionHeaderSizeWithOptions (const juce::String& text, int,

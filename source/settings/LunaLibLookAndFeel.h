@@ -35,6 +35,8 @@ public:
     void positionComboBoxText (juce::ComboBox&, juce::Label&) override;
     juce::Label* createComboBoxTextBox (juce::ComboBox&) override;
 
+    juce::PopupMenu::Options getOptionsForComboBoxPopupMenu (juce::ComboBox&, juce::Label&) override;
+
     void drawPopupMenuBackgroundWithOptions (juce::Graphics&, int width, int height,
                                              const juce::PopupMenu::Options&) override;
     void drawPopupMenuItem (juce::Graphics&, const juce::Rectangle<int>& area, bool isSeparator,
