@@ -105,17 +105,6 @@ void sortChildren (juce::ValueTree node)
     for (auto child : node)
         sortChildren (child);
 }
-
-Preset makePreset (const juce::ValueTree& node)
-{
-    return { node.getProperty (name).toString(),
-             node.getProperty (presetIndex),
-             node.getProperty (factory),
-             node.getProperty (author).toString(),
-             splitCategories (node.getProperty (categories).toString()),
-             node.getProperty (path).toString(),
-             node.getProperty (description).toString() };
-}
 } // namespace
 
 juce::ValueTree scanFolder (const juce::File& folder, const juce::String& nameOfFolder,
@@ -138,6 +127,17 @@ juce::ValueTree scanFolder (const juce::File& folder, const juce::String& nameOf
 
     sortChildren (root);
     return root;
+}
+
+Preset makePreset (const juce::ValueTree& node)
+{
+    return { node.getProperty (name).toString(),
+             node.getProperty (presetIndex),
+             node.getProperty (factory),
+             node.getProperty (author).toString(),
+             splitCategories (node.getProperty (categories).toString()),
+             node.getProperty (path).toString(),
+             node.getProperty (description).toString() };
 }
 
 void appendToList (juce::ValueTree node, juce::Array<Preset>& list)
