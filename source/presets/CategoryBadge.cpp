@@ -56,19 +56,15 @@ private:
 };
 } // namespace
 
-CategoryBadge::CategoryBadge (const juce::String& textToShow) : text (textToShow)
+CategoryBadge::CategoryBadge (const juce::String& textToShow)
+    : text (textToShow),
+      idealWidth (juce::GlyphArrangement::getStringWidthInt (makeFont(), text) + 2 * textInset)
 {
     setTitle (text);
     setWantsKeyboardFocus (true);
-    setRepaintsOnMouseActivity (true);
 
     // A click leaves no focus ring behind.
     setMouseClickGrabsKeyboardFocus (false);
-}
-
-int CategoryBadge::getIdealWidth() const
-{
-    return juce::GlyphArrangement::getStringWidthInt (makeFont(), text) + 2 * textInset;
 }
 
 void CategoryBadge::setSelected (bool shouldBeSelected, juce::NotificationType notification)
@@ -97,7 +93,7 @@ void CategoryBadge::paint (juce::Graphics& g)
     const auto bounds = getLocalBounds().toFloat();
     const auto hasFocus = hasKeyboardFocus (false);
 
-    g.setColour (isMouseOver() ? fill.brighter() : fill);
+    g.setColour (isUnderMouse ? fill.brighter() : fill);
     g.fillRoundedRectangle (bounds, cornerRadius);
 
     if (hasFocus)
@@ -114,6 +110,12 @@ void CategoryBadge::paint (juce::Graphics& g)
 
     g.setFont (makeFont());
     g.drawText (text, getLocalBounds().reduced (textInset - 2, 0), juce::Justification::centred, true);
+}
+
+void CategoryBadge::setUnderMouse (bool isNowUnderMouse)
+{
+    isUnderMouse = isNowUnderMouse;
+    repaint();
 }
 
 void CategoryBadge::mouseUp (const juce::MouseEvent& event)

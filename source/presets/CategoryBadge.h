@@ -14,12 +14,17 @@ public:
     explicit CategoryBadge (const juce::String& text);
 
     /** In pixels, for the whole text. */
-    [[nodiscard]] int getIdealWidth() const;
+    [[nodiscard]] int getIdealWidth() const { return idealWidth; }
 
     /** Calls `onChange` if it is a change and a notification is asked for. */
     void setSelected (bool shouldBeSelected, juce::NotificationType notification);
 
     void paint (juce::Graphics&) override;
+
+    void mouseEnter (const juce::MouseEvent&) override { setUnderMouse (true); }
+
+    void mouseExit (const juce::MouseEvent&) override { setUnderMouse (false); }
+
     void mouseUp (const juce::MouseEvent&) override;
     bool keyPressed (const juce::KeyPress&) override;
 
@@ -38,6 +43,11 @@ public:
     std::function<void()> onChange;
 
 private:
+    void setUnderMouse (bool isNowUnderMouse);
+
+    const int idealWidth;
+    bool isUnderMouse = false;
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (CategoryBadge)
 };
 

@@ -9,6 +9,9 @@ namespace
 constexpr auto fewestRows = 2;
 constexpr auto mostRows = 4;
 
+/** Of one badge, in pixels; the tooltip has the whole text. */
+constexpr auto greatestWidth = 200;
+
 int heightOfRows (int numRows)
 {
     return numRows * CategoryStrip::rowHeight + (numRows - 1) * CategoryStrip::gap;
@@ -98,7 +101,7 @@ int CategoryStrip::layOut (int width)
 
     for (auto* badge : badges)
     {
-        const auto badgeWidth = juce::jmin (badge->getIdealWidth(), width);
+        const auto badgeWidth = juce::jmin (badge->getIdealWidth(), greatestWidth, width);
 
         if (position.x > 0 && position.x + badgeWidth > width)
             position = { 0, position.y + rowHeight + gap };

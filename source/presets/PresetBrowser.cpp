@@ -4,6 +4,9 @@
 #include "common/FontHeights.h"
 #include "presets/PresetFiles.h"
 
+#include <array>
+#include <set>
+
 namespace tessarin
 {
 
@@ -105,13 +108,18 @@ void PresetBrowser::visibilityChanged()
 
 void PresetBrowser::showCategories()
 {
-    juce::StringArray all;
+    std::set<juce::String> found;
 
     for (const auto& preset : presetManager.getPresets())
-        all.addArray (preset.categories);
+        found.insert (preset.categories.begin(), preset.categories.end());
 
-    all.removeEmptyStrings();
-    all.removeDuplicates (false);
+    found.erase (juce::String());
+
+    juce::StringArray all;
+
+    for (const auto& category : found)
+        all.add (category);
+
     all.sortNatural();
     categories.setCategories (all);
 

@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
+#include "presets/PresetFiles.h"
 
 namespace tessarin
 {
@@ -75,7 +76,7 @@ void PresetDisplay::paint (juce::Graphics& g)
     const auto faint = findColour (luna::ColourIds::textColourId);
     const auto strong = findColour (luna::ColourIds::highlightedTextColourId);
     const auto author = "by " + preset.author;
-    const auto categories = preset.categories.joinIntoString (", ");
+    const auto categories = PresetFiles::joinCategories (preset.categories);
     const juce::String categoriesTitle ("Categories"), descriptionTitle ("Description");
 
     constexpr auto oneLine = 1;

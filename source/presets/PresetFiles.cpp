@@ -163,4 +163,10 @@ juce::StringArray splitCategories (const juce::String& text)
     return entries;
 }
 
+juce::String joinCategories (juce::StringArray entries)
+{
+    entries.removeEmptyStrings();
+    return entries.joinIntoString (", ");
+}
+
 } // namespace tessarin::PresetFiles

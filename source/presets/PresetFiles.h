@@ -41,4 +41,7 @@ void appendToList (juce::ValueTree node, juce::Array<Preset>& list);
 /** Splits at "," and trims and sorts the entries. */
 [[nodiscard]] juce::StringArray splitCategories (const juce::String& text);
 
+/** As a text to read, without empty entries. */
+[[nodiscard]] juce::String joinCategories (juce::StringArray entries);
+
 } // namespace tessarin::PresetFiles

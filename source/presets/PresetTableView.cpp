@@ -30,6 +30,7 @@ PresetTableView::PresetTableView()
     table.setModel (this);
     table.setHeaderHeight (rowHeight);
     table.setOutlineThickness (0);
+    table.getViewport()->setScrollBarsShown (true, false);
     table.addMouseListener (this, true);
 
     // The cursor keys load presets here, where the table's own would only move the selection.
@@ -105,6 +106,9 @@ void PresetTableView::updateRows()
     updateRowHeight();
     table.updateContent();
     table.repaint();
+
+    // The scroll bar may have come or gone.
+    table.getHeader().resizeAllColumnsToFit (table.getVisibleContentWidth());
     selectCurrentRow (true);
 }
 
@@ -236,7 +240,7 @@ void PresetTableView::paintRowBackground (juce::Graphics& g, int row, int width,
     if (isSelected)
         g.fillAll (luna::Contrast::darkenFor (findColour (luna::ColourIds::highlightedTextColourId),
                                               findColour (luna::ColourIds::primaryColourId)));
-    else if (component != nullptr && component->isMouseOver (true))
+    else if (component != nullptr && component == hovered)
         g.fillAll (findColour (luna::ColourIds::elementColourId));
 }
 
@@ -259,7 +263,7 @@ juce::String PresetTableView::getCellText (int row, int column) const
     {
         case nameColumn: return preset.name;
         case authorColumn: return preset.author;
-        case categoriesColumn: return preset.categories.joinIntoString (", ");
+        case categoriesColumn: return PresetFiles::joinCategories (preset.categories);
         case descriptionColumn: return preset.description.replaceCharacters ("\r\n", "  ");
         default: return {};
     }
@@ -305,11 +309,13 @@ void PresetTableView::focusLost (FocusChangeType)
 
 void PresetTableView::mouseEnter (const juce::MouseEvent& event)
 {
+    hovered = event.eventComponent;
     event.eventComponent->repaint();
 }
 
 void PresetTableView::mouseExit (const juce::MouseEvent& event)
 {
+    hovered = nullptr;
     event.eventComponent->repaint();
 }
 

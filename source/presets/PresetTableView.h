@@ -95,6 +95,7 @@ private:
     [[nodiscard]] juce::String getCellText (int row, int column) const;
 
     int currentIndex = -1;
+    juce::Component::SafePointer<juce::Component> hovered;
     bool showsFocus = false;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetTableView)

@@ -98,11 +98,13 @@ void PresetTree::focusOfChildComponentChanged (FocusChangeType cause)
 
 void PresetTree::mouseEnter (const juce::MouseEvent& event)
 {
+    hovered = event.eventComponent;
     event.eventComponent->repaint();
 }
 
 void PresetTree::mouseExit (const juce::MouseEvent& event)
 {
+    hovered = nullptr;
     event.eventComponent->repaint();
 }
 

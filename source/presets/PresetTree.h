@@ -27,6 +27,12 @@ public:
 
     [[nodiscard]] const juce::ValueTree& getChosenFolder() const { return chosenFolder; }
 
+    /** Of an item's component. */
+    [[nodiscard]] bool isUnderMouse (const juce::Component* component) const
+    {
+        return component != nullptr && component == hovered;
+    }
+
     void resized() override;
     void paintOverChildren (juce::Graphics&) override;
     void focusOfChildComponentChanged (FocusChangeType) override;
@@ -54,6 +60,7 @@ public:
     View treeView;
 
 private:
+    juce::Component::SafePointer<juce::Component> hovered;
     bool showsFocus = false;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetTree)

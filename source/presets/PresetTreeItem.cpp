@@ -46,11 +46,10 @@ void PresetTreeItem::paintItem (juce::Graphics& g, int width, int height)
 {
     auto& view = *getOwnerView();
     const auto text = view.findColour (luna::ColourIds::highlightedTextColourId);
-    const auto* component = view.getItemComponent (this);
 
     if (isSelected())
         g.fillAll (luna::Contrast::darkenFor (text, view.findColour (luna::ColourIds::primaryColourId)));
-    else if (component != nullptr && component->isMouseOver())
+    else if (tree.isUnderMouse (view.getItemComponent (this)))
         g.fillAll (view.findColour (luna::ColourIds::elementColourId));
 
     g.setColour (text);

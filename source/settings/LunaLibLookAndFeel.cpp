@@ -285,12 +285,14 @@ void LunaLibLookAndFeel::drawTableHeaderColumn (juce::Graphics& g, juce::TableHe
     constexpr auto textInset = 4;
     constexpr auto dividerInset = 5;
 
-    g.setColour (header.findColour (textColourId));
+    g.setColour (header.findColour (juce::TableHeaderComponent::textColourId));
     g.setFont (makeControlFont());
     g.drawText (columnName, textInset, 0, juce::jmax (0, width - 2 * textInset), height - 1,
                 juce::Justification::centredLeft, true);
 
     // Where the column can be made wider, which the last one cannot.
+    g.setColour (header.findColour (textColourId));
+
     if (header.getIndexOfColumnId (columnId, true) < header.getNumColumns (true) - 1)
         g.fillRect (width - 1, dividerInset, 1, height - 1 - 2 * dividerInset);
 }
