@@ -278,6 +278,52 @@ void LunaLibLookAndFeel::drawTextEditorOutline (juce::Graphics& g, int width, in
                             1.0f);
 }
 
+//======================================================================================================================
+// Tables and what divides
+
+void LunaLibLookAndFeel::drawTableHeaderBackground (juce::Graphics& g, juce::TableHeaderComponent& header)
+{
+    const auto bounds = header.getLocalBounds();
+
+    g.fillAll (header.findColour (juce::TableHeaderComponent::backgroundColourId));
+    g.setColour (header.findColour (textColourId));
+    g.fillRect (bounds.withTop (bounds.getBottom() - 1));
+}
+
+void LunaLibLookAndFeel::drawTableHeaderColumn (juce::Graphics& g, juce::TableHeaderComponent& header,
+                                                const juce::String& columnName, int columnId, int width,
+                                                int height, bool, bool, int)
+{
+    constexpr auto textInset = 4;
+    constexpr auto dividerInset = 5;
+
+    g.setColour (header.findColour (juce::TableHeaderComponent::textColourId));
+    g.setFont (makeControlFont());
+    g.drawText (columnName, textInset, 0, juce::jmax (0, width - 2 * textInset), height - 1,
+                juce::Justification::centredLeft, true);
+
+    // Where the column can be made wider, which the last one cannot.
+    g.setColour (header.findColour (textColourId));
+
+    if (header.getIndexOfColumnId (columnId, true) < header.getNumColumns (true) - 1)
+        g.fillRect (width - 1, dividerInset, 1, height - 1 - 2 * dividerInset);
+}
+
+void LunaLibLookAndFeel::drawStretchableLayoutResizerBar (juce::Graphics& g, int width, int height,
+                                                          bool isVertical, bool isMouseOver,
+                                                          bool isMouseDragging)
+{
+    constexpr auto gripLength = 20;
+    const juce::Rectangle<int> bounds (width, height);
+
+    if (isMouseOver || isMouseDragging)
+        g.fillAll (findColour (primaryColourId));
+
+    g.setColour (findColour (isMouseOver || isMouseDragging ? highlightedTextColourId : textColourId));
+    g.fillRect (isVertical ? bounds.withSizeKeepingCentre (1, gripLength)
+                           : bounds.withSizeKeepingCentre (gripLength, 1));
+}
+
 juce::Label* LunaLibLookAndFeel::createSliderTextBox (juce::Slider& slider)
 {
     auto* box = LookAndFeel_V4::createSliderTextBox (slider);
