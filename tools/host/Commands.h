@@ -25,5 +25,6 @@ Command paramsCommand();
 Command renderCommand();
 Command benchCommand();
 Command pictureCommand();
+Command openCommand();
 Command presetsCommand();
 Command stateCommand();

@@ -21,6 +21,9 @@ public:
 
     [[nodiscard]] juce::String getTitle() const { return parameter.getName (128); }
 
+    /** From 0 to 1. */
+    [[nodiscard]] float getValue() const { return parameter.getValue(); }
+
     [[nodiscard]] juce::String getText() const { return textAt (parameter.getValue()); }
 
     [[nodiscard]] juce::String getDefaultText() const { return textAt (parameter.getDefaultValue()); }

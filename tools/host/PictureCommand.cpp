@@ -2,6 +2,7 @@
 #include "Commands.h"
 #include "Failure.h"
 #include "Measurement.h"
+#include "PictureFile.h"
 
 #include <juce_graphics/juce_graphics.h>
 
@@ -216,11 +217,7 @@ void runPicture (const Arguments& arguments)
         || before.audio.getNumChannels() != after.audio.getNumChannels())
         throw Failure ("the two audio files differ in length or channels");
 
-    if (! target.hasFileExtension ("png"))
-        throw Failure (target.getFullPathName() + ": a picture's name ends in .png");
-
-    if (target.exists() && ! arguments.has ("--force"))
-        throw Failure (target.getFullPathName() + ": exists already; --force replaces it");
+    checkPictureTarget (target, arguments.has ("--force"));
 
     juce::Image image (juce::Image::RGB, width, height, true, juce::SoftwareImageType());
     {
@@ -228,16 +225,7 @@ void runPicture (const Arguments& arguments)
         drawPicture (g, before, after);
     }
 
-    const juce::TemporaryFile unfinished (target, unfinishedFileFor (target));
-    unfinished.deleteTemporaryFile();
-    {
-        juce::FileOutputStream stream (unfinished.getFile());
-
-        if (stream.failedToOpen() || ! juce::PNGImageFormat().writeImageToStream (image, stream))
-            throw Failure (target.getFullPathName() + ": cannot be written");
-    }
-
-    moveIntoPlace (unfinished.getFile(), target, arguments.has ("--force"));
+    savePicture (image, target, arguments.has ("--force"));
 }
 } // namespace
 

@@ -9,8 +9,8 @@
 
 /** The built module, loaded and driven through VST3 as a host does it.
 
-    Lives on the message thread, audio included, and never runs the message loop: what the module posts there
-    is handled by nobody, so nothing moves between two calls. Errors are thrown as Failure.
+    Lives on the message thread. Without an editor, audio does too and the message loop never runs: what the
+    module posts there is handled by nobody, so nothing moves between two calls. Errors are thrown as Failure.
 */
 class PluginHost
 {
@@ -35,7 +35,7 @@ public:
     /** Starts the audio from silence, with every parameter that was set before. */
     void prepare (double sampleRate, int maximumBlockSize);
 
-    /** In place, at most the prepared block size. */
+    /** In place, at most the prepared block size. One thread at a time, and none during `prepare`. */
     void process (juce::AudioBuffer<float>& block);
 
     /** In samples, as the module says now. */

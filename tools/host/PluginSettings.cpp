@@ -3,8 +3,6 @@
 #include "Failure.h"
 #include "PresetListing.h"
 
-namespace
-{
 void applyPreset (PluginHost& host, const juce::String& name)
 {
     const auto index = findPreset (name);
@@ -38,7 +36,6 @@ void applySetting (PluginHost& host, const juce::String& setting)
     host.getParameter (setting.upToFirstOccurrenceOf ("=", false, false).trim())
         .setFromText (setting.fromFirstOccurrenceOf ("=", false, false).trim());
 }
-} // namespace
 
 void applySettings (PluginHost& host, const Arguments& arguments)
 {

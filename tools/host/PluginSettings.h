@@ -7,6 +7,11 @@
     if one of them cannot be. */
 void applySettings (PluginHost& host, const Arguments& arguments);
 
+/** The same one by one. */
+void applyPreset (PluginHost& host, const juce::String& name);
+void applyState (PluginHost& host, const juce::File& file);
+void applySetting (PluginHost& host, const juce::String& setting);
+
 /** The options that `applySettings` knows. */
 #define ORVO_HOST_SETTINGS_OPTIONS                                                                           \
     Option { "--preset", "NAME",                                                                             \

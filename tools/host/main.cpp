@@ -13,7 +13,7 @@ const std::vector<Command>& commands()
 {
     static const std::vector<Command> all { infoCommand(),  paramsCommand(),  renderCommand(),
                                             benchCommand(), pictureCommand(), presetsCommand(),
-                                            stateCommand() };
+                                            stateCommand(), openCommand() };
     return all;
 }
 

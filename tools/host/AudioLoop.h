@@ -1,0 +1,46 @@
+#pragma once
+
+#include "PluginHost.h"
+
+#include <atomic>
+
+/** What a host's sound card does: a thread that gives the module a block whenever one is due, from a clip that
+    is repeated. Nothing is heard. */
+class AudioLoop : private juce::Thread
+{
+public:
+    static constexpr auto blockSize = 512;
+
+    struct Clip
+    {
+        juce::AudioBuffer<float> audio;
+        double sampleRate = 48000.0;
+    };
+
+    /** A file of up to half an hour, or a test signal for an empty name. Throws for other files. */
+    [[nodiscard]] static Clip loadClip (const juce::String& fileName);
+
+    /** Sets the module's channels and rate to the clip's. */
+    AudioLoop (PluginHost& host, Clip clip);
+    ~AudioLoop() override;
+
+    void start();
+
+    /** Waits for the last block. */
+    void stop();
+
+    [[nodiscard]] double getSecondsPlayed() const noexcept
+    {
+        return static_cast<double> (framesPlayed.load()) / clip.sampleRate;
+    }
+
+private:
+    void run() override;
+    void fill (juce::AudioBuffer<float>& block, juce::int64 firstFrame) const;
+
+    PluginHost& host;
+    const Clip clip;
+    std::atomic<juce::int64> framesPlayed { 0 };
+
+    JUCE_DECLARE_NON_COPYABLE (AudioLoop)
+};

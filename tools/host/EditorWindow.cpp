@@ -1,0 +1,63 @@
+#include "EditorWindow.h"
+
+#include "Failure.h"
+#include "ScreenPicture.h"
+
+EditorWindow::EditorWindow (PluginHost& host, float factor)
+    : DocumentWindow (host.getInstance().getName(), juce::Colours::black, DocumentWindow::allButtons, false),
+      editor (host.getInstance().createEditorIfNeeded()),
+      scale (factor)
+{
+    if (editor == nullptr)
+        throw Failure ("the module has no editor");
+
+    editor->setScaleFactor (scale);
+    setUsingNativeTitleBar (true);
+    setContentOwned (editor, true);
+    setResizable (editor->isResizable(), false);
+    addToDesktop();
+
+    // Below the frame that the window manager adds.
+    setTopLeftPosition (20, 40);
+    setVisible (true);
+}
+
+EditorWindow::~EditorWindow()
+{
+    clearContentComponent();
+}
+
+void EditorWindow::closeButtonPressed()
+{
+    if (onClose)
+        onClose();
+}
+
+void EditorWindow::setEditorSize (int width, int height)
+{
+    const auto wanted = (juce::Rectangle<int> (width, height).toFloat() * scale).toNearestInt();
+    editor->setSize (wanted.getWidth(), wanted.getHeight());
+
+    if (editor->getLocalBounds() != wanted)
+    {
+        const auto size = (editor->getLocalBounds().toFloat() / scale).toNearestInt();
+        throw Failure ("the editor refuses " + juce::String (width) + "x" + juce::String (height) + " for "
+                       + juce::String (size.getWidth()) + "x" + juce::String (size.getHeight()));
+    }
+}
+
+unsigned long EditorWindow::getId() const
+{
+    return static_cast<unsigned long> (reinterpret_cast<juce::pointer_sized_uint> (getWindowHandle()));
+}
+
+juce::Rectangle<int> EditorWindow::getViewArea() const
+{
+    const auto factor = getPeer()->getPlatformScaleFactor() * static_cast<double> (getDesktopScaleFactor());
+    return (getLocalArea (editor, editor->getLocalBounds()).toDouble() * factor).toNearestInt();
+}
+
+juce::Image EditorWindow::takePicture() const
+{
+    return takeScreenPicture (getId(), getViewArea());
+}

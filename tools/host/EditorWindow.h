@@ -1,0 +1,38 @@
+#pragma once
+
+#include "PluginHost.h"
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <functional>
+
+/** A host's window with the module's editor in it, through the VST3 view interface. Message thread. */
+class EditorWindow final : public juce::DocumentWindow
+{
+public:
+    /** `scale`: the content scale factor that the view is told. */
+    EditorWindow (PluginHost& host, float scale);
+    ~EditorWindow() override;
+
+    void closeButtonPressed() override;
+
+    /** In the editor's own pixels, before the scale; through the view's own limits. Throws if it keeps to
+        another size. */
+    void setEditorSize (int width, int height);
+
+    /** The X11 window's ID. */
+    [[nodiscard]] unsigned long getId() const;
+
+    /** Of the editor in the X11 window, in the screen's pixels. */
+    [[nodiscard]] juce::Rectangle<int> getViewArea() const;
+
+    [[nodiscard]] juce::Image takePicture() const;
+
+    std::function<void()> onClose;
+
+private:
+    juce::AudioProcessorEditor* editor = nullptr;
+    float scale;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (EditorWindow)
+};

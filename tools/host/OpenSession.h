@@ -1,0 +1,46 @@
+#pragma once
+
+#include "AudioLoop.h"
+#include "EditorWindow.h"
+
+#include <exception>
+#include <functional>
+#include <optional>
+
+struct EditorSize
+{
+    int width = 0, height = 0;
+
+    /** Throws unless it is two numbers with an "x" between. */
+    [[nodiscard]] static EditorSize fromText (const juce::String& text);
+};
+
+/** The loaded module with its editor open and audio running, and the message loop around it. */
+class OpenSession
+{
+public:
+    OpenSession (PluginHost& host, AudioLoop::Clip clip, float scale);
+
+    void openEditor();
+    void closeEditor();
+
+    /** Throws while it is closed. */
+    [[nodiscard]] EditorWindow& getWindow();
+
+    /** Runs messages until `end`, a closed window or an interruption; throws what an action threw. */
+    void run();
+    void end();
+
+    /** Calls `action`; what it throws ends the session. For callbacks, out of which nothing may be thrown. */
+    void guard (const std::function<void()>& action);
+
+    PluginHost& host;
+    AudioLoop audio;
+
+private:
+    float scale;
+    std::unique_ptr<EditorWindow> window;
+    std::exception_ptr fault;
+
+    JUCE_DECLARE_NON_COPYABLE (OpenSession)
+};

@@ -1,0 +1,79 @@
+#include "ScreenPicture.h"
+
+#include "Failure.h"
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <memory>
+
+namespace
+{
+/** Loaded when it is needed, as JUCE does, so that the other commands run without it. */
+struct X11Library
+{
+    template <typename Function>
+    Function* find (const char* name)
+    {
+        if (auto* function = reinterpret_cast<Function*> (library.getFunction (name)))
+            return function;
+
+        throw Failure ("libX11.so.6 cannot be loaded");
+    }
+
+    juce::DynamicLibrary library { "libX11.so.6" };
+};
+
+juce::Image copyOf (const XImage& pixels)
+{
+    if (pixels.bits_per_pixel != 32 || pixels.red_mask != 0xff0000 || pixels.blue_mask != 0xff)
+        throw Failure ("the screen's pixels are not of 8 bits for each colour");
+
+    juce::Image image (juce::Image::RGB, pixels.width, pixels.height, false, juce::SoftwareImageType());
+    juce::Image::BitmapData bits (image, juce::Image::BitmapData::writeOnly);
+
+    for (auto y = 0; y < pixels.height; ++y)
+    {
+        const auto* line = reinterpret_cast<const juce::uint32*> (pixels.data + y * pixels.bytes_per_line);
+
+        for (auto x = 0; x < pixels.width; ++x)
+            bits.setPixelColour (x, y, juce::Colour (line[x] | 0xff000000));
+    }
+
+    return image;
+}
+} // namespace
+
+juce::Image takeScreenPicture (unsigned long window, juce::Rectangle<int> area)
+{
+    X11Library x11;
+    const std::unique_ptr<Display, int (*) (Display*)> display (
+        x11.find<decltype (XOpenDisplay)> ("XOpenDisplay") (nullptr),
+        x11.find<decltype (XCloseDisplay)> ("XCloseDisplay"));
+
+    if (display == nullptr)
+        throw Failure ("there is no X server to take a picture from");
+
+    const auto root = DefaultRootWindow (display.get());
+    const juce::Rectangle<int> screen (DisplayWidth (display.get(), DefaultScreen (display.get())),
+                                       DisplayHeight (display.get(), DefaultScreen (display.get())));
+    auto x = 0, y = 0;
+    Window child = 0;
+
+    // Faults of this connection would reach JUCE's handler, so nothing is asked for that the server refuses.
+    if (! x11.find<decltype (XTranslateCoordinates)> ("XTranslateCoordinates") (
+            display.get(), window, root, area.getX(), area.getY(), &x, &y, &child)
+        || ! screen.contains (area.withPosition (x, y)))
+        throw Failure ("the window is not wholly on the screen, which is " + juce::String (screen.getWidth())
+                       + "x" + juce::String (screen.getHeight()));
+
+    auto* pixels = x11.find<decltype (XGetImage)> ("XGetImage") (
+        display.get(), root, x, y, static_cast<unsigned int> (area.getWidth()),
+        static_cast<unsigned int> (area.getHeight()), AllPlanes, ZPixmap);
+
+    if (pixels == nullptr)
+        throw Failure ("the X server gave no picture of the window");
+
+    const std::unique_ptr<XImage, int (*) (XImage*)> owner (pixels, pixels->f.destroy_image);
+    return copyOf (*pixels);
+}
