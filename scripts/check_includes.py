@@ -21,6 +21,7 @@ RANKS = {
     "settings/FileListener": 2,
     "settings/SettingsModal": 6,
     "presets/CategoryBadge": 6,
+    "presets/CategoryStrip": 6,
     "presets/FilterOptionsToggle": 6,
     "presets/PresetBrowser": 6,
     "presets/PresetDisplay": 6,

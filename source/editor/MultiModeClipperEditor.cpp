@@ -36,17 +36,7 @@ MultiModeClipperEditor::MultiModeClipperEditor (MultiModeClipper* clipperToEdit,
     setUpButton (linkButton, linkAttachment, ParameterIds::linkPrefix + sectionId);
     setTooltips();
 
-    // The safe pointer is made here, since the section may call on the audio thread.
-    clipper->setModeChangeHandler (
-        [panel = SafePointer (this)]
-        {
-        juce::MessageManager::callAsync (
-            [panel]
-            {
-            if (panel != nullptr)
-                panel->modeChanged();
-        });
-    });
+    clipper->setModeChangeHandler ([this] { postModeChange(); });
 
     updateShape();
     updateEnablement();
@@ -162,8 +152,25 @@ void MultiModeClipperEditor::saveViewMode (luna::SaturatorGraph::ViewMode mode)
         modes.setProperty (getGraphModeOf (sectionId), static_cast<int> (mode), nullptr);
 }
 
+/** On whichever thread changed the mode. The section forgets its handler before the panel dies, and waits for a
+    call of it that runs; what is posted may come later. */
+void MultiModeClipperEditor::postModeChange()
+{
+    // A host may automate faster than anyone can look: one message is under way at a time.
+    if (modeChangeIsPosted.exchange (true))
+        return;
+
+    juce::MessageManager::callAsync (
+        [panel = safeThis]
+        {
+        if (panel != nullptr)
+            panel->modeChanged();
+    });
+}
+
 void MultiModeClipperEditor::modeChanged()
 {
+    modeChangeIsPosted = false;
     currentSaturator = clipper->current;
     updateShape();
 }

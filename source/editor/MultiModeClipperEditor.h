@@ -6,6 +6,7 @@
 #include "widgets/ParameterLabelSlider.h"
 #include "widgets/SaturatorGraph.h"
 
+#include <atomic>
 #include <memory>
 
 /** Edits one clipper section: its curve, mode and controls, arranged by the width that the panel is given.
@@ -50,6 +51,7 @@ private:
     void setTooltips();
 
     void saveViewMode (luna::SaturatorGraph::ViewMode);
+    void postModeChange();
     void modeChanged();
     void updateShape();
     void updateEnablement();
@@ -70,6 +72,10 @@ private:
     const juce::String sectionId;
     juce::AudioProcessorValueTreeState* state;
     juce::CriticalSection& stateLock;
+
+    /** Made on the message thread, for posts from other threads. */
+    const SafePointer<MultiModeClipperEditor> safeThis { this };
+    std::atomic<bool> modeChangeIsPosted { false };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MultiModeClipperEditor)
 };

@@ -8,6 +8,7 @@
 #include "editor/ThreeBandSplitterEditor.h"
 #include "widgets/WaveformGraph.h"
 
+#include <atomic>
 #include <vector>
 
 /** The product's window. The panels of all layouts exist at all times; a change of layout only shows and places
@@ -54,6 +55,7 @@ private:
 
     /** Made on the message thread, for posts from other threads. */
     const SafePointer<OrvoAudioProcessorEditor> safeThis { this };
+    std::atomic<bool> layoutUpdateIsPosted { false };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (OrvoAudioProcessorEditor)
 };

@@ -1,13 +1,21 @@
 #pragma once
 
+#include "presets/CategoryStrip.h"
+#include "presets/FilterOptionsToggle.h"
+#include "presets/PresetDisplay.h"
 #include "presets/PresetManager.h"
-
-#include <juce_gui_basics/juce_gui_basics.h>
+#include "presets/PresetTableView.h"
+#include "presets/PresetTree.h"
 
 namespace tessarin
 {
 
-/** The panel over the editor in which presets are found by folder and category. Message thread. */
+/** The panel over the editor in which presets are found by folder and category. Escape hides it. Message
+    thread.
+
+    Folders, badges and rows are read each time it is shown, and stay as they are until the next time; a save
+    meanwhile only moves the rows' list indices.
+*/
 class PresetBrowser final : public juce::Component, public PresetManager::Listener
 {
 public:
@@ -17,9 +25,35 @@ public:
     void presetSaved (Preset preset) override;
     void presetLoaded (Preset preset) override;
 
+    void visibilityChanged() override;
+    bool keyPressed (const juce::KeyPress&) override;
     void paint (juce::Graphics&) override;
+    void resized() override;
+    void lookAndFeelChanged() override;
+
+    void parentHierarchyChanged() override { lookAndFeelChanged(); }
+
+    PresetTree tree;
+    PresetTableView table;
+    PresetDisplay display;
+    juce::Label filterLabel { {}, "Category Filter" };
+    juce::TextButton randomButton { "Random" };
+    FilterOptionsToggle modeToggle { "Show", "Hide" };
+    FilterOptionsToggle matchToggle { "All", "Any" };
+    CategoryStrip categories;
+    juce::StretchableLayoutManager layout;
+    juce::StretchableLayoutResizerBar resizerBar { &layout, 1, true };
 
 private:
+    void addChildren();
+    void connect();
+    void showCategories();
+    void applyFilter();
+    void loadRandomPreset();
+    void showPreset (const Preset&);
+    [[nodiscard]] juce::Rectangle<int> getStripArea();
+    void layOutStrip();
+
     PresetManager& presetManager;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetBrowser)

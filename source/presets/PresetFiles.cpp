@@ -105,17 +105,6 @@ void sortChildren (juce::ValueTree node)
     for (auto child : node)
         sortChildren (child);
 }
-
-Preset makePreset (const juce::ValueTree& node)
-{
-    return { node.getProperty (name).toString(),
-             node.getProperty (presetIndex),
-             node.getProperty (factory),
-             node.getProperty (author).toString(),
-             splitCategories (node.getProperty (categories).toString()),
-             node.getProperty (path).toString(),
-             node.getProperty (description).toString() };
-}
 } // namespace
 
 juce::ValueTree scanFolder (const juce::File& folder, const juce::String& nameOfFolder,
@@ -140,6 +129,17 @@ juce::ValueTree scanFolder (const juce::File& folder, const juce::String& nameOf
     return root;
 }
 
+Preset makePreset (const juce::ValueTree& node)
+{
+    return { node.getProperty (name).toString(),
+             node.getProperty (presetIndex),
+             node.getProperty (factory),
+             node.getProperty (author).toString(),
+             splitCategories (node.getProperty (categories).toString()),
+             node.getProperty (path).toString(),
+             node.getProperty (description).toString() };
+}
+
 void appendToList (juce::ValueTree node, juce::Array<Preset>& list)
 {
     for (auto child : node)
@@ -161,6 +161,12 @@ juce::StringArray splitCategories (const juce::String& text)
     entries.trim();
     entries.sort (false);
     return entries;
+}
+
+juce::String joinCategories (juce::StringArray entries)
+{
+    entries.removeEmptyStrings();
+    return entries.joinIntoString (", ");
 }
 
 } // namespace tessarin::PresetFiles

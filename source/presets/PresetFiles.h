@@ -35,7 +35,13 @@ inline const juce::Identifier presetIndex { "preset_index" };
 /** Numbers the presets below `node` depth first, from the list's size on, and appends them to it. */
 void appendToList (juce::ValueTree node, juce::Array<Preset>& list);
 
+/** Reads the properties of a preset's node. */
+[[nodiscard]] Preset makePreset (const juce::ValueTree& node);
+
 /** Splits at "," and trims and sorts the entries. */
 [[nodiscard]] juce::StringArray splitCategories (const juce::String& text);
+
+/** As a text to read, without empty entries. */
+[[nodiscard]] juce::String joinCategories (juce::StringArray entries);
 
 } // namespace tessarin::PresetFiles

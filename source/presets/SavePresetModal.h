@@ -8,8 +8,12 @@
 namespace tessarin
 {
 
-/** The dialog that asks for a preset's name, description, categories and author. Message thread. */
-class SavePresetModal final : public ModalWindow
+/** The dialog that asks for a preset's name, description, categories and author, and hands them on to the
+    preset manager's file dialog. It stays open meanwhile; whoever listens to the manager hides it after a
+    save. Message thread. */
+class SavePresetModal final : public ModalWindow,
+                              public juce::Button::Listener,
+                              public juce::ChangeBroadcaster
 {
 public:
     /** All outlive the dialog. */
@@ -17,10 +21,36 @@ public:
 
     void resized() override;
 
+    /** When shown: makes the user's folder and fills in the fields. Hides itself again, with a toast, if there
+        can be no folder. */
+    void visibilityChanged() override;
+
+    /** Hands the keyboard to the first field. */
+    void focusGained (FocusChangeType) override { nameField.grabKeyboardFocus(); }
+
+    /** Return saves. */
+    bool keyPressed (const juce::KeyPress&) override;
+
+    void lookAndFeelChanged() override;
+    void buttonClicked (juce::Button*) override;
+
+    juce::TextEditor nameField;
+    juce::TextEditor descriptionField;
+    juce::TextEditor categoriesField;
+    juce::TextEditor authorField;
+    juce::TextButton cancelButton { "Cancel" };
+    juce::TextButton saveButton { "Save" };
+
 private:
+    void addField (juce::TextEditor&, juce::Label&, const juce::String& text);
+    bool prepareUserFolder();
+    void fillFields();
+    void save();
+
     PresetManager& presetManager;
     const LicenceManager& licenceManager;
     ToastManager& toastManager;
+    juce::Label nameLabel, descriptionLabel, categoriesLabel, authorLabel;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (SavePresetModal)
 };

@@ -155,6 +155,14 @@ juce::Label* LunaLibLookAndFeel::createComboBoxTextBox (juce::ComboBox&)
     return new juce::Label();
 }
 
+/** A list that is higher than the screen gets columns, rather than to scroll. */
+juce::PopupMenu::Options LunaLibLookAndFeel::getOptionsForComboBoxPopupMenu (juce::ComboBox& box,
+                                                                             juce::Label& label)
+{
+    constexpr auto mostColumns = 7;
+    return LookAndFeel_V4::getOptionsForComboBoxPopupMenu (box, label).withMaximumNumColumns (mostColumns);
+}
+
 void LunaLibLookAndFeel::drawPopupMenuBackgroundWithOptions (juce::Graphics& g, int width, int height,
                                                              const juce::PopupMenu::Options&)
 {
@@ -199,10 +207,14 @@ void LunaLibLookAndFeel::drawPopupMenuItem (juce::Graphics& g, const juce::Recta
 void LunaLibLookAndFeel::getIdealPopupMenuItemSize (const juce::String& text, bool isSeparator, int,
                                                     int& idealWidth, int& idealHeight)
 {
+    constexpr auto longestText = 300;
+
     idealHeight = isSeparator ? menuSeparatorHeight : menuRowHeight;
-    idealWidth = isSeparator ? 50
-                             : juce::GlyphArrangement::getStringWidthInt (getPopupMenuFont(), text)
-                                   + 2 * menuTextInset + 20;
+    idealWidth =
+        isSeparator
+            ? 50
+            : juce::jmin (longestText, juce::GlyphArrangement::getStringWidthInt (getPopupMenuFont(), text))
+                  + 2 * menuTextInset + 20;
 }
 
 void LunaLibLookAndFeel::getIdealPopupMenuSectionHeaderSizeWithOptions (const juce::String& text, int,
@@ -264,6 +276,52 @@ void LunaLibLookAndFeel::drawTextEditorOutline (juce::Graphics& g, int width, in
     g.setColour (editor.findColour (id));
     g.drawRoundedRectangle (juce::Rectangle<int> (width, height).toFloat().reduced (0.5f), cornerRadius,
                             1.0f);
+}
+
+//======================================================================================================================
+// Tables and what divides
+
+void LunaLibLookAndFeel::drawTableHeaderBackground (juce::Graphics& g, juce::TableHeaderComponent& header)
+{
+    const auto bounds = header.getLocalBounds();
+
+    g.fillAll (header.findColour (juce::TableHeaderComponent::backgroundColourId));
+    g.setColour (header.findColour (textColourId));
+    g.fillRect (bounds.withTop (bounds.getBottom() - 1));
+}
+
+void LunaLibLookAndFeel::drawTableHeaderColumn (juce::Graphics& g, juce::TableHeaderComponent& header,
+                                                const juce::String& columnName, int columnId, int width,
+                                                int height, bool, bool, int)
+{
+    constexpr auto textInset = 4;
+    constexpr auto dividerInset = 5;
+
+    g.setColour (header.findColour (juce::TableHeaderComponent::textColourId));
+    g.setFont (makeControlFont());
+    g.drawText (columnName, textInset, 0, juce::jmax (0, width - 2 * textInset), height - 1,
+                juce::Justification::centredLeft, true);
+
+    // Where the column can be made wider, which the last one cannot.
+    g.setColour (header.findColour (textColourId));
+
+    if (header.getIndexOfColumnId (columnId, true) < header.getNumColumns (true) - 1)
+        g.fillRect (width - 1, dividerInset, 1, height - 1 - 2 * dividerInset);
+}
+
+void LunaLibLookAndFeel::drawStretchableLayoutResizerBar (juce::Graphics& g, int width, int height,
+                                                          bool isVertical, bool isMouseOver,
+                                                          bool isMouseDragging)
+{
+    constexpr auto gripLength = 20;
+    const juce::Rectangle<int> bounds (width, height);
+
+    if (isMouseOver || isMouseDragging)
+        g.fillAll (findColour (primaryColourId));
+
+    g.setColour (findColour (isMouseOver || isMouseDragging ? highlightedTextColourId : textColourId));
+    g.fillRect (isVertical ? bounds.withSizeKeepingCentre (1, gripLength)
+                           : bounds.withSizeKeepingCentre (gripLength, 1));
 }
 
 juce::Label* LunaLibLookAndFeel::createSliderTextBox (juce::Slider& slider)

@@ -35,6 +35,8 @@ public:
     void positionComboBoxText (juce::ComboBox&, juce::Label&) override;
     juce::Label* createComboBoxTextBox (juce::ComboBox&) override;
 
+    juce::PopupMenu::Options getOptionsForComboBoxPopupMenu (juce::ComboBox&, juce::Label&) override;
+
     void drawPopupMenuBackgroundWithOptions (juce::Graphics&, int width, int height,
                                              const juce::PopupMenu::Options&) override;
     void drawPopupMenuItem (juce::Graphics&, const juce::Rectangle<int>& area, bool isSeparator,
@@ -55,6 +57,13 @@ public:
 
     void fillTextEditorBackground (juce::Graphics&, int width, int height, juce::TextEditor&) override;
     void drawTextEditorOutline (juce::Graphics&, int width, int height, juce::TextEditor&) override;
+
+    void drawTableHeaderBackground (juce::Graphics&, juce::TableHeaderComponent&) override;
+    void drawTableHeaderColumn (juce::Graphics&, juce::TableHeaderComponent&, const juce::String& columnName,
+                                int columnId, int width, int height, bool isMouseOver, bool isMouseDown,
+                                int columnFlags) override;
+    void drawStretchableLayoutResizerBar (juce::Graphics&, int width, int height, bool isVertical,
+                                          bool isMouseOver, bool isMouseDragging) override;
 
     juce::Label* createSliderTextBox (juce::Slider&) override;
     void drawCornerResizer (juce::Graphics&, int width, int height, bool isMouseOver,

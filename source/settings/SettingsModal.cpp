@@ -1,17 +1,187 @@
 #include "SettingsModal.h"
 
+#include "common/FontHeights.h"
+#include "settings/Settings.h"
+#include "settings/TessarinLogger.h"
+
+#include <array>
+
 namespace tessarin
 {
 
-SettingsModal::SettingsModal (juce::PropertiesFile& settings, ToastManager& toasts)
-    : ModalWindow ("Settings"), toastManager (toasts), properties (settings)
+namespace
 {
-    juce::ignoreUnused (toastManager, properties);
+struct ScaleChoice
+{
+    const char* text;
+    float factor;
+};
+
+/** Their identifiers in the box count from 1. */
+constexpr std::array<ScaleChoice, 6> scaleChoices { { { "Tiny", 0.5f },
+                                                      { "Small", 0.75f },
+                                                      { "Normal", 1.0f },
+                                                      { "Big", 1.25f },
+                                                      { "Bigger", 1.5f },
+                                                      { "Massive", 2.0f } } };
+
+/** 0, which is no identifier, for any other factor. */
+int getScaleId (double factor)
+{
+    for (size_t i = 0; i < scaleChoices.size(); ++i)
+        if (juce::exactlyEqual (scaleChoices[i].factor, static_cast<float> (factor)))
+            return static_cast<int> (i) + 1;
+
+    return 0;
+}
+
+double getScale (int id)
+{
+    const auto index = static_cast<size_t> (id - 1);
+    return index < scaleChoices.size() ? static_cast<double> (scaleChoices[index].factor)
+                                       : Settings::defaultScale;
+}
+
+void logWhySavingFailed (const juce::File& file)
+{
+    const auto log = [] (const char* line) { juce::Logger::writeToLog (line); };
+
+    log ("Unable to save the custom settings...");
+
+    if (! file.exists())
+        log ("   ...Settings file doesn't exist");
+    else if (! file.hasWriteAccess())
+        log ("   ...Settings file has no write access");
+    else
+        log ("   ...Settings file has write access");
+
+    const auto folder = file.getParentDirectory();
+    const auto isWritable = folder.hasWriteAccess();
+
+    if (folder.exists())
+        log (isWritable ? "   ...Parent folder has write access" : "   ...Parent folder has no write access");
+    else if (! isWritable)
+        log ("   ...Parent folder doesn't exist, and cannot be created as we have no write access");
+}
+} // namespace
+
+SettingsModal::SettingsModal (juce::PropertiesFile& settings, ToastManager& toasts)
+    : ModalWindow ("Settings"),
+      toastManager (toasts),
+      properties (settings),
+      fileListener (settings.getFile())
+{
+    addChildren();
+    fillBoxes();
+    showSettings();
+    fileListener.addChangeListener (this);
+}
+
+SettingsModal::~SettingsModal()
+{
+    fileListener.removeChangeListener (this);
+}
+
+void SettingsModal::addChildren()
+{
+    // A click on the panel leaves the keyboard with the control that has it.
+    setMouseClickGrabsKeyboardFocus (false);
+    panel.setMouseClickGrabsKeyboardFocus (false);
+
+    for (auto* label : { &versionLabel, &scaleLabel })
+    {
+        addAndMakeVisible (*label);
+        label->setFont (juce::FontOptions (luna::FontHeights::control));
+        label->setBorderSize ({});
+        label->setInterceptsMouseClicks (false, false);
+    }
+
+    versionLabel.setText (juce::String ("v") + JucePlugin_VersionString, juce::dontSendNotification);
+    versionLabel.setJustificationType (juce::Justification::centredRight);
+    scaleLabel.setText ("GUI Scale", juce::dontSendNotification);
+    scaleLabel.setJustificationType (juce::Justification::centredLeft);
+    themeLabel.setText ("Theme", juce::dontSendNotification);
+
+    addAndMakeVisible (scaleBox);
+    scaleBox.setTitle (scaleLabel.getText());
+    addAndMakeVisible (logButton);
+    logButton.addListener (this);
+}
+
+void SettingsModal::fillBoxes()
+{
+    for (size_t i = 0; i < scaleChoices.size(); ++i)
+        scaleBox.addItem (scaleChoices[i].text, static_cast<int> (i) + 1);
+
+    themeBox.addItemList (themeNames, 1);
+    scaleBox.addListener (this);
+    themeBox.addListener (this);
+}
+
+void SettingsModal::showSettings()
+{
+    const auto scale = properties.getDoubleValue (Settings::scaleKey, Settings::defaultScale);
+    scaleBox.setSelectedId (getScaleId (scale), juce::dontSendNotification);
+
+    const auto theme = properties.getValue (Settings::themeKey, Settings::defaultTheme);
+    themeBox.setSelectedId (themeNames.indexOf (theme) + 1, juce::dontSendNotification);
 }
 
 void SettingsModal::resized()
 {
+    constexpr auto rowHeight = 20;
+    constexpr auto itemWidth = 150;
+
     placePanel (contentHeight + 55 + 2 * margin);
+
+    const auto x = panelBounds.getX() + margin;
+    const auto y = panelBounds.getY() + margin;
+    const auto width = juce::jmax (0, panelBounds.getWidth() - 2 * margin);
+
+    versionLabel.setBounds (x, y - 4, width, rowHeight);
+    scaleLabel.setBounds (x, y + 50, itemWidth, rowHeight);
+    scaleBox.setBounds (x + 190, y + 50, itemWidth, rowHeight);
+    logButton.setBounds (x + 95, y + 90, itemWidth, rowHeight);
+}
+
+void SettingsModal::visibilityChanged()
+{
+    scaleBox.toFront (false);
+}
+
+void SettingsModal::buttonClicked (juce::Button*)
+{
+    TessarinLogger::getDefaultFile().revealToUser();
+}
+
+void SettingsModal::comboBoxChanged (juce::ComboBox* box)
+{
+    if (box == &scaleBox)
+    {
+        properties.setValue (Settings::scaleKey, getScale (scaleBox.getSelectedId()));
+    }
+    else
+    {
+        properties.setValue (Settings::themeKey, themeNames[themeBox.getSelectedId() - 1]);
+        setVisible (false);
+    }
+
+    save();
+}
+
+void SettingsModal::save()
+{
+    if (! properties.saveIfNeeded())
+        logWhySavingFailed (properties.getFile());
+}
+
+void SettingsModal::changeListenerCallback (juce::ChangeBroadcaster*)
+{
+    Settings::reload (properties);
+    showSettings();
+
+    // The editor applies scale and theme.
+    properties.sendChangeMessage();
 }
 
 } // namespace tessarin

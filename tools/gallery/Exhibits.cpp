@@ -1,6 +1,8 @@
 #include "Exhibits.h"
 
 #include "common/ParameterIds.h"
+#include "presets/SavePresetModal.h"
+#include "settings/SettingsModal.h"
 #include "widgets/IconButton.h"
 #include "widgets/ModalWindow.h"
 #include "widgets/ParameterChoiceButtons.h"
@@ -268,12 +270,34 @@ Sheet makeToastSheet()
                  {} } } };
 }
 
-struct ExampleDialog : public tessarin::ModalWindow
+Sheet makeDialogSheet (OrvoAudioProcessor& processor)
 {
-    ExampleDialog() : ModalWindow ("Save Preset") {}
+    const auto makeSave = [&processor]
+    {
+        return std::make_unique<tessarin::SavePresetModal> (processor.presetManager, processor.licenceManager,
+                                                            processor.toastManager);
+    };
 
-    void resized() override { placePanel (150); }
-};
+    const auto fillIn = [] (OffscreenWindow&, juce::Component& widget)
+    {
+        auto& dialog = dynamic_cast<tessarin::SavePresetModal&> (widget);
+        dialog.nameField.setText ("Loud and Clear (2)");
+        dialog.descriptionField.setText ("A text with more than one line,\nof which the first shows");
+        dialog.categoriesField.setText ("Drums,Mastering");
+        dialog.authorField.setText ("A name that is too long for its field");
+        dialog.nameField.grabKeyboardFocus();
+        dialog.nameField.selectAll();
+    };
+
+    const auto makeSettings = [&processor]
+    { return std::make_unique<tessarin::SettingsModal> (processor.settings, processor.toastManager); };
+
+    return { "ModalWindow",
+             { { "save", 500, 420, makeSave, {} },
+               { "save, filled in", 500, 420, makeSave, fillIn },
+               { "settings", 500, 300, makeSettings, {} },
+               { "settings, focused", 500, 300, makeSettings, focus } } };
+}
 } // namespace
 
 std::vector<Sheet> makeSheets (OrvoAudioProcessor& processor)
@@ -313,8 +337,7 @@ std::vector<Sheet> makeSheets (OrvoAudioProcessor& processor)
         makeKnobSheet (parameters), makeComboBoxSheet(),
         { "PopupMenu", { { "rows", 220, 117, [] { return std::make_unique<MenuRows>(); }, {} } } },
         makeTextSheet(), makeRealtimeLabelSheet(), makePanelSheet(), makeToastSheet(),
-        { "ModalWindow",
-          { { "over a window", 600, 320, [] { return std::make_unique<ExampleDialog>(); }, {} } } },
+        makeDialogSheet (processor),
         };
 
     for (auto& sheet : makeGraphSheets (processor))

@@ -6,9 +6,13 @@ namespace
 class OffscreenPeer final : public juce::ComponentPeer
 {
 public:
-    OffscreenPeer (juce::Component& owner, int peerFlags) : ComponentPeer (owner, peerFlags) {}
+    OffscreenPeer (juce::Component& owner, int peerFlags, void* windowForCursors)
+        : ComponentPeer (owner, peerFlags), cursorWindow (windowForCursors)
+    {
+    }
 
-    void* getNativeHandle() const override { return nullptr; }
+    /** JUCE asks for it to set the mouse cursor of a window. */
+    void* getNativeHandle() const override { return cursorWindow; }
 
     void setVisible (bool) override {}
 
@@ -74,6 +78,7 @@ private:
     void textInputRequired (juce::Point<int>, juce::TextInputTarget&) override {}
 
     juce::Rectangle<int> bounds;
+    void* const cursorWindow;
 };
 } // namespace
 
@@ -82,6 +87,10 @@ OffscreenWindow::OffscreenWindow (juce::Component& content)
     setOpaque (true);
     setSize (juce::jmax (1, content.getWidth()), juce::jmax (1, content.getHeight()));
     setVisible (true);
+
+    if (juce::Desktop::getInstance().getDisplays().getPrimaryDisplay() != nullptr)
+        cursorWindow.addToDesktop (juce::ComponentPeer::windowIsTemporary);
+
     addToDesktop (0);
     addAndMakeVisible (content);
     content.setTopLeftPosition (0, 0);
@@ -98,7 +107,9 @@ OffscreenWindow::~OffscreenWindow()
 
 juce::ComponentPeer* OffscreenWindow::createNewPeer (int styleFlags, void*)
 {
-    return new OffscreenPeer (*this, styleFlags);
+    auto* screenPeer = cursorWindow.getPeer();
+    return new OffscreenPeer (*this, styleFlags,
+                              screenPeer != nullptr ? screenPeer->getNativeHandle() : nullptr);
 }
 
 void OffscreenWindow::moveMouse (juce::Component& target, juce::Point<int> position)

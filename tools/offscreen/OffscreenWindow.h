@@ -3,7 +3,8 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 /** A window that is on no screen: it draws into images, and mouse and keys go through JUCE's own event path,
-    focus and hover included. For pictures of widgets and for tests; needs no display. Message thread.
+    focus and hover included. For pictures of widgets and for tests; needs no display, but for a mouse that
+    moves over widgets with a cursor of their own. Message thread.
 
     Positions are in pixels of the target component.
 */
@@ -33,6 +34,9 @@ public:
 
 private:
     void sendMouse (juce::Point<float> position);
+
+    /** On the screen, where there is one, but never shown: takes the mouse cursors that JUCE sets. */
+    juce::Component cursorWindow;
 
     juce::Point<float> mousePosition;
     int heldButton = 0;

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "presets/Preset.h"
+
+#include <juce_data_structures/juce_data_structures.h>
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <functional>
+
+namespace tessarin
+{
+
+/** The presets of a folder and its subfolders that pass the filter, in list order. The selected row is that
+    of the current preset. Message thread. */
+class PresetTableView final : public juce::Component, public juce::TableListBoxModel
+{
+public:
+    enum Column
+    {
+        nameColumn = 2,
+        authorColumn = 3,
+        categoriesColumn = 4,
+        descriptionColumn = 5
+    };
+
+    /** Names its rows for screen readers. */
+    struct Table final : public juce::TableListBox
+    {
+        explicit Table (PresetTableView& ownerToUse) : owner (ownerToUse) {}
+
+        juce::String getNameForRow (int row) override;
+
+        PresetTableView& owner;
+    };
+
+    PresetTableView();
+    ~PresetTableView() override;
+
+    void setTree (const juce::ValueTree& folder);
+
+    /** "All" asks for every one of these categories, "Any" for one of them; "Hide" turns the answer round.
+        Without categories every preset is shown. */
+    void setFilter (const juce::StringArray& categories, bool show, bool all);
+
+    /** Selects the row of this list index without a notification, or none if it is not shown. */
+    void setCurrentPreset (int presetIndex);
+
+    /** One if no preset is shown: it tells so. */
+    int getNumRows() override;
+
+    void paintRowBackground (juce::Graphics&, int row, int width, int height, bool isSelected) override;
+    void paintCell (juce::Graphics&, int row, int column, int width, int height, bool isSelected) override;
+    void cellClicked (int row, int column, const juce::MouseEvent&) override;
+
+    /** Comes from screen readers; the table itself has no keyboard focus. */
+    void returnKeyPressed (int row) override { clickRow (row); }
+
+    juce::String getCellTooltip (int row, int column) override;
+
+    bool keyPressed (const juce::KeyPress&) override;
+    void focusGained (FocusChangeType) override;
+    void focusLost (FocusChangeType) override;
+
+    void resized() override;
+    void paintOverChildren (juce::Graphics&) override;
+
+    // Of the rows, too: for the fill under the mouse, and for the selection after a click.
+    void mouseEnter (const juce::MouseEvent&) override;
+    void mouseExit (const juce::MouseEvent&) override;
+    void mouseUp (const juce::MouseEvent&) override;
+
+    /** Takes the preset's list index. */
+    std::function<void (int)> onPresetClicked;
+
+    Table table { *this };
+
+    /** Of the chosen folder and below. */
+    juce::Array<Preset> allPresets;
+
+    /** What passes the filter. */
+    juce::Array<Preset> shownPresets;
+
+    juce::StringArray filterCategories;
+    bool filterShow = true;
+    bool filterAll = true;
+
+private:
+    void addPresets (const juce::ValueTree& folder);
+    [[nodiscard]] bool passesFilter (const Preset&) const;
+    void updateRows();
+    void updateRowHeight();
+    void selectCurrentRow (bool scrollsThere);
+    void clickRow (int row);
+    void showMenu (int row);
+    [[nodiscard]] juce::String getCellText (int row, int column) const;
+
+    int currentIndex = -1;
+    juce::Component::SafePointer<juce::Component> hovered;
+    bool showsFocus = false;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetTableView)
+};
+
+} // namespace tessarin

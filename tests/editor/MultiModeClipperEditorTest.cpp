@@ -1,0 +1,146 @@
+#include "editor/OpenEditor.h"
+
+#include <gtest/gtest.h>
+
+using juce::Rectangle;
+
+namespace
+{
+/** The largest square in the middle of a rectangle. */
+Rectangle<int> squareIn (Rectangle<int> area)
+{
+    return area.withSizeKeepingCentre (juce::jmin (area.getWidth(), area.getHeight()),
+                                       juce::jmin (area.getWidth(), area.getHeight()));
+}
+} // namespace
+
+TEST (MultiModeClipperEditor, ArrangesItsControlsByItsWidth)
+{
+    OpenEditor open;
+    auto& panel = open.editor->singleEditor;
+    const auto place = [&panel] (int width) { panel.setSize (width, 462); };
+
+    // Below the title row, with 20 pixels at the other sides.
+    const auto content = [] (int width) { return Rectangle<int> (20, 60, width - 40, 382); };
+    const auto bottomOf = [] (const juce::Component& c) { return c.getBottom(); };
+
+    for (const auto width : { 551, 780 })
+    {
+        place (width);
+        EXPECT_EQ (panel.graph.getBounds(), content (width).withWidth (382));
+        EXPECT_TRUE (panel.modeLabel.isVisible());
+        EXPECT_EQ (panel.modeLabel.getJustificationType(), juce::Justification::centred);
+        EXPECT_EQ (panel.modeBox.getBounds().getX(), 20 + 382 + 20);
+        EXPECT_EQ (panel.modeBox.getRight(), width - 20);
+        EXPECT_EQ (panel.modeBox.getY(), panel.modeLabel.getY() + 20);
+        EXPECT_LT (bottomOf (panel.thresholdSlider), panel.makeupSlider.getY());
+        EXPECT_LT (bottomOf (panel.makeupSlider), panel.shapeSlider.getY());
+    }
+
+    for (const auto width : { 260, 314, 550 })
+    {
+        place (width);
+        const auto graph = squareIn (content (width).withTrimmedBottom (95 + 20 + 20 + 20));
+        EXPECT_EQ (panel.graph.getBounds(), graph);
+        EXPECT_TRUE (panel.modeLabel.isVisible());
+        EXPECT_EQ (panel.modeLabel.getJustificationType(), juce::Justification::centredLeft);
+        EXPECT_EQ (panel.modeLabel.getBounds(), (Rectangle<int> (graph.getX(), 442 - 95 - 40, 60, 20)));
+        EXPECT_EQ (panel.modeBox.getRight(), graph.getRight());
+        EXPECT_EQ (panel.shapeSlider.getBounds().withX (0), (Rectangle<int> (0, 442 - 95, 60, 95)));
+        EXPECT_LT (panel.thresholdSlider.getX(), panel.shapeSlider.getX());
+        EXPECT_LT (panel.shapeSlider.getX(), panel.makeupSlider.getX());
+    }
+
+    for (const auto width : { 200, 259 })
+    {
+        place (width);
+        EXPECT_EQ (panel.graph.getBounds(), squareIn (content (width).withTrimmedBottom (2 * 95 + 20 + 30)));
+        EXPECT_FALSE (panel.modeLabel.isVisible());
+        EXPECT_EQ (panel.shapeSlider.getBounds(), content (width).removeFromBottom (95));
+        EXPECT_EQ (panel.thresholdSlider.getY(), panel.makeupSlider.getY());
+        EXPECT_EQ (bottomOf (panel.makeupSlider), panel.shapeSlider.getY() - 10);
+    }
+
+    for (const auto width : { 134, 199 })
+    {
+        place (width);
+        EXPECT_EQ (panel.graph.getBounds(), squareIn (content (width).withTrimmedBottom (3 * 95 + 20 + 40)));
+        EXPECT_FALSE (panel.modeLabel.isVisible());
+        EXPECT_EQ (panel.makeupSlider.getBounds(), content (width).removeFromBottom (95));
+        EXPECT_EQ (bottomOf (panel.thresholdSlider), panel.shapeSlider.getY() - 10);
+    }
+
+    EXPECT_EQ (panel.enableButton.getBounds(), (Rectangle<int> (199 - 45, 15, 25, 20)));
+    EXPECT_EQ (panel.linkButton.getBounds(), (Rectangle<int> (199 - 75, 15, 25, 20)));
+}
+
+TEST (MultiModeClipperEditor, NamesAndHidesTheShapeByTheMode)
+{
+    struct Mode
+    {
+        const char* name;
+        const char* label;
+        bool hasShape;
+    };
+
+    const std::vector<Mode> modes { { "Hard", "Shape", false },
+                                    { "Soft I", "Shape", true },
+                                    { "Soft II", "Shape", false },
+                                    { "Pressure", "Pressure", true },
+                                    { "Boost", "Boost", true } };
+    OpenEditor open;
+    auto& panel = open.editor->singleEditor;
+    open.set ("shape_single", 0.5);
+
+    for (auto id : { 4, 3, 2, 1, 0, 3 })
+    {
+        const auto& mode = modes[static_cast<size_t> (id)];
+
+        // As a host does it, from its audio thread.
+        std::thread ([&] { open.plugin.set ("mode_single", id); }).join();
+        dispatchMessages();
+
+        EXPECT_EQ (panel.modeBox.getText(), mode.name);
+        EXPECT_EQ (panel.shapeSlider.nameLabel.getText(), mode.label);
+        EXPECT_EQ (panel.shapeSlider.isVisible(), mode.hasShape) << mode.name;
+        EXPECT_EQ (panel.graph.saturator, open.plugin.processor.singleClipper.current);
+        EXPECT_EQ (open.plugin.get ("shape_single"), 0.5);
+    }
+
+    // A change that arrives when the panel is gone finds nobody.
+    open.plugin.set ("mode_single", 1);
+    open.close();
+    dispatchMessages();
+    open.open();
+    EXPECT_EQ (open.editor->singleEditor.modeBox.getText(), "Soft I");
+}
+
+TEST (MultiModeClipperEditor, GreysOutWhatLinkAndEnableTakeOutOfTheUsersHands)
+{
+    OpenEditor open;
+    auto& panel = open.editor->singleEditor;
+
+    const auto click = [&] (juce::Component& button) { open.window->clickMouse (button, { 10, 10 }); };
+    const auto state = [&]
+    {
+        return std::vector { panel.thresholdSlider.isEnabled(), panel.shapeSlider.isEnabled(),
+                             panel.graph.isEnabled(),           panel.modeBox.isEnabled(),
+                             panel.modeLabel.isEnabled(),       panel.makeupSlider.isEnabled() };
+    };
+
+    GestureRecorder link (open.plugin.parameter ("link_single"));
+    click (panel.linkButton);
+    EXPECT_EQ (state(), (std::vector { true, true, true, true, true, false }));
+    EXPECT_EQ (link.events, (std::vector<std::string> { "begin", "=1", "end" }));
+
+    click (panel.enableButton);
+    EXPECT_EQ (open.plugin.get ("enable_single"), 0.0);
+    EXPECT_EQ (state(), std::vector (6, false));
+    EXPECT_TRUE (panel.enableButton.isEnabled() && panel.linkButton.isEnabled());
+
+    // By the host.
+    open.set ("enable_single", 1.0);
+    open.set ("link_single", 0.0);
+    EXPECT_EQ (state(), std::vector (6, true));
+    EXPECT_TRUE (panel.enableButton.getToggleState());
+}

@@ -1,0 +1,288 @@
+#include "common/ColourIds.h"
+#include "editor/OpenEditor.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+using juce::Rectangle;
+
+namespace
+{
+struct LayoutCase
+{
+    int layout, width, height;
+};
+
+class EditorLayouts : public testing::TestWithParam<LayoutCase>
+{
+};
+
+std::vector<MultiModeClipperEditor*> shownPanels (OrvoAudioProcessorEditor& e)
+{
+    std::vector<MultiModeClipperEditor*> shown;
+
+    for (auto* child : e.getChildren())
+        if (auto* panel = dynamic_cast<MultiModeClipperEditor*> (child);
+            panel != nullptr && panel->isVisible())
+            shown.push_back (panel);
+
+    return shown;
+}
+} // namespace
+
+TEST_P (EditorLayouts, PlaceTheContentByTheirFormulas)
+{
+    const auto [layout, w, h] = GetParam();
+    OpenEditor open;
+    auto& e = *open.editor;
+    open.set ("layout", layout);
+    e.setSize (w, h);
+
+    const std::vector<std::vector<MultiModeClipperEditor*>> panels {
+        { &e.singleEditor, &e.postEditor },
+        { &e.lowBandEditor, &e.midBandEditor, &e.highBandEditor, &e.postEditor },
+        { &e.midChannelEditor, &e.sideChannelEditor, &e.postEditor },
+        { &e.leftChannelEditor, &e.rightChannelEditor, &e.postEditor },
+    };
+    const auto& expectedPanels = panels[static_cast<size_t> (layout)];
+    EXPECT_EQ (shownPanels (e), expectedPanels);
+
+    const auto isMultiBand = layout == 1;
+    const auto rowY = h - 30 - 462;
+    const auto bandHeight = isMultiBand ? 100 : 0;
+    const auto panelWidth = (w - 440) / static_cast<int> (expectedPanels.size());
+
+    EXPECT_EQ (e.topBar.getBounds(), (Rectangle<int> (0, 0, w, 38)));
+    EXPECT_EQ (e.tooltipPanel.getBounds(), (Rectangle<int> (0, h - 30, w, 30)));
+    EXPECT_EQ (e.presetBrowser.getBounds(), (Rectangle<int> (0, 38, w, h - 68)));
+    EXPECT_EQ (e.waveformGraph.getBounds(), (Rectangle<int> (0, 38, w, rowY - bandHeight - 38)));
+    EXPECT_EQ (e.bandEditor.isVisible(), isMultiBand);
+
+    if (isMultiBand)
+    {
+        EXPECT_EQ (e.bandEditor.getBounds(), (Rectangle<int> (0, rowY - 100, w, 100)));
+    }
+
+    auto x = 140;
+    EXPECT_EQ (e.inputPanel.getBounds(), (Rectangle<int> (0, rowY, 140, 462)));
+
+    for (auto* panel : expectedPanels)
+    {
+        EXPECT_EQ (panel->getBounds(), (Rectangle<int> (x, rowY, panelWidth, 462)));
+        x += panelWidth;
+    }
+
+    EXPECT_EQ (e.outputPanel.getBounds(), (Rectangle<int> (x, rowY, w - x, 462)));
+    EXPECT_GE (e.outputPanel.getWidth(), 300);
+}
+
+INSTANTIATE_TEST_SUITE_P (Sizes, EditorLayouts,
+                          testing::Values (LayoutCase { 0, 1068, 800 }, LayoutCase { 1, 1068, 800 },
+                                           LayoutCase { 2, 2000, 1500 }, LayoutCase { 3, 977, 800 },
+                                           LayoutCase { 1, 977, 800 }));
+
+TEST (OrvoEditor, KeepsItsSizeAndMultipliesTheScales)
+{
+    OpenEditor open;
+    EXPECT_EQ (open.editor->getBounds().withZeroOrigin(), (Rectangle<int> (1068, 800)));
+
+    open.editor->setSize (1200, 900);
+    open.close();
+    open.open();
+    EXPECT_EQ (open.editor->getWidth(), 1200);
+    EXPECT_EQ (open.editor->getHeight(), 900);
+
+    open.plugin.processor.settings.setValue ("scale", 2.0);
+
+    for (const auto& [hostScale, total] :
+         { std::pair { 1.5f, 3.0f }, { 0.0f, 3.0f }, { -1.0f, 3.0f }, { 1.0f, 2.0f } })
+    {
+        open.editor->setScaleFactor (hostScale);
+        EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (total)) << hostScale;
+        EXPECT_EQ (open.editor->getWidth(), 1200);
+    }
+}
+
+TEST (OrvoEditor, GreysOutTheContentOnBypassAndLeavesTheBarsAlone)
+{
+    OpenEditor open;
+    auto& e = *open.editor;
+
+    for (const auto isOn : { false, true })
+    {
+        open.set ("enable", isOn ? 1.0 : 0.0);
+
+        for (const auto* content :
+             std::initializer_list<juce::Component*> { &e.waveformGraph, &e.bandEditor, &e.inputPanel,
+                                                       &e.outputPanel, &e.singleEditor, &e.lowBandEditor })
+            EXPECT_EQ (content->isEnabled(), isOn);
+
+        EXPECT_TRUE (e.topBar.isEnabled());
+        EXPECT_TRUE (e.tooltipPanel.isEnabled());
+    }
+}
+
+TEST (OrvoEditor, LaysOverlaysOverTheContentInTheirOrder)
+{
+    OpenEditor open;
+    auto& e = *open.editor;
+    e.setPresetBrowserVisible (true);
+
+    const std::vector<juce::Component*> order { &e.outputPanel,   &e.presetBrowser,   e.toastManager,
+                                                &e.settingsModal, &e.savePresetModal, &e.licenceDialog };
+
+    for (size_t i = 1; i < order.size(); ++i)
+        EXPECT_LT (e.getIndexOfChildComponent (order[i - 1]), e.getIndexOfChildComponent (order[i])) << i;
+
+    for (const auto* dialog : { order[2], order[3], order[4], order[5] })
+    {
+        EXPECT_FALSE (dialog->isVisible());
+        EXPECT_EQ (dialog->getBounds(), e.getLocalBounds());
+    }
+
+    // A message that came without an editor shows with the next one.
+    open.close();
+    open.plugin.processor.toastManager.showError ("Lost");
+    open.open();
+    EXPECT_TRUE (open.editor->toastManager->isVisible());
+    EXPECT_EQ (open.editor->toastManager->getParentComponent(), open.editor.get());
+}
+
+TEST (OrvoEditor, FollowsRestoredStateAndLoadedPresets)
+{
+    using View = luna::SaturatorGraph::ViewMode;
+    OpenEditor open;
+    auto& processor = open.plugin.processor;
+    auto& e = *open.editor;
+
+    juce::MemoryBlock before;
+    processor.getStateInformation (before);
+
+    ASSERT_TRUE (processor.presetManager.loadPreset (1));
+    dispatchMessages();
+    EXPECT_NEAR (e.inputPanel.inGainSlider.slider.getValue(), 6.0, 1e-4);
+    EXPECT_EQ (e.singleEditor.graph.viewMode, View::amplitude);
+    EXPECT_EQ (e.postEditor.graph.viewMode, View::decibels);
+
+    std::thread (
+        [&] {
+        processor.setStateInformation (before.getData(), static_cast<int> (before.getSize()));
+    }).join();
+    dispatchMessages();
+    EXPECT_NEAR (e.inputPanel.inGainSlider.slider.getValue(), 0.0, 1e-4);
+    EXPECT_EQ (e.singleEditor.graph.viewMode, View::decibels);
+
+    // A view that the user picks is part of the state.
+    e.singleEditor.graph.onViewModeChange (View::amplitude);
+    juce::MemoryBlock after;
+    processor.getStateInformation (after);
+    processor.setStateInformation (before.getData(), static_cast<int> (before.getSize()));
+    processor.setStateInformation (after.getData(), static_cast<int> (after.getSize()));
+    dispatchMessages();
+    EXPECT_EQ (e.singleEditor.graph.viewMode, View::amplitude);
+}
+
+TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
+{
+    OpenEditor open;
+    const auto settingsFile = open.config.file ("settings.settings");
+    settingsFile.replaceWithText ("<?xml version=\"1.0\"?><PROPERTIES><VALUE name=\"scale\" val=\"1.5\"/>"
+                                  "<VALUE name=\"theme\" val=\"Night\"/></PROPERTIES>");
+    open.plugin.processor.settings.sendChangeMessage();
+    dispatchMessages();
+
+    EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (1.5f));
+    EXPECT_EQ (open.editor->lookAndFeel->lookAndFeel.themeName, "Night");
+
+    tessarin::LicenceManager::Status status;
+    status.statusText = "Trial";
+    open.plugin.processor.licenceManager.setStatus (status);
+    dispatchMessages();
+    EXPECT_EQ (open.editor->tooltipPanel.statusLabel.getText(), "Trial");
+}
+
+namespace
+{
+/** A host that automates everything an editor follows, at full rate, on its audio thread. */
+class Automation
+{
+public:
+    explicit Automation (PluginUnderTest& pluginToDrive) : plugin (pluginToDrive) {}
+
+    ~Automation()
+    {
+        isRunning = false;
+        thread.join();
+    }
+
+private:
+    void run()
+    {
+        juce::AudioBuffer<float> block (2, 64);
+
+        for (auto i = 0; isRunning; ++i)
+        {
+            plugin.set ("layout", i % 4);
+            plugin.set ("enable", i % 3 == 0 ? 0.0 : 1.0);
+            plugin.set ("mode_single", i % 5);
+            plugin.set ("enable_post", i % 2);
+            block.clear();
+            plugin.process (block);
+
+            // A block's length, less than a host would wait.
+            std::this_thread::sleep_for (std::chrono::microseconds (300));
+        }
+    }
+
+    PluginUnderTest& plugin;
+    std::atomic<bool> isRunning { true };
+    std::thread thread { [this] { run(); } };
+};
+} // namespace
+
+TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
+{
+    const TemporaryConfig config;
+    config.addPreset ("Factory/Loud.tpre", stateText());
+
+    for (const auto& [numInstances, numRounds] : { std::pair { 1, 8 }, { 8, 1 } })
+    {
+        std::vector<std::unique_ptr<PluginUnderTest>> plugins;
+        std::vector<std::unique_ptr<Automation>> automations;
+
+        for (auto i = 0; i < numInstances; ++i)
+        {
+            plugins.push_back (std::make_unique<PluginUnderTest>());
+            automations.push_back (std::make_unique<Automation> (*plugins.back()));
+        }
+
+        for (auto round = 0; round < numRounds; ++round)
+        {
+            std::vector<std::unique_ptr<juce::AudioProcessorEditor>> editors;
+
+            for (auto& plugin : plugins)
+            {
+                editors.emplace_back (plugin->processor.createEditorIfNeeded());
+                editors.back()->addToDesktop (0);
+                editors.back()->setVisible (true);
+                editors.back()->setSize (977 + 10 * round, 800 + round);
+            }
+
+            // Messages that are pending when a window goes must find nobody.
+            for (auto i = 0; i < round; ++i)
+                juce::detail::dispatchNextMessageOnSystemQueue (true);
+
+            for (size_t i = 0; i < editors.size(); ++i)
+            {
+                EXPECT_EQ (plugins[i]->processor.editorWidth, 977 + 10 * round);
+                plugins[i]->processor.editorBeingDeleted (editors[i].get());
+            }
+        }
+
+        automations.clear();
+        dispatchMessages();
+    }
+}

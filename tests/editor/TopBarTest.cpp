@@ -1,0 +1,158 @@
+#include "editor/TopBar.h"
+
+#include "core/OrvoAudioProcessor.h"
+#include "editor/TessarinEditor.h"
+#include "OffscreenWindow.h"
+#include "support/FakeProgram.h"
+#include "support/TemporaryConfig.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using juce::String;
+
+struct TestEditor : public tessarin::TessarinEditor
+{
+    explicit TestEditor (OrvoAudioProcessor& owner) : TessarinEditor (owner) { setSize (1068, 800); }
+
+    void updateLayout() override {}
+
+    void stateReloaded (juce::ValueTree&) override {}
+};
+
+String describe (const juce::PopupMenu& menu)
+{
+    juce::StringArray items;
+
+    for (juce::PopupMenu::MenuItemIterator it (menu); it.next();)
+    {
+        const auto& item = it.getItem();
+        items.add (item.isSeparator          ? String ("-")
+                   : item.subMenu != nullptr ? item.text + " { " + describe (*item.subMenu) + " }"
+                                             : item.text + " " + String (item.itemID));
+    }
+
+    return items.joinIntoString (", ");
+}
+
+struct TopBar : testing::Test
+{
+    void click (juce::Component& target) { window.clickMouse (target, target.getLocalBounds().getCentre()); }
+
+    String themeAfterClicks (int number, int keys = 0)
+    {
+        juce::ModifierKeys::currentModifiers = juce::ModifierKeys (keys);
+
+        for (auto i = 0; i < number; ++i)
+            window.clickMouse (bar, { i % 2 == 0 ? 50 : 250, 19 });
+
+        juce::ModifierKeys::currentModifiers = {};
+        return processor.settings.getValue ("theme", "Default");
+    }
+
+    TemporaryConfig config;
+    const juce::File presets[4] { config.addPreset ("Factory/A Kick/One.tpre", stateText()),
+                                  config.addPreset ("Factory/B Snare/Two.tpre", stateText()),
+                                  config.addPreset ("User/Mine.tpre", stateText()),
+                                  config.addPreset ("User/Sub/Deep.tpre", stateText()) };
+    OrvoAudioProcessor processor;
+    TestEditor editor { processor };
+    OffscreenWindow window { editor };
+    tessarin::TopBar& bar = editor.topBar;
+    const juce::OwnedArray<tessarin::Toast>& toasts = processor.toastManager.toasts;
+};
+} // namespace
+
+TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
+{
+    EXPECT_EQ (describe (*bar.presetBox.getRootMenu()),
+               "Initial Patch 1, A Kick { One 2 }, B Snare { Two 3 }, -, User { Mine 4, Sub { Deep 5 } }");
+
+    const auto expectShown = [&] (int index)
+    {
+        EXPECT_EQ (bar.presetBox.getText(), processor.getProgramName (index));
+        EXPECT_EQ (processor.getCurrentProgram(), index);
+        EXPECT_EQ (bar.previousButton.isEnabled(), index != 0) << index;
+        EXPECT_EQ (bar.nextButton.isEnabled(), index != 4) << index;
+    };
+
+    for (const auto index : { 0, 1, 2, 3, 4, 4 })
+    {
+        click (index == 0 ? bar.previousButton : bar.nextButton);
+        expectShown (index);
+    }
+
+    click (bar.previousButton);
+    expectShown (3);
+    bar.presetBox.setSelectedId (2, juce::sendNotificationSync);
+    expectShown (1);
+
+    for (const auto width : { 699, 700 })
+    {
+        bar.setSize (width, 38);
+        EXPECT_EQ (bar.presetBox.getWidth(), width == 699 ? 150 : 183);
+    }
+}
+
+TEST_F (TopBar, ChangesTheThemeWithTenClicksOrShift)
+{
+    EXPECT_EQ (themeAfterClicks (9), "Default");
+    EXPECT_EQ (themeAfterClicks (1), "Ice");
+    EXPECT_EQ (editor.lookAndFeel->lookAndFeel.themeName, "Ice");
+    EXPECT_TRUE (config.file ("settings.settings").loadFileAsString().contains ("Ice"));
+
+    for (const auto* next : { "Night", "TwentyTwenty", "Default" })
+    {
+        themeAfterClicks (4);
+        EXPECT_EQ (themeAfterClicks (1, juce::ModifierKeys::shiftModifier), next) << "starts the count anew";
+    }
+
+    processor.settings.setValue ("theme", "Light");
+    EXPECT_EQ (themeAfterClicks (10), "Default");
+}
+
+TEST_F (TopBar, OpensTheManualOrTellsWhereItShouldBe)
+{
+    const FakeProgram viewer ("xdg-open", config.file ("bin"));
+    const auto manual = config.file ("Orvo Manual 1.0.1.pdf");
+
+    click (bar.manualButton);
+    ASSERT_EQ (toasts.size(), 2);
+    EXPECT_EQ (toasts[0]->text, "ERROR: Sorry, we can't find the manual. Please reinstall the plugin.");
+    EXPECT_EQ (toasts[1]->text, manual.getFullPathName());
+
+    manual.create();
+    bar.buttonClicked (&bar.manualButton);
+    EXPECT_EQ (viewer.readLastArgument(), manual.getFullPathName());
+    EXPECT_EQ (toasts.size(), 2) << "no further one";
+}
+
+TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
+{
+    const auto expectBrowser = [&] (bool isOpen, juce::Button& button)
+    {
+        EXPECT_EQ (editor.presetBrowser.isVisible(), isOpen) << button.getTooltip();
+        EXPECT_EQ (bar.presetBrowserButton.getToggleState(), isOpen) << button.getTooltip();
+    };
+
+    for (auto& [button, dialog] : std::initializer_list<std::pair<juce::Button&, juce::Component&>> {
+             { bar.saveButton, editor.savePresetModal }, { bar.settingsButton, editor.settingsModal } })
+    {
+        click (bar.presetBrowserButton);
+        click (bar.nextButton);
+        expectBrowser (true, bar.nextButton);
+        click (button);
+        expectBrowser (false, button);
+        EXPECT_TRUE (dialog.isVisible());
+        window.typeKey (juce::KeyPress (juce::KeyPress::escapeKey));
+        EXPECT_FALSE (dialog.isVisible()) << "it had the keyboard";
+    }
+
+    tessarin::LicenceManager::Status status;
+    status.saveRefusal = "Saving needs a licence";
+    processor.licenceManager.setStatus (status);
+    click (bar.saveButton);
+    EXPECT_FALSE (editor.savePresetModal.isVisible());
+    EXPECT_EQ (toasts.getLast()->text, "ERROR: Saving needs a licence");
+}

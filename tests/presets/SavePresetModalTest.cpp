@@ -1,0 +1,163 @@
+#include "presets/SavePresetModal.h"
+
+#include "core/OrvoAudioProcessor.h"
+#include "OffscreenWindow.h"
+#include "support/FakeProgram.h"
+#include "support/ReadOnly.h"
+#include "support/TemporaryConfig.h"
+
+#include <gtest/gtest.h>
+
+namespace juce::detail
+{
+bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
+}
+
+namespace
+{
+using juce::KeyPress;
+using juce::String;
+
+struct SavePresetModal : testing::Test
+{
+    SavePresetModal()
+    {
+        tessarin::LicenceManager::Status status;
+        status.registeredName = "Ann Example";
+        processor.licenceManager.setStatus (status);
+        processor.toastManager.toasts.clear();
+        frame.addChildComponent (modal);
+    }
+
+    void show()
+    {
+        modal.setVisible (true);
+        modal.grabKeyboardFocus();
+    }
+
+    void type (const String& text)
+    {
+        for (const auto character : text)
+            window.typeKey (KeyPress (static_cast<int> (character), 0, character));
+    }
+
+    String texts() const
+    {
+        return modal.nameField.getText() + "|" + modal.descriptionField.getText() + "|"
+               + modal.categoriesField.getText() + "|" + modal.authorField.getText();
+    }
+
+    String toasts()
+    {
+        String texts;
+
+        for (const auto* toast : processor.toastManager.toasts)
+            texts << toast->text << "|";
+
+        processor.toastManager.toasts.clear();
+        return texts;
+    }
+
+    TemporaryConfig config;
+    const bool hasFactory = config.preset ("Factory").createDirectory().wasOk();
+    OrvoAudioProcessor processor;
+    tessarin::SavePresetModal modal { processor.presetManager, processor.licenceManager,
+                                      processor.toastManager };
+    juce::Component frame;
+    OffscreenWindow window { frame };
+    const juce::File userFolder = config.preset ("User");
+};
+} // namespace
+
+TEST_F (SavePresetModal, FillsInTheCurrentPreset)
+{
+    show();
+    type ("Left over");
+    EXPECT_EQ (texts(), "Left over|||Ann Example");
+    modal.buttonClicked (&modal.cancelButton);
+    EXPECT_FALSE (modal.isVisible());
+    show();
+    EXPECT_EQ (texts(), "|||Ann Example");
+
+    config.addPreset ("User/Loud.tpre",
+                      stateText ({}, "author=\"Bob\" categories=\"C, B\" description=\"So\""));
+    processor.presetManager.loadPresets();
+    processor.presetManager.loadPreset (1);
+    modal.setVisible (false);
+    show();
+    EXPECT_EQ (texts(), "Loud|So|B,C|Ann Example");
+}
+
+TEST_F (SavePresetModal, TakesTheCharactersThatBelong)
+{
+    show();
+    modal.authorField.clear();
+
+    for (const auto& [allows, maximumLength] :
+         { std::pair { " 09()_azAZ", 40 }, std::pair { " 09()_azAZ,-\"\xc3\xa9", 200 },
+           std::pair { "azAZ,", 100 }, std::pair { " 09()_azAZ", 100 } })
+    {
+        type (String::fromUTF8 (" 09()_azAZ,-\"\xc3\xa9"));
+        auto* field = dynamic_cast<juce::TextEditor*> (juce::Component::getCurrentlyFocusedComponent());
+        ASSERT_NE (field, nullptr);
+        EXPECT_EQ (field->getText(), String::fromUTF8 (allows)) << field->getTitle();
+        type (String::repeatedString ("x", maximumLength));
+        EXPECT_EQ (field->getText().length(), maximumLength == 200 ? 214 : maximumLength);
+        window.typeKey (KeyPress (KeyPress::tabKey));
+    }
+
+    EXPECT_TRUE (modal.cancelButton.hasKeyboardFocus (false)) << "in the order of the rows";
+}
+
+TEST_F (SavePresetModal, MakesTheUsersFolderOrSaysWhyItCannot)
+{
+    const auto presets = userFolder.getParentDirectory(), product = presets.getParentDirectory();
+
+    {
+        const ReadOnly readOnly { presets, product };
+        show();
+        EXPECT_FALSE (modal.isVisible());
+        const auto found = toasts();
+        EXPECT_TRUE (found.startsWith ("ERROR: Unable to create user preset folder: ")) << found;
+        EXPECT_TRUE (found.endsWith ("|ERROR: No permission to write to top-level presets folder: "
+                                     + product.getFullPathName()
+                                     + "|ERROR: No permission to write to exisitng Tessarin preset folder: "
+                                     + presets.getFullPathName() + "|"))
+            << found;
+    }
+
+    show();
+    EXPECT_TRUE (modal.isVisible() && userFolder.isDirectory());
+    EXPECT_TRUE (config.log().contains ("Creating user preset folder: " + userFolder.getFullPathName()));
+
+    const ReadOnly readOnly { userFolder };
+    modal.setVisible (false);
+    show();
+    EXPECT_TRUE (modal.isVisible());
+    EXPECT_EQ (toasts(),
+               "ERROR: Unable to write to user preset folder: " + userFolder.getFullPathName() + "|");
+}
+
+TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)
+{
+    const auto chosen = userFolder.getChildFile ("Chosen.tpre");
+    const FakeProgram fileDialog ("zenity", config.file ("bin"), chosen.getFullPathName());
+    show();
+    type ("Typed");
+    window.typeKey (KeyPress (KeyPress::tabKey));
+    type ("Warm");
+    modal.categoriesField.setText ("Bass");
+    modal.nameField.grabKeyboardFocus();
+    window.typeKey (KeyPress (KeyPress::returnKey));
+
+    EXPECT_EQ (fileDialog.readLastArgument(), "--version");
+    EXPECT_EQ (fileDialog.readLastArgument(), "--filename=Typed.tpre");
+    EXPECT_TRUE (modal.isVisible()) << "until somebody hides it";
+
+    for (auto i = 0; i < 10000 && processor.toastManager.toasts.isEmpty(); ++i)
+        juce::detail::dispatchNextMessageOnSystemQueue (false);
+
+    const auto preset = processor.presetManager.getCurrentPreset();
+    EXPECT_EQ (preset.name + preset.description + preset.categories[0] + preset.author,
+               "ChosenWarmBassAnn Example");
+}

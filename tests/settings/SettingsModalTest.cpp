@@ -1,0 +1,128 @@
+#include "settings/SettingsModal.h"
+
+#include "core/OrvoAudioProcessor.h"
+#include "settings/Settings.h"
+#include "support/ReadOnly.h"
+#include "support/TemporaryConfig.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+struct LogProbe : public juce::Logger
+{
+    LogProbe() { setCurrentLogger (this); }
+
+    ~LogProbe() override { setCurrentLogger (nullptr); }
+
+    void logMessage (const juce::String& message) override { lines << message << "|"; }
+
+    juce::String lines;
+};
+
+/** The settings and the dialog of one instance. */
+struct Instance
+{
+    juce::PropertiesFile settings { tessarin::Settings::getFile(), tessarin::Settings::getOptions() };
+    tessarin::ToastManager toasts;
+    tessarin::SettingsModal modal { settings, toasts };
+};
+
+struct SettingsModal : testing::Test
+{
+    TemporaryConfig config;
+    const juce::File file = config.file ("settings.settings");
+};
+} // namespace
+
+TEST_F (SettingsModal, OffersSixScalesAndShowsNoOther)
+{
+    Instance instance;
+    EXPECT_EQ (instance.modal.scaleBox.getText(), "Normal") << "nothing saved";
+
+    for (const auto& [text, factor] :
+         { std::pair { "Tiny", 0.5 }, std::pair { "Small", 0.75 }, std::pair { "Normal", 1.0 },
+           std::pair { "Big", 1.25 }, std::pair { "Bigger", 1.5 }, std::pair { "Massive", 2.0 } })
+    {
+        instance.modal.scaleBox.setText (text, juce::sendNotificationSync);
+        EXPECT_EQ (Instance().settings.getDoubleValue ("scale"), factor) << "saved at once";
+        EXPECT_EQ (Instance().modal.scaleBox.getText(), text);
+    }
+
+    for (const auto& [value, shown] :
+         { std::pair { "1.3", "" }, std::pair { "0.7501", "" }, std::pair { "0.75000000001", "Small" } })
+    {
+        instance.settings.setValue ("scale", value);
+        instance.settings.saveIfNeeded();
+        EXPECT_EQ (Instance().modal.scaleBox.getText(), shown) << value;
+    }
+}
+
+TEST_F (SettingsModal, FollowsWhatAnotherInstanceSaves)
+{
+    struct Editor : public juce::ChangeListener
+    {
+        void changeListenerCallback (juce::ChangeBroadcaster*) override { ++changes; }
+
+        int changes = 0;
+    };
+
+    Instance instance, other;
+    Editor editor;
+    instance.settings.addChangeListener (&editor);
+
+    const auto tick = [&]
+    {
+        instance.modal.fileListener.timerCallback();
+        instance.modal.fileListener.dispatchPendingMessages();
+        instance.settings.dispatchPendingMessages();
+    };
+
+    tick();
+    EXPECT_EQ (editor.changes, 0) << "nothing happened since the start";
+    other.modal.scaleBox.setText ("Small", juce::sendNotificationSync);
+    tick();
+    tick();
+    EXPECT_EQ (editor.changes, 1);
+    EXPECT_EQ (instance.settings.getDoubleValue ("scale"), 0.75);
+    EXPECT_EQ (instance.modal.scaleBox.getText(), "Small");
+
+    instance.settings.setValue ("scale", 2.0);
+    file.setLastModificationTime (juce::Time (2030, 1, 1, 0, 0));
+    tick();
+    EXPECT_EQ (instance.modal.scaleBox.getText(), "Massive") << "not saved yet, so not lost";
+}
+
+TEST_F (SettingsModal, LogsWhyItCannotSave)
+{
+    const auto expectLog = [] (const juce::String& expected)
+    {
+        Instance instance;
+        LogProbe log;
+        instance.modal.scaleBox.setSelectedId (1, juce::sendNotificationSync);
+        EXPECT_EQ (log.lines, "Unable to save the custom settings...|   ...Settings file " + expected + "|");
+        EXPECT_EQ (instance.settings.getDoubleValue ("scale"), 0.5) << "in force";
+    };
+
+    file.createDirectory();
+    expectLog ("has write access|   ...Parent folder has write access");
+    file.deleteFile();
+    file.create();
+
+    {
+        const ReadOnly readOnly { file.getParentDirectory(), file };
+        expectLog ("has no write access|   ...Parent folder has no write access");
+    }
+
+    config.base.deleteRecursively();
+    config.base.createDirectory();
+
+    {
+        const ReadOnly readOnly { config.base };
+        expectLog ("doesn't exist|   ...Parent folder doesn't exist, and cannot be created as we have no "
+                   "write access");
+    }
+
+    config.base.getChildFile ("Tessarin").create();
+    expectLog ("doesn't exist");
+}
