@@ -34,6 +34,9 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
 {
     setLookAndFeel (&lookAndFeel->lookAndFeel);
     setOpaque (true);
+
+    // The focus falls here when a dialog goes, and not on the first button of the bar.
+    setWantsKeyboardFocus (true);
     applyScale();
 
     processor.settings.addChangeListener (this);

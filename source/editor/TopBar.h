@@ -31,7 +31,7 @@ class TopBar final : public juce::Component,
 {
 public:
     /** The editor outlives the bar. Its preset browser may be made after it. */
-    explicit TopBar (TessarinEditor& editor);
+    explicit TopBar (TessarinEditor&);
     ~TopBar() override;
 
     /** Takes the list and the current preset from the preset manager. */

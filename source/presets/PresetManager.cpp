@@ -150,10 +150,15 @@ void PresetManager::promptUserToSave (juce::String name, juce::String descriptio
     fileChooser = std::make_unique<juce::FileChooser> ("Choose the location to save...", initialFile,
                                                        juce::String ("*") + PresetFiles::fileExtension);
 
+    // JUCE moves the process, which is the host, to the dialog's folder, and leaves it there.
+    const auto workingDirectory = juce::File::getCurrentWorkingDirectory();
+
     fileChooser->launchAsync (
         juce::FileBrowserComponent::saveMode | juce::FileBrowserComponent::canSelectFiles
             | juce::FileBrowserComponent::warnAboutOverwriting,
         [this, text] (const juce::FileChooser& chooser) { finishSaving (chooser.getResult(), text); });
+
+    workingDirectory.setAsCurrentWorkingDirectory();
 }
 
 void PresetManager::finishSaving (juce::File chosen, const juce::String& text)

@@ -11,7 +11,7 @@ namespace
 constexpr auto nameCharacters = "QWERTYUIOPASDFGHJKLZXCVBNM qwertyuiopasdfghjklzxcvbnm1234567890()_";
 constexpr auto categoryCharacters = "QWERTYUIOPASDFGHJKLZXCVBNMqwertyuiopasdfghjklzxcvbnm,";
 
-void restrict(juce::TextEditor& field, int maximumLength, const char* characters)
+void limitInput (juce::TextEditor& field, int maximumLength, const char* characters)
 {
     using Restriction = juce::TextEditor::LengthAndCharacterRestriction;
     field.setInputFilter (new Restriction (maximumLength, characters), true);
@@ -30,9 +30,9 @@ SavePresetModal::SavePresetModal (PresetManager& presets, const LicenceManager& 
     addField (categoriesField, categoriesLabel, "Categories");
     addField (authorField, authorLabel, "Author");
 
-    restrict(nameField, 40, nameCharacters);
-    restrict(categoriesField, 100, categoryCharacters);
-    restrict(authorField, 100, nameCharacters);
+    limitInput (nameField, 40, nameCharacters);
+    limitInput (categoriesField, 100, categoryCharacters);
+    limitInput (authorField, 100, nameCharacters);
 
     // A single row shows; there is no room for a bar, and the text follows the caret.
     descriptionField.setMultiLine (true, false);

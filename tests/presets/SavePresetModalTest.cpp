@@ -142,6 +142,7 @@ TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)
 {
     const auto chosen = userFolder.getChildFile ("Chosen.tpre");
     const FakeProgram fileDialog ("zenity", config.file ("bin"), chosen.getFullPathName());
+    const auto workingDirectory = juce::File::getCurrentWorkingDirectory();
     show();
     type ("Typed");
     window.typeKey (KeyPress (KeyPress::tabKey));
@@ -153,6 +154,7 @@ TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)
     EXPECT_EQ (fileDialog.readLastArgument(), "--version");
     EXPECT_EQ (fileDialog.readLastArgument(), "--filename=Typed.tpre");
     EXPECT_TRUE (modal.isVisible()) << "until somebody hides it";
+    EXPECT_EQ (juce::File::getCurrentWorkingDirectory(), workingDirectory) << "the host's own";
 
     for (auto i = 0; i < 10000 && processor.toastManager.toasts.isEmpty(); ++i)
         juce::detail::dispatchNextMessageOnSystemQueue (false);

@@ -95,6 +95,9 @@ OffscreenWindow::OffscreenWindow (juce::Component& content)
     addAndMakeVisible (content);
     content.setTopLeftPosition (0, 0);
     content.sendLookAndFeelChange();
+
+    // Outside at first: a move to where the last window's mouse stood would be none.
+    sendMouse ({ -1.0f, -1.0f });
 }
 
 OffscreenWindow::~OffscreenWindow()
