@@ -18,7 +18,7 @@ class Host:
         self.lines = queue.Queue()
         self.events = []  # what the module told its host since `forget`
         threading.Thread(target=self._read, daemon=True).start()
-        self.window, self.size = self._await("ready").split()[1:]
+        self.window = self._await("ready").split()[1]
 
     def _read(self):
         for line in self.process.stdout:
@@ -49,6 +49,15 @@ class Host:
         if answer.startswith("failed"):
             raise AssertionError(f"{command}: {answer}")
         return answer[3:]
+
+    def reopen(self):
+        self.ask("close")
+        self._await("closed")
+        self.ask("open")
+        self.window = self.ask("window").split()[0]
+
+    def size(self):
+        return self.ask("window").split()[1]
 
     def text(self, parameter):
         """The parameter's value as its host shows it."""

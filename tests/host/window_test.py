@@ -373,10 +373,32 @@ class FrameTest(WindowTest):
         corner = (WIDTH - 5, HEIGHT - 5)
         self.host.pointer(corner, "mousedown 1", (corner[0] + 50, corner[1] + 20), (corner[0] + 132, corner[1] + 100),
                           "mouseup 1")
-        self.host.await_that(lambda: self.host.ask("window").endswith("1200x900"), "the corner follows the pointer")
-        self.host.ask("close")
-        self.host.ask("open")
-        self.host.await_that(lambda: self.host.ask("window").endswith("1200x900"), "the size is kept")
+        self.host.await_that(lambda: self.host.size() == "1200x900", "the corner follows the pointer")
+        self.host.reopen()
+        self.host.await_that(lambda: self.host.size() == "1200x900", "the size is kept")
+
+    def test_keys_go_to_the_field_that_was_clicked_last(self):
+        dialog, save_button = (384, 120, 340, 240), (621, 19)
+        fields = ((384, 190), (384, 240), (384, 290), (564, 290))
+        closed = self.host.look(*dialog)
+
+        self.choose(in_panel("post", 78, 117), 1, in_panel("post", 78, 117), (640, 440, 80, 30))
+        self.host.click(knob_of("mid_band", "threshold"))
+        self.host.click(save_button)
+        self.host.await_other(dialog, closed)
+        self.host.await_still((384, 330, 340, 20))
+
+        def first_letters():
+            return {self.host.look(x + 4, y + 2, 12, 16) for x, y in fields}
+
+        empty = first_letters()
+        for x, y in fields:
+            self.host.click((x + 80, y + 10))
+            self.host.type("words")
+        self.host.await_that(lambda: len(first_letters()) == 1 and first_letters() != empty, "all fields have the word")
+
+        self.host.key("Escape")
+        self.host.await_that(lambda: self.host.look(*dialog) == closed, "the dialog is closed")
 
     def test_closing_the_window_ends_the_program(self):
         self.host.click(AWAY)

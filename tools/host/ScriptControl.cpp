@@ -144,7 +144,7 @@ juce::String ScriptControl::answer (const juce::String& command, const juce::Str
     else if (command == "start")
         session.audio.start();
     else if (command == "close")
-        session.closeEditor();
+        session.closeEditor ([] { print ("closed"); });
     else if (command == "open")
         session.openEditor();
     else if (command == "window")
