@@ -172,8 +172,12 @@ void PresetTableView::showMenu (int row)
     juce::PopupMenu menu;
     menu.setLookAndFeel (&getLookAndFeel());
     menu.addItem ("Reveal location", [file = juce::File (shownPresets[row].path)] { file.revealToUser(); });
-    menu.showMenuAsync (
-        juce::PopupMenu::Options().withTargetComponent (this).withMousePosition().withDeletionCheck (*this));
+
+    // Inside the browser, so that the menu has the editor's scale.
+    menu.showMenuAsync (juce::PopupMenu::Options()
+                            .withParentComponent (getParentComponent())
+                            .withMousePosition()
+                            .withDeletionCheck (*this));
 }
 
 bool PresetTableView::keyPressed (const juce::KeyPress& key)
