@@ -73,6 +73,8 @@ void PresetBrowser::addChildren()
                                                                 &categories, &randomButton })
         stop->setExplicitFocusOrder (++order);
 
+    modeToggle.setTitle ("Filter mode");
+    matchToggle.setTitle ("Filter match");
     filterLabel.setFont (juce::FontOptions (luna::FontHeights::control));
     filterLabel.setBorderSize ({});
     randomButton.setMouseClickGrabsKeyboardFocus (false);
