@@ -26,7 +26,8 @@ juce::Font makeFont()
 PresetTableView::PresetTableView()
 {
     addAndMakeVisible (table);
-    table.setTitle ("Presets");
+    setTitle ("Presets");
+    table.setTitle (getTitle());
     table.setModel (this);
     table.setHeaderHeight (rowHeight);
     table.setOutlineThickness (0);
