@@ -50,6 +50,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
     }
 
     addChildren();
+    presetBrowser.onCloseRequest = [this] { topBar.closePresetBrowser(); };
     showLicence();
 }
 

@@ -36,6 +36,7 @@ public:
 
     /** Takes the list and the current preset from the preset manager. */
     void refreshPresetDisplay();
+    void closePresetBrowser();
 
     void buttonClicked (juce::Button*) override;
     void comboBoxChanged (juce::ComboBox*) override;
@@ -69,7 +70,6 @@ public:
 private:
     void addChildren();
     void rebuildPresetMenu();
-    void closePresetBrowser();
     void togglePresetBrowser();
     void step (int difference);
     void openSaveDialog();

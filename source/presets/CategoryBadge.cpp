@@ -96,13 +96,11 @@ void CategoryBadge::paint (juce::Graphics& g)
     g.setColour (isUnderMouse ? fill.brighter() : fill);
     g.fillRoundedRectangle (bounds, cornerRadius);
 
-    if (hasFocus)
-    {
-        g.setColour (findColour (luna::ColourIds::highlightedTextColourId));
-        g.drawRoundedRectangle (bounds.reduced (1.0f), cornerRadius, 2.0f);
-    }
-
     g.setColour (textColour);
+
+    // In the text's colour, since the highlighted text's would vanish in a light theme.
+    if (hasFocus)
+        g.drawRoundedRectangle (bounds.reduced (1.0f), cornerRadius, 2.0f);
 
     // The fills alone are too much alike for some eyes and themes.
     if (selected)

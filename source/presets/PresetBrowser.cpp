@@ -73,6 +73,8 @@ void PresetBrowser::addChildren()
                                                                 &categories, &randomButton })
         stop->setExplicitFocusOrder (++order);
 
+    modeToggle.setTitle ("Filter mode");
+    matchToggle.setTitle ("Filter match");
     filterLabel.setFont (juce::FontOptions (luna::FontHeights::control));
     filterLabel.setBorderSize ({});
     randomButton.setMouseClickGrabsKeyboardFocus (false);
@@ -180,7 +182,9 @@ bool PresetBrowser::keyPressed (const juce::KeyPress& key)
     if (key != juce::KeyPress::escapeKey)
         return false;
 
-    setVisible (false);
+    if (onCloseRequest)
+        onCloseRequest();
+
     return true;
 }
 

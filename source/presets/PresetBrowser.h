@@ -33,6 +33,9 @@ public:
 
     void parentHierarchyChanged() override { lookAndFeelChanged(); }
 
+    /** Runs for the escape key; whoever shows the browser hides it. */
+    std::function<void()> onCloseRequest;
+
     PresetTree tree;
     PresetTableView table;
     PresetDisplay display;

@@ -26,7 +26,8 @@ juce::Font makeFont()
 PresetTableView::PresetTableView()
 {
     addAndMakeVisible (table);
-    table.setTitle ("Presets");
+    setTitle ("Presets");
+    table.setTitle (getTitle());
     table.setModel (this);
     table.setHeaderHeight (rowHeight);
     table.setOutlineThickness (0);
@@ -172,8 +173,12 @@ void PresetTableView::showMenu (int row)
     juce::PopupMenu menu;
     menu.setLookAndFeel (&getLookAndFeel());
     menu.addItem ("Reveal location", [file = juce::File (shownPresets[row].path)] { file.revealToUser(); });
-    menu.showMenuAsync (
-        juce::PopupMenu::Options().withTargetComponent (this).withMousePosition().withDeletionCheck (*this));
+
+    // Inside the browser, so that the menu has the editor's scale.
+    menu.showMenuAsync (juce::PopupMenu::Options()
+                            .withParentComponent (getParentComponent())
+                            .withMousePosition()
+                            .withDeletionCheck (*this));
 }
 
 bool PresetTableView::keyPressed (const juce::KeyPress& key)

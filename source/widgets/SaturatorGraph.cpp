@@ -3,6 +3,8 @@
 #include "common/ColourIds.h"
 #include "common/Decibels.h"
 
+#include <juce_audio_processors/juce_audio_processors.h>
+
 #include <array>
 #include <cmath>
 
@@ -104,8 +106,12 @@ void SaturatorGraph::showMenu()
     menu.addItem (decibelItem, "Decibels");
     menu.addItem (amplitudeItem, "Amplitude");
 
-    const auto options =
-        juce::PopupMenu::Options().withParentComponent (getTopLevelComponent()).withDeletionCheck (*this);
+    // Inside the editor, so that the menu has its scale; the window around it belongs to the host.
+    juce::Component* editor = findParentComponentOfClass<juce::AudioProcessorEditor>();
+    const auto options = juce::PopupMenu::Options()
+                             .withParentComponent (editor != nullptr ? editor : getTopLevelComponent())
+                             .withMousePosition()
+                             .withDeletionCheck (*this);
 
     menu.showMenuAsync (options,
                         [graph = SafePointer<SaturatorGraph> (this)] (int item)

@@ -1,6 +1,7 @@
 #include "Exhibits.h"
 
 #include "common/ParameterIds.h"
+#include "presets/FilterOptionsToggle.h"
 #include "presets/SavePresetModal.h"
 #include "settings/SettingsModal.h"
 #include "widgets/IconButton.h"
@@ -220,6 +221,33 @@ Sheet makeRealtimeLabelSheet()
     return { "RealtimeLabel", { { "normal", 90, 40, make, {} }, { "disabled", 90, 40, make, disable } } };
 }
 
+Sheet makeBadgeSheet()
+{
+    const auto make = [] { return std::make_unique<tessarin::CategoryBadge> ("Drums"); };
+    const auto makeToggle = [] { return std::make_unique<tessarin::FilterOptionsToggle> ("Show", "Hide"); };
+
+    const auto select = [] (const Pose& pose) -> Pose
+    {
+        return [pose] (auto& window, auto& widget)
+        {
+            dynamic_cast<tessarin::CategoryBadge&> (widget).setSelected (true, juce::dontSendNotification);
+
+            if (pose)
+                pose (window, widget);
+            };
+    };
+
+    return { "CategoryBadge",
+             { { "normal", 60, 20, make, {} },
+               { "hover", 60, 20, make, hover },
+               { "focused", 60, 20, make, focus },
+               { "selected", 60, 20, make, select ({}) },
+               { "selected, hover", 60, 20, make, select (hover) },
+               { "selected, focused", 60, 20, make, select (focus) },
+               { "too long", 40, 20, make, {} },
+               { "toggle", 95, 20, makeToggle, {} } } };
+}
+
 Sheet makePanelSheet()
 {
     const auto makePanel = [] (const juce::String& name, bool collapsible, bool collapsed) -> Make
@@ -336,7 +364,7 @@ std::vector<Sheet> makeSheets (OrvoAudioProcessor& processor)
             { "disabled", 100, 80, makeChoice, disable } } },
         makeKnobSheet (parameters), makeComboBoxSheet(),
         { "PopupMenu", { { "rows", 220, 117, [] { return std::make_unique<MenuRows>(); }, {} } } },
-        makeTextSheet(), makeRealtimeLabelSheet(), makePanelSheet(), makeToastSheet(),
+        makeTextSheet(), makeBadgeSheet(), makeRealtimeLabelSheet(), makePanelSheet(), makeToastSheet(),
         makeDialogSheet (processor),
         };
 
