@@ -8,6 +8,8 @@ tells its host and from the window's pixels.
 import math
 import os
 import pathlib
+import struct
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -401,9 +403,23 @@ class FrameTest(WindowTest):
         self.host.await_that(lambda: self.host.look(*dialog) == closed, "the dialog is closed")
 
     def test_closing_the_window_ends_the_program(self):
+        def has_ended():
+            self.host.key("alt+F4")
+            return self.host.process.poll() is not None
+
         self.host.click(AWAY)
-        self.host.key("alt+F4")
-        self.assertEqual(self.host.process.wait(20), 0)
+        self.host.await_that(has_ended, "the program ends with its window")
+        self.assertEqual(self.host.process.returncode, 0)
+
+    def test_a_picture_has_the_size_and_scale_that_were_asked_for(self):
+        picture = self.folder / "picture.png"
+        for size, scale, status in (("977x800", "2", 0), ("2000x1500", "0.5", 0), ("976x800", "1", 1)):
+            words = ["open", "--screenshot", str(picture), "--force", "--size", size, "--scale", scale]
+            run = subprocess.run([sys.argv[1], *words], capture_output=True)
+            self.assertEqual(run.returncode, status, run.stderr)
+            if status == 0:
+                shown = struct.unpack(">II", picture.read_bytes()[16:24])
+                self.assertEqual(shown, tuple(int(float(scale) * int(edge)) for edge in size.split("x")))
 
 
 if __name__ == "__main__":
