@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/TessarinProcessor.h"
+#include "editor/ClickFocus.h"
 #include "editor/LicenceDialog.h"
 #include "editor/TopBar.h"
 #include "presets/PresetBrowser.h"
@@ -76,6 +77,7 @@ public:
     juce::Component licenceOverlay, licenceNotice;
 
     PresetBrowser presetBrowser;
+    ClickFocus clickFocus { *this };
 
 private:
     void addChildren();

@@ -1,7 +1,7 @@
 #include "EditorWindow.h"
 
 #include "Failure.h"
-#include "ScreenPicture.h"
+#include "Screen.h"
 
 EditorWindow::EditorWindow (PluginHost& host, float factor)
     : DocumentWindow (host.getInstance().getName(), juce::Colours::black, DocumentWindow::allButtons, false),
@@ -10,6 +10,9 @@ EditorWindow::EditorWindow (PluginHost& host, float factor)
 {
     if (editor == nullptr)
         throw Failure ("the module has no editor");
+
+    // The focus belongs to the view's place in the window, which passes it on to the view.
+    setWantsKeyboardFocus (false);
 
     editor->setScaleFactor (scale);
     setUsingNativeTitleBar (true);
@@ -57,7 +60,7 @@ juce::Rectangle<int> EditorWindow::getViewArea() const
     return (getLocalArea (editor, editor->getLocalBounds()).toDouble() * factor).toNearestInt();
 }
 
-juce::Image EditorWindow::takePicture() const
+juce::Image EditorWindow::takePicture (juce::Rectangle<int> area) const
 {
-    return takeScreenPicture (getId(), getViewArea());
+    return takeScreenPicture (getId(), area + getViewArea().getPosition());
 }

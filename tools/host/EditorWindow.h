@@ -26,7 +26,10 @@ public:
     /** Of the editor in the X11 window, in the screen's pixels. */
     [[nodiscard]] juce::Rectangle<int> getViewArea() const;
 
-    [[nodiscard]] juce::Image takePicture() const;
+    /** `area`: of the view's pixels. */
+    [[nodiscard]] juce::Image takePicture (juce::Rectangle<int> area) const;
+
+    [[nodiscard]] juce::Image takePicture() const { return takePicture (getViewArea().withZeroOrigin()); }
 
     std::function<void()> onClose;
 

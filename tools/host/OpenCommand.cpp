@@ -3,6 +3,7 @@
 #include "OpenSession.h"
 #include "PictureFile.h"
 #include "PluginSettings.h"
+#include "Screen.h"
 #include "ScriptControl.h"
 #include "TemporaryConfiguration.h"
 
@@ -165,6 +166,7 @@ void runOpen (const Arguments& arguments)
     PluginHost host (findModule (arguments.valueOf ("--plugin", {})));
     applySettings (host, arguments);
 
+    surviveScreenErrors();
     OpenSession session (host, AudioLoop::loadClip (arguments.valueOf ("--play", {})), scale);
     session.openEditor();
 

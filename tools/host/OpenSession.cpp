@@ -44,21 +44,59 @@ EditorSize EditorSize::fromText (const juce::String& text)
     return { width.getIntValue(), height.getIntValue() };
 }
 
+/** Keeps a hidden window until what JUCE has posted to it is handled. Its component for embedded windows posts
+    a plain pointer to itself whenever the view's window is resized, and is not to be deleted before. */
+class OpenSession::Farewell final : private juce::Timer
+{
+public:
+    Farewell (std::unique_ptr<EditorWindow> w, std::function<void()> callback)
+        : window (std::move (w)), onClosed (std::move (callback))
+    {
+        window->setVisible (false);
+        startTimer (20);
+    }
+
+    [[nodiscard]] bool isOver() const noexcept { return window == nullptr; }
+
+private:
+    void timerCallback() override
+    {
+        // Each is a turn of the message loop, in which it also hears the X server.
+        if (--turns > 0)
+            return;
+
+        stopTimer();
+        window.reset();
+        onClosed();
+    }
+
+    std::unique_ptr<EditorWindow> window;
+    std::function<void()> onClosed;
+    int turns = 5;
+};
+
 OpenSession::OpenSession (PluginHost& h, AudioLoop::Clip clip, float factor)
     : host (h), audio (h, std::move (clip)), scale (factor)
 {
 }
 
+OpenSession::~OpenSession() = default;
+
 void OpenSession::openEditor()
 {
-    closeEditor();
+    if (window != nullptr || (farewell != nullptr && ! farewell->isOver()))
+        throw Failure ("the editor is open");
+
     window = std::make_unique<EditorWindow> (host, scale);
     window->onClose = [this] { end(); };
 }
 
-void OpenSession::closeEditor()
+void OpenSession::closeEditor (std::function<void()> onClosed)
 {
-    window.reset();
+    if (window == nullptr)
+        throw Failure ("the editor is closed");
+
+    farewell = std::make_unique<Farewell> (std::move (window), std::move (onClosed));
 }
 
 EditorWindow& OpenSession::getWindow()

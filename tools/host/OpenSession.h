@@ -20,9 +20,13 @@ class OpenSession
 {
 public:
     OpenSession (PluginHost& host, AudioLoop::Clip clip, float scale);
+    ~OpenSession();
 
+    /** Throws while one is open, or not yet gone. */
     void openEditor();
-    void closeEditor();
+
+    /** Hides it at once and calls `onClosed` when it is gone. */
+    void closeEditor (std::function<void()> onClosed);
 
     /** Throws while it is closed. */
     [[nodiscard]] EditorWindow& getWindow();
@@ -38,8 +42,11 @@ public:
     AudioLoop audio;
 
 private:
+    class Farewell;
+
     float scale;
     std::unique_ptr<EditorWindow> window;
+    std::unique_ptr<Farewell> farewell;
     std::exception_ptr fault;
 
     JUCE_DECLARE_NON_COPYABLE (OpenSession)

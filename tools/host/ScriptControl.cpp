@@ -139,13 +139,16 @@ juce::String ScriptControl::answer (const juce::String& command, const juce::Str
         const auto size = EditorSize::fromText (rest);
         session.getWindow().setEditorSize (size.width, size.height);
     }
+    else if (command == "stop")
+        session.audio.stop();
+    else if (command == "start")
+        session.audio.start();
     else if (command == "close")
-        session.closeEditor();
+        session.closeEditor ([] { print ("closed"); });
     else if (command == "open")
-    {
         session.openEditor();
+    else if (command == "window")
         return describeWindow();
-    }
     else if (command == "look")
         return look (rest);
     else if (command == "picture")
@@ -168,16 +171,17 @@ juce::String ScriptControl::describeWindow()
 juce::String ScriptControl::look (const juce::String& text)
 {
     const auto area = juce::Rectangle<int>::fromString (text);
-    const auto picture = session.getWindow().takePicture();
+    auto& window = session.getWindow();
 
-    if (area.isEmpty() || ! picture.getBounds().contains (area))
+    if (area.isEmpty() || ! window.getViewArea().withZeroOrigin().contains (area))
         throw Failure ("\"" + text + "\" is no area of the view");
 
+    const auto picture = window.takePicture (area);
     const juce::Image::BitmapData pixels (picture, juce::Image::BitmapData::readOnly);
     juce::uint64 hash = 14695981039346656037u;
 
-    for (auto y = area.getY(); y < area.getBottom(); ++y)
-        for (auto x = area.getX(); x < area.getRight(); ++x)
+    for (auto y = 0; y < pixels.height; ++y)
+        for (auto x = 0; x < pixels.width; ++x)
             hash = (hash ^ pixels.getPixelColour (x, y).getARGB()) * 1099511628211u;
 
     return juce::String::toHexString (static_cast<juce::int64> (hash));

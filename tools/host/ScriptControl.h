@@ -13,7 +13,9 @@
       preset NAME       as the option --preset
       save FILE         writes the module's state; load FILE restores one
       size WxH          as the option --size
-      close, open       the editor's window; open tells its ID and the view's size
+      stop, start       the audio
+      close, open       the editor's window, which is gone with the line "closed"
+      window            its ID and the view's size
       look X Y W H      a number that stands for the pixels of this area of the view
       picture FILE      writes the view's pixels as PNG
       quit

@@ -1,4 +1,4 @@
-#include "ScreenPicture.h"
+#include "Screen.h"
 
 #include "Failure.h"
 
@@ -9,20 +9,18 @@
 
 namespace
 {
-/** Loaded when it is needed, as JUCE does, so that the other commands run without it. */
-struct X11Library
+/** A function of the X11 library, which is loaded with the first one, as JUCE does, so that the other commands
+    run without it. */
+template <typename Function>
+Function* find (const char* name)
 {
-    template <typename Function>
-    Function* find (const char* name)
-    {
-        if (auto* function = reinterpret_cast<Function*> (library.getFunction (name)))
-            return function;
+    static juce::DynamicLibrary library ("libX11.so.6");
 
-        throw Failure ("libX11.so.6 cannot be loaded");
-    }
+    if (auto* function = reinterpret_cast<Function*> (library.getFunction (name)))
+        return function;
 
-    juce::DynamicLibrary library { "libX11.so.6" };
-};
+    throw Failure ("libX11.so.6 cannot be loaded");
+}
 
 juce::Image copyOf (const XImage& pixels)
 {
@@ -46,10 +44,9 @@ juce::Image copyOf (const XImage& pixels)
 
 juce::Image takeScreenPicture (unsigned long window, juce::Rectangle<int> area)
 {
-    X11Library x11;
     const std::unique_ptr<Display, int (*) (Display*)> display (
-        x11.find<decltype (XOpenDisplay)> ("XOpenDisplay") (nullptr),
-        x11.find<decltype (XCloseDisplay)> ("XCloseDisplay"));
+        find<decltype (XOpenDisplay)> ("XOpenDisplay") (nullptr),
+        find<decltype (XCloseDisplay)> ("XCloseDisplay"));
 
     if (display == nullptr)
         throw Failure ("there is no X server to take a picture from");
@@ -60,14 +57,13 @@ juce::Image takeScreenPicture (unsigned long window, juce::Rectangle<int> area)
     auto x = 0, y = 0;
     Window child = 0;
 
-    // Faults of this connection would reach JUCE's handler, so nothing is asked for that the server refuses.
-    if (! x11.find<decltype (XTranslateCoordinates)> ("XTranslateCoordinates") (
+    if (! find<decltype (XTranslateCoordinates)> ("XTranslateCoordinates") (
             display.get(), window, root, area.getX(), area.getY(), &x, &y, &child)
         || ! screen.contains (area.withPosition (x, y)))
         throw Failure ("the window is not wholly on the screen, which is " + juce::String (screen.getWidth())
                        + "x" + juce::String (screen.getHeight()));
 
-    auto* pixels = x11.find<decltype (XGetImage)> ("XGetImage") (
+    auto* pixels = find<decltype (XGetImage)> ("XGetImage") (
         display.get(), root, x, y, static_cast<unsigned int> (area.getWidth()),
         static_cast<unsigned int> (area.getHeight()), AllPlanes, ZPixmap);
 
@@ -76,4 +72,9 @@ juce::Image takeScreenPicture (unsigned long window, juce::Rectangle<int> area)
 
     const std::unique_ptr<XImage, int (*) (XImage*)> owner (pixels, pixels->f.destroy_image);
     return copyOf (*pixels);
+}
+
+void surviveScreenErrors()
+{
+    find<decltype (XSetErrorHandler)> ("XSetErrorHandler") ([] (Display*, XErrorEvent*) { return 0; });
 }

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <juce_gui_basics/juce_gui_basics.h>
+
+namespace tessarin
+{
+
+/** Lets the keyboard go where the user clicks, when the click also brings the window the focus.
+
+    Some window managers take the focus from the window at every click and give it back, and all do so when the
+    user comes from another window. The window is told of that only after the click, and JUCE then returns the
+    keyboard to what had it before, so that a clicked text field would get no keys. This gives it back to what
+    the click chose. Message thread.
+*/
+class ClickFocus final : private juce::MouseListener
+{
+public:
+    explicit ClickFocus (juce::Component& editor);
+    ~ClickFocus() override;
+
+private:
+    void mouseDown (const juce::MouseEvent&) override { keepFocus(); }
+
+    /** A button that opens a dialog does so here. */
+    void mouseUp (const juce::MouseEvent&) override { keepFocus(); }
+
+    void keepFocus();
+
+    juce::Component& editor;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ClickFocus)
+};
+
+} // namespace tessarin

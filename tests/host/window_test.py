@@ -1,0 +1,410 @@
+#!/usr/bin/env python3
+"""Drives the built module's window in orvo-host with real pointer and key events: window_test.py ORVO-HOST
+
+Expects a screen with a window manager, as scripts/lib/with_screen.sh gives. Effects are read from what the module
+tells its host and from the window's pixels.
+"""
+
+import math
+import os
+import pathlib
+import sys
+import tempfile
+import unittest
+import wave
+
+from window_host import Host
+
+WIDTH, HEIGHT = 1068, 800  # of the first window
+PANEL_TOP, PANEL_ROW = 308, 462  # in "Multi Band"
+PANELS = {"low_band": 140, "mid_band": 297, "high_band": 454, "post": 611}  # their left edges
+PANEL_WIDTH = 157
+BANDS = ("low_band", "mid_band", "high_band")
+
+# The plot of the band editor, and the whole decades from 17 Hz to 22.05 kHz that it shows.
+PLOT_X, PLOT_Y, PLOT_WIDTH, PLOT_HEIGHT = 20, 228, 1028, 60
+LOWEST = 17
+DECADES = math.log10(22050 // LOWEST)
+
+AWAY = (980, 340)  # the title of the output strip, where nothing is hovered
+BESIDE_PLOT = (500, 215)  # in the band editor, which forgets there what was hovered
+STRIP = (0, 772, 1040, 26)  # the tooltip strip, without the corner that resizes
+
+
+def bar_of(frequency):
+    return int(PLOT_X + PLOT_WIDTH / DECADES * math.log10(frequency / LOWEST))
+
+
+def frequency_at(x):
+    return LOWEST * 10 ** ((x - PLOT_X) / (PLOT_WIDTH / DECADES))
+
+
+def band_buttons(low=160.0, high=3500.0):
+    """The centres of mute, solo and enable of each band, with the bars at these frequencies."""
+    edges = [PLOT_X, bar_of(low), bar_of(high), PLOT_X + PLOT_WIDTH]
+    places = {}
+    for index, band in enumerate(BANDS):
+        centre = edges[index] + (edges[index + 1] - edges[index] - 20) // 2 + 10
+        for step, kind in ((-25, "mute"), (0, "solo"), (25, "enable")):
+            places[kind, band] = (centre + step, PLOT_Y + 20)
+    return places
+
+
+def inside(position):
+    """The area within a round button, where nothing shines through when it is filled."""
+    return position[0] - 6, position[1] - 6, 12, 12
+
+
+def in_panel(section, x, y):
+    return PANELS[section] + x, PANEL_TOP + y
+
+
+def knob_of(section, name):
+    """The centre of a knob of a narrow panel."""
+    return in_panel(section, PANEL_WIDTH // 2, {"threshold": 170, "shape": 275, "gain": 380}[name])
+
+
+def name_of(knob):
+    return knob[0], knob[1] + 42
+
+
+def text_of(knob):
+    """The area of a knob's value."""
+    return knob[0] - 30, knob[1] + 46, 60, 16
+
+
+class WindowTest(unittest.TestCase):
+    layout = "Multi Band"
+    is_silent = True  # so that only the waveform's place moves
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="orvo-window-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        self.temporary = self.folder / "temporary"
+        self.temporary.mkdir()
+        os.environ["TMPDIR"] = str(self.temporary)
+
+        options = ["--set", "layout=" + self.layout]
+        if self.is_silent:
+            silence = self.folder / "silence.wav"
+            with wave.open(str(silence), "wb") as file:
+                file.setparams((2, 2, 48000, 0, "NONE", ""))
+                file.writeframes(bytes(4 * 48000))
+            options += ["--play", str(silence)]
+
+        self.host = Host(sys.argv[1], *options)
+        self.addCleanup(self.host.process.kill)
+        self.host.pointer(AWAY)
+        self.host.await_still((0, PANEL_TOP, WIDTH if self.is_silent else 760, 60))
+
+    def tearDown(self):
+        if self.host.process.poll() is None:
+            self.host.quit()
+        self.assertEqual(os.listdir(self.temporary), [], "the program left files behind")
+
+    def assert_gesture(self, parameter, values=None):
+        """The module told its host of one gesture, with values in it and nothing around; returns the last."""
+        events = self.host.await_gesture(parameter)
+        self.assertEqual(events[0], ("begin", parameter))
+        self.assertEqual(events[-1], ("end", parameter))
+        told = [event for event in events[1:-1] if event[:2] == ("value", parameter)]
+        self.assertEqual(told, events[1:-1])
+        self.assertGreater(len(told), 0)
+        if values is not None:
+            self.assertEqual([float(event[2]) for event in told], values)
+        return float(told[-1][2])
+
+    def choose(self, opener, button, item, changing):
+        """A click that opens a menu, which covers the area `changing`, and one on its item."""
+        before = self.host.look(*changing)
+        self.host.click(opener, button)
+        self.host.await_other(changing, before)
+        self.host.await_still(changing)
+        self.host.click(item)
+
+
+class BandEditorTest(WindowTest):
+    def test_a_bar_follows_the_pointer(self):
+        def bar(x):
+            return self.host.look(x - 1, PLOT_Y + 2, 2, PLOT_HEIGHT - 4)
+
+        for parameter, old, new in (("crossover_low", bar_of(160), 300), ("crossover_high", bar_of(3500), 900)):
+            self.host.pointer((old, 280))
+            plain = bar(new)
+            self.host.pointer("mousedown 1", (old + 5, 270), (new, 260), "mouseup 1")
+            told = self.assert_gesture(parameter)
+            lowest, highest = (60, 1000) if parameter == "crossover_low" else (2000, 10000)
+            self.assertAlmostEqual(
+                float(self.host.text(parameter).removesuffix("Hz")), frequency_at(new), delta=0.06)
+            self.assertAlmostEqual(told, (frequency_at(new) - lowest) / (highest - lowest), places=4)
+            self.host.await_that(lambda: bar(new) != plain, "the bar is where the pointer left it")
+            self.host.await_that(lambda: bar(old) == self.host.look(old - 3, PLOT_Y + 2, 2, PLOT_HEIGHT - 4),
+                                 "no bar is where it was")
+
+    def test_mute_and_enable_of_each_band(self):
+        places = band_buttons()
+        for kind, filled, words in (("mute", 1, ("Unmuted", "Muted")), ("enable", 0, ("Off", "On"))):
+            for band in BANDS:
+                position = places[kind, band]
+                before = self.host.look(*inside(position))
+                self.host.click(position)
+                self.assert_gesture(f"{kind}_{band}", [float(filled)])
+                self.assertEqual(self.host.text(f"{kind}_{band}"), words[filled])
+                self.host.pointer(AWAY)
+                self.host.await_other(inside(position), before)
+
+            # Where they are filled, nothing of their bands shines through.
+            for band in BANDS if kind == "enable" else ():
+                self.host.click(places[kind, band])
+                self.assert_gesture(f"{kind}_{band}", [1.0])
+            self.host.pointer(BESIDE_PLOT)
+            self.host.await_that(
+                lambda: len({self.host.look(*inside(places[kind, band])) for band in BANDS}) == 1,
+                f"all {kind} buttons are filled")
+
+    def test_solo_goes_from_band_to_band_and_off(self):
+        places = band_buttons()
+        mutes = [inside(places["mute", band]) for band in BANDS]
+        free = [self.host.look(*area) for area in mutes]
+        self.assertEqual(self.host.text("solo_band"), "None")
+
+        for index, (band, name) in enumerate(zip(BANDS, ("Low", "Mid", "High"))):
+            self.host.click(places["solo", band])
+            self.assertAlmostEqual(self.assert_gesture("solo_band"), index / 3, places=5)
+            self.assertEqual(self.host.text("solo_band"), name)
+            for area, look in zip(mutes, free):
+                self.host.await_other(area, look)
+
+        self.host.click(places["solo", "high_band"])
+        self.assert_gesture("solo_band", [1.0])
+        self.assertEqual(self.host.text("solo_band"), "None")
+        self.host.pointer(BESIDE_PLOT)
+        self.host.await_that(lambda: [self.host.look(*area) for area in mutes] == free, "all mutes are free again")
+
+
+class SectionPanelTest(WindowTest):
+    def test_the_menu_sets_the_mode_and_the_shape_knob_follows(self):
+        for section in PANELS:
+            box = in_panel(section, PANEL_WIDTH // 2, 117)
+            knob = knob_of(section, "shape")
+            label = (knob[0] - 30, knob[1] + 34, 60, 15)
+            shape = self.host.look(*label)
+            looks = {"Soft I": shape}
+
+            # Headings take a row of the menu too, and a line between them less.
+            for index, mode, below in ((4, "Boost", 158), (3, "Pressure", 136), (0, "Hard", 43), (1, "Soft I", 65)):
+                self.choose(box, 1, (box[0], box[1] + below), (box[0] - 50, box[1] + 14, 100, 30))
+                self.assert_gesture("mode_" + section, [index / 4])
+                self.assertEqual(self.host.text("mode_" + section), mode)
+                self.host.pointer(AWAY)
+                if mode != "Soft I":
+                    looks[mode] = self.host.await_still(label)
+            self.host.await_that(lambda: self.host.look(*label) == shape, "the shape knob is back")
+            self.assertEqual(len(set(looks.values())), 4, "Shape, Pressure, Boost and nothing")
+
+    def test_link_and_enable_grey_out_the_knobs(self):
+        for section in PANELS:
+            makeup, threshold = (
+                (knob[0] - 25, knob[1] - 25, 50, 50) for knob in (knob_of(section, "gain"), knob_of(section, "threshold")))
+            before = self.host.look(*makeup), self.host.look(*threshold)
+            for kind, x, off in (("link", 94, 0.0), ("enable", 124, 1.0)):
+                button = in_panel(section, x, 25)
+                self.host.click(button)
+                self.assert_gesture(f"{kind}_{section}", [1.0 - off])
+                self.host.await_other(makeup, before[0])
+                if kind == "enable":
+                    self.host.await_other(threshold, before[1])
+                self.host.click(button)
+                self.assert_gesture(f"{kind}_{section}", [off])
+                self.host.await_that(
+                    lambda: (self.host.look(*makeup), self.host.look(*threshold)) == before, "the knobs are back")
+
+    def test_a_right_click_on_the_curve_shows_amplitudes_and_decibels(self):
+        for section in PANELS:
+            curve = in_panel(section, PANEL_WIDTH // 2, 78)
+            graph = (curve[0] - 17, curve[1] - 17, 15, 34)
+            decibels = self.host.look(*graph)
+            side = 1 if curve[0] < WIDTH / 2 else -1  # of the pointer on which the menu has room
+            for item, mode in ((34, 1), (12, 0)):
+                self.choose(curve, 3, (curve[0] + 40 * side, curve[1] + item),
+                            (curve[0] + 40 * side - 30, curve[1] + 5, 60, 30))
+                self.host.pointer(AWAY)
+                self.host.await_that(lambda: (self.host.look(*graph) != decibels) == bool(mode), f"view {mode}")
+                self.host.ask(f"save {self.folder}/state")
+                self.assertIn(f'clipper_{section}="{mode}"'.encode(), (self.folder / "state").read_bytes())
+        self.assertEqual(self.host.events, [], "a view is no parameter")
+
+    def test_a_drag_on_a_knob_shows_its_value_and_a_double_click_resets_it(self):
+        for parameter in ("threshold_mid_band", "shape_high_band", "gain_post"):
+            name, section = parameter.split("_", 1)
+            knob = knob_of(section, name)
+            before, default = self.host.look(*text_of(knob)), self.host.text(parameter)
+            self.host.pointer(knob, "mousedown 1", *[(knob[0], knob[1] - (step if name != "threshold" else -step))
+                                                     for step in range(2, 60, 4)])
+            during = self.host.await_other(text_of(knob), before)
+            self.assertNotEqual(self.host.text(parameter), default)
+            self.assertNotIn(("end", parameter), self.host.events)
+            self.host.pointer("mouseup 1")
+            self.assert_gesture(parameter)
+            self.assertNotEqual(during, before)
+
+            self.host.pointer(knob, "click --repeat 2 --delay 20 1")
+            self.host.await_text(parameter, default)
+            self.host.await_that(lambda: self.host.look(*text_of(knob)) == before, "the default is shown")
+            self.host.await_gesture(parameter)
+            self.host.events.clear()
+
+    def test_a_restored_state_shows(self):
+        panels = (0, PLOT_Y - 20, WIDTH - 300, HEIGHT - PLOT_Y + 20 - 32)
+        before = self.host.look(*panels)
+        self.host.ask(f"save {self.folder}/state")
+
+        for setting in ("mode_low_band=Boost", "threshold_mid_band=-12", "link_high_band=Linked", "solo_band=Low",
+                        "crossover_low=700", "oversampling=8x", "layout=Left / Right"):
+            self.host.ask("set " + setting)
+        self.host.await_other(panels, before)
+        self.host.ask(f"load {self.folder}/state")
+        self.host.await_that(lambda: self.host.look(*panels) == before, "everything shows the state")
+
+
+class TooltipTest(WindowTest):
+    """The strip has one picture for each text, and the same one wherever the text is the same."""
+
+    def places(self):
+        texts = {
+            "threshold": "Threshold: Values above this will be clipped",
+            "shape": "Shape: The shape of the clipper",
+            "gain": "Makeup: Gain to apply to the output of the clipper",
+        }
+        for section in PANELS:
+            for name, text in texts.items():
+                knob = knob_of(section, name)
+                for position in (knob, name_of(knob), (knob[0], knob[1] + 54)):
+                    yield position, text
+            yield in_panel(section, 78, 78), "Clipper Shape: Preview the shape and current level. Right click ..."
+            yield in_panel(section, 78, 117), "Mode: Set the clipper mode"
+            yield in_panel(section, 124, 25), "Enable: Enable the clipper section"
+            yield in_panel(section, 94, 25), "Link: Boost makeup gain to compensation for the threshold"
+            yield in_panel(section, 40, 25), None
+
+        for (kind, band), position in band_buttons().items():
+            yield position, f"{band} {kind}"
+        yield (bar_of(160), 280), "Low/Mid Crossover: Drag to adjust the crossover frequency ..."
+        yield (bar_of(3500), 280), "Mid/High Crossover: Drag to adjust the crossover frequency ..."
+        yield (500, 270), "Band Editor: Change band frequencies by dragging the vertical bars"
+        yield BESIDE_PLOT, "Band Editor: Change band frequencies by dragging the vertical bars"
+        yield (500, 120), "Waveform Graph: The filled waveform is the input to the plugin, and ..."
+
+        for row in range(4):
+            yield (70, PANEL_TOP + 90 + 20 * row), None
+        for row, text in enumerate(("Single Band: Two clippers in series", "Multi Band: Three clppers ...",
+                                    "Mid/Side: A clipper ...", "Left/Right: A clipper ...", "Oversampling: 16x")):
+            yield (70, PANEL_TOP + 223 + 20 * row), text
+        gain = (70, PANEL_TOP + 380)
+        for position in (gain, name_of(gain), (gain[0], gain[1] + 54)):
+            yield position, "In Gain: Apply gain adjustment before entering the clipping stage"
+
+        for row, text in ((368, "Difference: The difference in LUFS between the input and output"),
+                          (413, "Short Term In: The short-term LUFS value of the output"), (458, None),
+                          (615, "Peak In: The max peak value of the input"),
+                          (660, "Peak Out: The The max peak value of the output"),
+                          (705, "Difference: The difference in dB between the input and output max peak")):
+            yield (833, row + 22), text
+        for x, text in ((898, "L in"), (924, "R in"), (1002, "L out"), (1028, "R out")):
+            yield (x, 600), f"Meter {text}"
+
+    def test_every_control_shows_its_text(self):
+        places = list(self.places())
+        looks = {None: self.host.await_still(STRIP)}
+
+        for position, text in places:
+            self.host.pointer(position)
+            if text in looks:
+                self.host.await_that(lambda: self.host.look(*STRIP) == looks[text], f"{position} shows: {text}")
+            else:
+                self.host.await_that(lambda: self.host.look(*STRIP) not in looks.values(), f"{position} shows: {text}")
+                looks[text] = self.host.look(*STRIP)
+
+        # The other way round, so that no picture was one of a moment.
+        for position, text in reversed(places):
+            self.host.pointer(position)
+            self.host.await_that(lambda: self.host.look(*STRIP) == looks[text], f"{position} shows again: {text}")
+        self.assertEqual(self.host.events, [])
+
+
+class StripsTest(WindowTest):
+    is_silent = False
+
+    def test_a_click_on_a_readout_clears_them_all(self):
+        values = [(790, row + 16, 86, 18) for row in (368, 413, 615, 660)]
+        with_numbers = (790, 631, 86, 18)
+        places = [(833, row + 22) for row in (368, 413, 458, 615, 660, 705)] + [(898, 385), (1028, 385)]
+        dash = None
+
+        for place in places:
+            self.host.ask("start")
+            self.host.await_that(
+                lambda: len({self.host.look(*area) for area in values[::2]}) == 2
+                and self.host.look(*with_numbers) != dash, "the readouts show numbers")
+            self.host.ask("stop")
+            self.host.await_still((788, PANEL_TOP, 280, PANEL_ROW))
+            self.host.click(place)
+            self.host.await_that(lambda: len({self.host.look(*area) for area in values}) == 1, f"{place} clears")
+            dash = self.host.look(*with_numbers)
+        self.assertEqual(self.host.events, [])
+
+    def test_the_buttons_of_the_input_strip(self):
+        panels = (140, PANEL_TOP, 600, 60)
+        for row, text in ((0, "Single Band"), (2, "Mid / Side"), (3, "Left / Right"), (1, "Multi Band")):
+            before = self.host.look(*panels)
+            self.host.click((70, PANEL_TOP + 90 + 20 * row))
+            self.assert_gesture("layout", [round(row / 3, 6)])
+            self.assertEqual(self.host.text("layout"), text)
+            self.host.await_other(panels, before)
+        for row, text in ((3, "8x"), (0, "Off")):
+            self.host.click((70, PANEL_TOP + 223 + 20 * row))
+            self.assert_gesture("oversampling", [row / 4])
+            self.assertEqual(self.host.text("oversampling"), text)
+
+
+class FrameTest(WindowTest):
+    def test_the_corner_resizes_and_a_reopened_window_keeps_its_size(self):
+        corner = (WIDTH - 5, HEIGHT - 5)
+        self.host.pointer(corner, "mousedown 1", (corner[0] + 50, corner[1] + 20), (corner[0] + 132, corner[1] + 100),
+                          "mouseup 1")
+        self.host.await_that(lambda: self.host.size() == "1200x900", "the corner follows the pointer")
+        self.host.reopen()
+        self.host.await_that(lambda: self.host.size() == "1200x900", "the size is kept")
+
+    def test_keys_go_to_the_field_that_was_clicked_last(self):
+        dialog, save_button = (384, 120, 340, 240), (621, 19)
+        fields = ((384, 190), (384, 240), (384, 290), (564, 290))
+        closed = self.host.look(*dialog)
+
+        self.choose(in_panel("post", 78, 117), 1, in_panel("post", 78, 117), (640, 440, 80, 30))
+        self.host.click(knob_of("mid_band", "threshold"))
+        self.host.click(save_button)
+        self.host.await_other(dialog, closed)
+        self.host.await_still((384, 330, 340, 20))
+
+        def first_letters():
+            return {self.host.look(x + 4, y + 2, 12, 16) for x, y in fields}
+
+        empty = first_letters()
+        for x, y in fields:
+            self.host.click((x + 80, y + 10))
+            self.host.type("words")
+        self.host.await_that(lambda: len(first_letters()) == 1 and first_letters() != empty, "all fields have the word")
+
+        self.host.key("Escape")
+        self.host.await_that(lambda: self.host.look(*dialog) == closed, "the dialog is closed")
+
+    def test_closing_the_window_ends_the_program(self):
+        self.host.click(AWAY)
+        self.host.key("alt+F4")
+        self.assertEqual(self.host.process.wait(20), 0)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1] + sys.argv[2:], verbosity=2)
