@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# usage: docs/manual/make_manual.sh PICTURES PDF VERSION
+# Sets the manual with asciidoctor-pdf. The same sources and pictures give the same file: its dates are the commit's.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+source scripts/lib/common.sh
+
+pictures=$(realpath -- "$1")
+pdf=$2
+version=$3
+
+command -v asciidoctor-pdf > /dev/null || fail "no asciidoctor-pdf: run scripts/setup.sh --release first"
+
+libraries=$(mktemp)
+trap 'rm -f -- "$libraries"' EXIT
+sed '/^#/d; /^$/d; s/^\([^ ]*\) *\([^ ]*\) *\(.*\)/|`\1` |\2 |\3/' packaging/libraries.txt > "$libraries"
+
+SOURCE_DATE_EPOCH=$(source_date) TZ=UTC asciidoctor-pdf --failure-level WARN \
+    --theme docs/manual/manual-theme.yml -a pdf-fontsdir=resources/fonts,GEM_FONTS_DIR \
+    -a orvo-version="$version" -a pictures="$pictures" -a libraries="$libraries" \
+    -a allow-uri-read! --safe-mode unsafe -o "$pdf" docs/manual/manual.adoc
