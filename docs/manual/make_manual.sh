@@ -13,7 +13,13 @@ command -v asciidoctor-pdf > /dev/null || fail "no asciidoctor-pdf: run scripts/
 
 libraries=$(mktemp)
 trap 'rm -f -- "$libraries"' EXIT
-sed '/^#/d; /^$/d; s/^\([^ ]*\) *\([^ ]*\) *\(.*\)/|`\1` |\2 |\3/' packaging/libraries.txt > "$libraries"
+awk '/^[^#]/ {
+    if (! ($3 in libraries)) purposes[++n] = $3
+    libraries[$3] = libraries[$3] (libraries[$3] ? ", " : "") "`" $1 "`"
+    if (! seen[$2]++) packages[$3] = packages[$3] (packages[$3] ? ", " : "") $2
+} END {
+    for (i = 1; i <= n; ++i) print "|" purposes[i] " |" libraries[purposes[i]] " |" packages[purposes[i]]
+}' packaging/libraries.txt > "$libraries"
 
 SOURCE_DATE_EPOCH=$(source_date) TZ=UTC asciidoctor-pdf --failure-level WARN \
     --theme docs/manual/manual-theme.yml -a pdf-fontsdir=resources/fonts,GEM_FONTS_DIR \

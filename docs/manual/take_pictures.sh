@@ -78,11 +78,13 @@ save_button=622,19
 settings_button=722,19
 visit_options=(--preset "Factory/Mastering/Gentle Master" --set in_gain=2)
 visit browser $browser_button
-visit save $save_button
-visit settings $settings_button
+visit save-window $save_button
+visit settings-window $settings_button
 
 number window single-band 130,28 800,110 130,490 400,490 860,490 1300,490 60,1177
 cut_out cover single-band 1602x1200+0+0
+cut_out save save-window 700x500+481+100
+cut_out settings settings-window 700x380+481+100
 cut_out waveform single-band 1602x402+0+57
 cut_out meters single-band 260x570+1312+552
 
