@@ -13,7 +13,7 @@ shoot()
 {
     local name=$1 scale=$2
     shift 2
-    "$host" open --screenshot "$out/$name.png" --force --seconds 7 --scale "$scale" "$@" > /dev/null
+    "$host" open --screenshot "$out/$name.png" --force --seconds 6 --scale "$scale" "$@" > /dev/null
 }
 
 # visit NAME CLICK...: the window after clicks at places in its own pixels, at scale 1.5.
