@@ -106,5 +106,5 @@ say "installed: $(grep -c '\.tpre$' <<< "$new_presets") factory presets in $fact
 if [ -n "$new_manual" ]; then say "installed: $configuration/${new_manual##*/}"; fi
 if [ ${#outdated[@]} -gt 0 ]; then say "removed: ${#outdated[@]} factory files of an older version"; fi
 
-missing=$(ldd "$installed_module"/Contents/*/Orvo.so 2> /dev/null | sed -n 's/^[[:space:]]*\([^ ]*\) => not found$/\1/p' || true)
+missing=$(ldd "$installed_module"/Contents/*/Orvo.so 2> /dev/null | sed -n 's/^[[:space:]]*\([^ ]*\) => not found$/\1/p' | sort -u || true)
 if [ -n "$missing" ]; then say "this system lacks what Orvo needs: $(tr '\n' ' ' <<< "$missing")"; fi
