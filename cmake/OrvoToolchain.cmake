@@ -18,5 +18,8 @@ if(ORVO_SANITIZERS)
     add_link_options(-fsanitize=${ORVO_SANITIZERS})
 endif()
 
+# Nothing that is built names the folder that it was built in: a commit makes the same module everywhere.
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
+
 # The VST3 SDK spells four-character codes.
 add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-multichar>)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
+# usage: scripts/setup.sh [--release]
 # Installs every package that building, testing and demonstrating Orvo needs, and places the JUCE
-# source tree in .deps/juce. Idempotent: a second run only looks and takes about a second.
+# source tree in .deps/juce; with --release also what the manual and the archive need. Idempotent: a second run only looks and takes about a second.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
@@ -18,6 +19,13 @@ packages=(
     # real recordings for the demonstration and the tests
     chuck-data deepin-sound-theme
 )
+
+case "${1:-}" in
+    "") ;;
+    # sets the manual
+    --release) packages+=(ruby-asciidoctor-pdf) ;;
+    *) fail "usage: scripts/setup.sh [--release]" ;;
+esac
 
 install_packages()
 {

@@ -32,3 +32,9 @@ configure_and_build()
     say "building ($preset)"
     cmake --build --preset "$preset" -j "$(nproc)" "$@"
 }
+
+# The moment that everything made for a release is dated to, in seconds since 1970: the commit's.
+source_date()
+{
+    echo "${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2> /dev/null || echo 0)}"
+}

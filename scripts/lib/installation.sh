@@ -7,11 +7,13 @@
 base=${XDG_CONFIG_HOME:-$HOME/.config}
 case $base in /*) ;; *) base=$caller/$base ;; esac
 
-presets=$base/Tessarin/Orvo/Presets
+configuration=$base/Tessarin/Orvo
+presets=$configuration/Presets
 factory=$presets/Factory
 installed_module=$HOME/.vst3/Orvo.vst3
 
-# What is installed, a line each: "module" and its path, and "preset" and a path below the factory folder.
+# What is installed, a line each: "module" and its path, "manual" and a file's name in the configuration folder, and
+# "preset" and a path below the factory folder.
 manifest=$presets/.orvo-installed
 
 # installed KIND: the manifest's paths of that kind.
@@ -31,4 +33,14 @@ remove_preset()
         rmdir -- "$factory/$folder" 2> /dev/null || break
         folder=$(dirname -- "$folder")
     done
+}
+
+# remove_manual FILE
+remove_manual()
+{
+    case $1 in
+        */*) fail "$manifest names a manual outside its folder: $1" ;;
+        "Orvo Manual "*.pdf) rm -f -- "$configuration/$1" ;;
+        *) fail "$manifest names no manual of ours: $1" ;;
+    esac
 }

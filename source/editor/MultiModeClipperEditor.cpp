@@ -38,6 +38,9 @@ MultiModeClipperEditor::MultiModeClipperEditor (MultiModeClipper* clipperToEdit,
 
     clipper->setModeChangeHandler ([this] { postModeChange(); });
 
+    // Before the handler was set, a change told nobody.
+    currentSaturator = clipper->current;
+
     updateShape();
     updateEnablement();
 }
@@ -110,9 +113,10 @@ void MultiModeClipperEditor::setUpModeBox()
     addGroup ("Enhancers", 2);
     *modeBox.getRootMenu() = menu;
 
-    // The attachment came before the items, and found none to select.
+    // The attachment came before the items, and found none to select. A message would come back later as the user's
+    // choice, over whatever the host has chosen in between.
     modeBox.setSelectedId (roundToChoice (state->getRawParameterValue (parameterId)->load()) + 1,
-                           juce::sendNotificationAsync);
+                           juce::dontSendNotification);
 }
 
 void MultiModeClipperEditor::setUpButton (luna::IconButton& button,

@@ -192,11 +192,6 @@ void OrvoAudioProcessorEditor::parameterChanged (const juce::String&, float)
 
 void OrvoAudioProcessorEditor::stateReloaded (juce::ValueTree&)
 {
-    juce::MessageManager::callAsync (
-        [editor = safeThis]
-        {
-        if (editor != nullptr)
-            for (auto* panel : editor->getPanels())
-                panel->loadViewMode();
-    });
+    for (auto* panel : getPanels())
+        panel->loadViewMode();
 }

@@ -14,7 +14,7 @@
 /** The product's window. The panels of all layouts exist at all times; a change of layout only shows and places
     them.
 
-    Message thread, but for `parameterChanged` and `stateReloaded`, which any thread may call and which only post.
+    Message thread, but for `parameterChanged`, which any thread may call and which only posts.
 */
 class OrvoAudioProcessorEditor final : public tessarin::TessarinEditor,
                                        public juce::AudioProcessorValueTreeState::Listener

@@ -3,6 +3,8 @@
 #include "common/ColourIds.h"
 #include "settings/Settings.h"
 
+#include <cmath>
+
 namespace tessarin
 {
 
@@ -11,9 +13,12 @@ namespace
 constexpr auto topBarHeight = 38;
 constexpr auto tooltipBarHeight = 30;
 
-/** Before any child is made, since children read their colours when they are. */
-juce::SharedResourcePointer<DLAF> withTheme (const juce::PropertiesFile& settings)
+/** Before any child is made, since children read their colours when they are. Another instance may have changed the
+    settings since this one read them. */
+juce::SharedResourcePointer<DLAF> withTheme (juce::PropertiesFile& settings)
 {
+    Settings::reload (settings);
+
     juce::SharedResourcePointer<DLAF> shared;
     shared->lookAndFeel.setTheme (settings.getValue (Settings::themeKey, Settings::defaultTheme));
     return shared;
@@ -107,8 +112,9 @@ void TessarinEditor::resized()
 /** The product's content comes later than the frame's children, and would cover them. */
 void TessarinEditor::raiseOverlays()
 {
-    for (auto* overlay : std::initializer_list<juce::Component*> {
-             &presetBrowser, toastManager, &settingsModal, &savePresetModal, &licenceDialog })
+    for (auto* overlay :
+         std::initializer_list<juce::Component*> { &presetBrowser, &licenceOverlay, toastManager,
+                                                   &settingsModal, &savePresetModal, &licenceDialog })
         overlay->toFront (false);
 }
 
@@ -116,6 +122,9 @@ void TessarinEditor::setPresetBrowserVisible (bool shouldBeVisible)
 {
     presetBrowser.setVisible (shouldBeVisible);
     raiseOverlays();
+
+    if (shouldBeVisible)
+        presetBrowser.table.grabKeyboardFocus();
 }
 
 void TessarinEditor::setScaleFactor (float newScale)
@@ -128,7 +137,11 @@ void TessarinEditor::setScaleFactor (float newScale)
 
 void TessarinEditor::applyScale()
 {
-    const auto userScale = processor.settings.getDoubleValue (Settings::scaleKey, Settings::defaultScale);
+    auto userScale = processor.settings.getDoubleValue (Settings::scaleKey, Settings::defaultScale);
+
+    // The file can be written by hand.
+    if (! (userScale > 0.0 && std::isfinite (userScale)))
+        userScale = Settings::defaultScale;
 
     // The base class keeps the transform as the host's, so it gets the product.
     AudioProcessorEditor::setScaleFactor (static_cast<float> (static_cast<double> (hostScale) * userScale));
@@ -147,9 +160,15 @@ void TessarinEditor::presetSaved (Preset)
     savePresetModal.setVisible (false);
 }
 
-void TessarinEditor::valueTreeRedirected (juce::ValueTree& tree)
+void TessarinEditor::valueTreeRedirected (juce::ValueTree&)
 {
-    stateReloaded (tree);
+    // It may come while the derived class is being made or is gone.
+    juce::MessageManager::callAsync (
+        [editor = safeThis]
+        {
+        if (editor != nullptr)
+            editor->stateReloaded (editor->parameters.state);
+    });
 }
 
 void TessarinEditor::changeListenerCallback (juce::ChangeBroadcaster* source)

@@ -40,7 +40,7 @@ public:
     /** Called at the end of `paint`. */
     virtual void paintContent (juce::Graphics&) {}
 
-    /** The tree of the parameters was replaced. Any thread. */
+    /** The tree of the parameters was replaced, on whichever thread. */
     virtual void stateReloaded (juce::ValueTree& newState) = 0;
 
     void presetSaved (Preset) override;
@@ -84,6 +84,9 @@ private:
     void applyScale();
     void showLicence();
     void raiseOverlays();
+
+    /** Made on the message thread, for posts from other threads. */
+    const SafePointer<TessarinEditor> safeThis { this };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinEditor)
 };

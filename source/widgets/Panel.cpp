@@ -51,7 +51,9 @@ void Panel::updateTitle()
     setTitle (getName());
 
     // The title row, and with it the content's place, comes and goes with the name.
-    layoutContent();
+    if (! getBounds().isEmpty())
+        layoutContent();
+
     repaint();
 }
 

@@ -7,6 +7,7 @@ namespace tessarin
 
 ParameterLabelSlider::ParameterLabelSlider (juce::String name, juce::String parameterId,
                                             juce::AudioProcessorValueTreeState& state)
+    : parameter (state.getParameter (parameterId))
 {
     nameLabel.setText (name, juce::dontSendNotification);
     valueLabel.setText ("10%", juce::dontSendNotification);
@@ -23,7 +24,7 @@ ParameterLabelSlider::ParameterLabelSlider (juce::String name, juce::String para
         child->setBufferedToImage (true);
     }
 
-    if (auto* parameter = state.getParameter (parameterId))
+    if (parameter != nullptr)
         attachment =
             std::make_unique<juce::SliderParameterAttachment> (*parameter, slider, state.undoManager);
 
@@ -33,8 +34,16 @@ ParameterLabelSlider::ParameterLabelSlider (juce::String name, juce::String para
 
     showValue();
     slider.onValueChange = [this] { showValue(); };
+    slider.onDragStart = [this] { isDragged = true; };
+    slider.onDragEnd = [this] { isDragged = false; };
 
     applyLayout();
+}
+
+ParameterLabelSlider::~ParameterLabelSlider()
+{
+    if (isDragged && parameter != nullptr)
+        parameter->endChangeGesture();
 }
 
 void ParameterLabelSlider::setLayout (int newLayout)

@@ -27,6 +27,9 @@ public:
     ParameterLabelSlider (juce::String name, juce::String parameterId,
                           juce::AudioProcessorValueTreeState& state);
 
+    /** Ends the gesture of a drag that the window's end interrupts, as the host waits for it. */
+    ~ParameterLabelSlider() override;
+
     void setLayout (int newLayout);
 
     void resized() override;
@@ -49,6 +52,9 @@ public:
 private:
     void applyLayout();
     void showValue();
+
+    juce::RangedAudioParameter* const parameter;
+    bool isDragged = false;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ParameterLabelSlider)
 };

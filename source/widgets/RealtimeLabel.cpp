@@ -27,6 +27,48 @@ void RealtimeLabel::mouseDown (const juce::MouseEvent&)
         onClick();
 }
 
+juce::String RealtimeLabel::getValueText() const
+{
+    return isEnabled() ? valueToString (*source) : juce::String ("-");
+}
+
+void RealtimeLabel::timerCallback()
+{
+    if (getValueText() != shownText)
+        repaint();
+}
+
+namespace
+{
+/** What a screen reader says of the readout. */
+struct ReadoutText final : public juce::AccessibilityTextValueInterface
+{
+    explicit ReadoutText (const RealtimeLabel& label) : readout (label) {}
+
+    bool isReadOnly() const override { return true; }
+
+    juce::String getCurrentValueAsString() const override { return readout.getValueText(); }
+
+    void setValueAsString (const juce::String&) override {}
+
+    const RealtimeLabel& readout;
+};
+} // namespace
+
+std::unique_ptr<juce::AccessibilityHandler> RealtimeLabel::createAccessibilityHandler()
+{
+    const auto press = [this]
+    {
+        if (onClick)
+            onClick();
+    };
+
+    return std::make_unique<juce::AccessibilityHandler> (
+        *this, juce::AccessibilityRole::button,
+        juce::AccessibilityActions().addAction (juce::AccessibilityActionType::press, press),
+        juce::AccessibilityHandler::Interfaces { std::make_unique<ReadoutText> (*this) });
+}
+
 void RealtimeLabel::readLookAndFeel()
 {
     textColour = findColour (ColourIds::textColourId);
@@ -51,8 +93,8 @@ void RealtimeLabel::paint (juce::Graphics& g)
     };
 
     drawRow (0, name, nameFont, isEnabled() ? textColour : disabledTextColour);
-    drawRow (1, isEnabled() ? valueToString (*source) : "-", valueFont,
-             isEnabled() ? highlightedTextColour : textColour);
+    shownText = getValueText();
+    drawRow (1, shownText, valueFont, isEnabled() ? highlightedTextColour : textColour);
 }
 
 void RealtimeLabel::resized()

@@ -25,7 +25,13 @@ public:
     void paint (juce::Graphics&) override;
     void resized() override;
 
-    void timerCallback() override { repaint(); }
+    /** Repaints if the text has changed. */
+    void timerCallback() override;
+
+    std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
+
+    /** The value as shown. */
+    [[nodiscard]] juce::String getValueText() const;
 
     /** Any mouse button. */
     std::function<void()> onClick;
@@ -38,6 +44,8 @@ public:
 
 private:
     void readLookAndFeel();
+
+    juce::String shownText;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (RealtimeLabel)
 };

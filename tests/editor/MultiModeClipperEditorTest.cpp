@@ -144,3 +144,57 @@ TEST (MultiModeClipperEditor, GreysOutWhatLinkAndEnableTakeOutOfTheUsersHands)
     EXPECT_EQ (state(), std::vector (6, true));
     EXPECT_TRUE (panel.enableButton.getToggleState());
 }
+
+TEST (MultiModeClipperEditor, OffersItsModesInTwoGroups)
+{
+    OpenEditor open;
+    auto& box = open.editor->singleEditor.modeBox;
+    std::string menu;
+
+    for (juce::PopupMenu::MenuItemIterator items (*box.getRootMenu()); items.next();)
+    {
+        const auto& item = items.getItem();
+        menu += (item.isSeparator ? juce::String ("-") : item.text).toStdString();
+        menu += item.itemID > 0 ? std::to_string (item.itemID) + " " : " ";
+    }
+
+    EXPECT_EQ (menu, "Clippers Hard1 Soft I2 Soft II3 - Enhancers Pressure4 Boost5 ");
+    EXPECT_EQ (box.getText(), "Soft I");
+
+    GestureRecorder mode (open.plugin.parameter ("mode_single"));
+    box.setSelectedId (5);
+    dispatchMessages();
+    EXPECT_EQ (mode.events, (std::vector<std::string> { "begin", "=4", "end" }));
+
+    // What the host chooses while the window opens stays, and is nobody's gesture.
+    open.close();
+    open.editor.reset (
+        dynamic_cast<OrvoAudioProcessorEditor*> (open.plugin.processor.createEditorIfNeeded()));
+    mode.events.clear();
+    std::thread ([&] { open.plugin.set ("mode_single", 3); }).join();
+    dispatchMessages();
+    EXPECT_EQ (mode.events, (std::vector<std::string> { "=3" }));
+    EXPECT_EQ (open.editor->singleEditor.modeBox.getText(), "Pressure");
+}
+
+TEST (MultiModeClipperEditor, RecordsKnobsAsGestures)
+{
+    OpenEditor open;
+    auto* knob = &open.editor->singleEditor.thresholdSlider.slider;
+    GestureRecorder threshold (open.plugin.parameter ("threshold_single"));
+
+    open.window->pressMouse (*knob, { 30, 30 });
+    open.window->dragMouse (*knob, { 30, 70 });
+    open.window->releaseMouse();
+    EXPECT_LT (open.plugin.get ("threshold_single"), 0.0);
+    EXPECT_EQ (threshold.events.front(), "begin");
+    EXPECT_EQ (threshold.events.back(), "end");
+    EXPECT_EQ (knob->getDoubleClickReturnValue(), 0.0);
+    EXPECT_TRUE (knob->isDoubleClickReturnEnabled());
+
+    // A window that closes in the middle of a drag.
+    open.window->pressMouse (*knob, { 30, 30 });
+    threshold.events.clear();
+    open.close();
+    EXPECT_EQ (threshold.events, (std::vector<std::string> { "end" }));
+}

@@ -104,6 +104,44 @@ TEST (OrvoEditor, KeepsItsSizeAndMultipliesTheScales)
         EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (total)) << hostScale;
         EXPECT_EQ (open.editor->getWidth(), 1200);
     }
+
+    // Whatever stands in the file, the window can be seen.
+    for (const auto* damaged : { "0", "-1", "abc", "nan", "inf" })
+    {
+        open.plugin.processor.settings.setValue ("scale", damaged);
+        open.editor->setScaleFactor (1.5f);
+        EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (1.5f)) << damaged;
+    }
+
+    open.editor->setBoundsConstrained ({ 10, 10 });
+    EXPECT_EQ (open.editor->getBounds().getBottomRight(), juce::Point (977, 800));
+    open.editor->setBoundsConstrained ({ 5000, 5000 });
+    EXPECT_EQ (open.editor->getLocalBounds(), (Rectangle<int> (2000, 1500)));
+    EXPECT_TRUE (open.editor->isResizable());
+}
+
+TEST (OrvoEditor, NamesAndColoursThePanels)
+{
+    OpenEditor open;
+    auto& e = *open.editor;
+    const auto primary = e.findColour (luna::ColourIds::primaryColourId);
+
+    for (const auto& [panel, name, rotation] : { std::tuple { &e.lowBandEditor, "Low", 0.0f },
+                                                 { &e.midBandEditor, "Mid", -0.25f },
+                                                 { &e.highBandEditor, "High", -0.5f },
+                                                 { &e.midChannelEditor, "Mid", 0.0f },
+                                                 { &e.sideChannelEditor, "Side", -0.25f },
+                                                 { &e.leftChannelEditor, "Left", 0.0f },
+                                                 { &e.rightChannelEditor, "Right", -0.25f },
+                                                 { &e.singleEditor, "Clipper", 0.0f },
+                                                 { &e.postEditor, "Post", -0.75f } })
+    {
+        const auto colour = primary.withRotatedHue (rotation);
+        EXPECT_EQ (panel->titleLabel.getText(), name);
+        EXPECT_EQ (panel->graph.curveColour, colour) << name;
+        EXPECT_EQ (panel->makeupSlider.slider.findColour (luna::ColourIds::sliderTrackColourId), colour)
+            << name;
+    }
 }
 
 TEST (OrvoEditor, GreysOutTheContentOnBypassAndLeavesTheBarsAlone)
@@ -156,33 +194,35 @@ TEST (OrvoEditor, FollowsRestoredStateAndLoadedPresets)
     using View = luna::SaturatorGraph::ViewMode;
     OpenEditor open;
     auto& processor = open.plugin.processor;
-    auto& e = *open.editor;
 
     juce::MemoryBlock before;
     processor.getStateInformation (before);
 
     ASSERT_TRUE (processor.presetManager.loadPreset (1));
     dispatchMessages();
-    EXPECT_NEAR (e.inputPanel.inGainSlider.slider.getValue(), 6.0, 1e-4);
-    EXPECT_EQ (e.singleEditor.graph.viewMode, View::amplitude);
-    EXPECT_EQ (e.postEditor.graph.viewMode, View::decibels);
+    EXPECT_NEAR (open.editor->inputPanel.inGainSlider.slider.getValue(), 6.0, 1e-4);
+    EXPECT_EQ (open.editor->singleEditor.graph.viewMode, View::amplitude);
+    EXPECT_EQ (open.editor->postEditor.graph.viewMode, View::decibels);
+    open.close();
+    open.open();
+    EXPECT_EQ (open.editor->singleEditor.graph.viewMode, View::amplitude);
 
     std::thread (
         [&] {
         processor.setStateInformation (before.getData(), static_cast<int> (before.getSize()));
     }).join();
     dispatchMessages();
-    EXPECT_NEAR (e.inputPanel.inGainSlider.slider.getValue(), 0.0, 1e-4);
-    EXPECT_EQ (e.singleEditor.graph.viewMode, View::decibels);
+    EXPECT_NEAR (open.editor->inputPanel.inGainSlider.slider.getValue(), 0.0, 1e-4);
+    EXPECT_EQ (open.editor->singleEditor.graph.viewMode, View::decibels);
 
     // A view that the user picks is part of the state.
-    e.singleEditor.graph.onViewModeChange (View::amplitude);
+    open.editor->singleEditor.graph.onViewModeChange (View::amplitude);
     juce::MemoryBlock after;
     processor.getStateInformation (after);
     processor.setStateInformation (before.getData(), static_cast<int> (before.getSize()));
     processor.setStateInformation (after.getData(), static_cast<int> (after.getSize()));
     dispatchMessages();
-    EXPECT_EQ (e.singleEditor.graph.viewMode, View::amplitude);
+    EXPECT_EQ (open.editor->singleEditor.graph.viewMode, View::amplitude);
 }
 
 TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
@@ -206,11 +246,15 @@ TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
 
 namespace
 {
-/** A host that automates everything an editor follows, at full rate, on its audio thread. */
+/** A host that automates everything an editor follows, at full rate, and restores state in between. */
 class Automation
 {
 public:
-    explicit Automation (PluginUnderTest& pluginToDrive) : plugin (pluginToDrive) {}
+    explicit Automation (PluginUnderTest& pluginToDrive) : plugin (pluginToDrive)
+    {
+        plugin.processor.getStateInformation (state);
+        thread = std::thread ([this] { run(); });
+    }
 
     ~Automation()
     {
@@ -229,6 +273,10 @@ private:
             plugin.set ("enable", i % 3 == 0 ? 0.0 : 1.0);
             plugin.set ("mode_single", i % 5);
             plugin.set ("enable_post", i % 2);
+
+            if (i % 16 == 0)
+                plugin.processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
+
             block.clear();
             plugin.process (block);
 
@@ -239,7 +287,8 @@ private:
 
     PluginUnderTest& plugin;
     std::atomic<bool> isRunning { true };
-    std::thread thread { [this] { run(); } };
+    juce::MemoryBlock state;
+    std::thread thread;
 };
 } // namespace
 

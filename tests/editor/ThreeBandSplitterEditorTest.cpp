@@ -1,4 +1,5 @@
 #include "editor/OpenEditor.h"
+#include "widgets/Pixels.h"
 
 #include <gtest/gtest.h>
 
@@ -77,6 +78,52 @@ TEST_F (BandEditor, CollapsesBandsThatTheBarsLeaveNoRoom)
     EXPECT_EQ (mid.muteBounds, mid.soloBounds.translated (-25, 0));
     EXPECT_EQ (mid.enableBounds, mid.soloBounds.translated (25, 0));
     EXPECT_EQ (bands().lowHandleBounds.getX(), xOf (1000.0) - 10);
+
+    // Bars that have passed each other.
+    ThreeBandSplitterEditor crossed (open.plugin.processor.spectrum, open.plugin.processor.parameters,
+                                     "crossover_high", "crossover_low");
+    crossed.setBounds (bands().getBounds());
+    EXPECT_EQ (crossed.bands[1].bounds.getWidth(), 0);
+    EXPECT_EQ (crossed.bands[1].soloBounds.getX(), crossed.bands[1].bounds.getX() - 10);
+}
+
+TEST_F (BandEditor, PaintsWhatIsOnWhatIsOffAndWhatNothingCanSwitch)
+{
+    const auto colourAt = [this] (juce::Rectangle<int> button, Point<int> offset)
+    {
+        return open.window->render().getPixelAt (bands().getX() + button.getX() + offset.x,
+                                                 bands().getY() + button.getY() + offset.y);
+    };
+
+    // Inside the rim, beside the label and the icon; and on the rim itself.
+    const Point<int> fill (10, 2), rim (10, 0);
+    const auto isFilled = [&] (juce::Rectangle<int> button, juce::Colour colour)
+    { return pixels::areNear (colourAt (button, fill), colour, 6); };
+    const auto& [low, mid, high] = bands().bands;
+
+    open.set ("mute_low_band", 1.0);
+    open.set ("enable_high_band", 0.0);
+    EXPECT_TRUE (isFilled (low.muteBounds, bands().muteColour));
+    EXPECT_FALSE (isFilled (mid.muteBounds, bands().muteColour));
+    EXPECT_TRUE (isFilled (mid.enableBounds, bands().enableColour));
+    EXPECT_FALSE (isFilled (high.enableBounds, bands().enableColour));
+
+    // Another band's solo takes the buttons their colours.
+    open.set ("solo_band", 1.0);
+    EXPECT_TRUE (isFilled (mid.soloBounds, bands().soloColour));
+    EXPECT_TRUE (isFilled (mid.enableBounds, bands().enableColour));
+    EXPECT_FALSE (isFilled (low.muteBounds, bands().muteColour));
+    EXPECT_FALSE (isFilled (low.enableBounds, bands().enableColour));
+
+    const auto hueOf = [&] (juce::Rectangle<int> button) { return colourAt (button, rim).getSaturation(); };
+    EXPECT_LT (hueOf (low.muteBounds), 0.5f * bands().muteColour.getSaturation());
+
+    // Bypassed: the frame and the bars alone.
+    open.set ("enable", 0.0);
+    const auto ground = colourAt (mid.bounds, { 40, 40 });
+    EXPECT_EQ (colourAt (mid.soloBounds, fill), ground);
+    EXPECT_NE (colourAt (bands().lowHandleBounds, { 10, 5 }), ground);
+    EXPECT_EQ (colourAt (bands().plot, { 0, 20 }), bands().gridColour);
 }
 
 TEST_F (BandEditor, ClicksMuteSoloAndEnableTheBands)
@@ -130,18 +177,20 @@ TEST_F (BandEditor, TellsWhatIsUnderTheMouse)
                "Mid/High Crossover: Drag to adjust the crossover frequency of the mid and high bands");
     EXPECT_EQ (tooltipAt ({ 1, 1 }), general);
 
-    // A bar lies over the buttons, and takes the click that looks like theirs.
-    open.set ("crossover_low", 60.0);
-    move ({ 1, 1 });
-    open.set ("crossover_high", 2000.0);
-    move (low.bounds.getCentre());
-    EXPECT_EQ (bands().hoveredBand, &bands().bands[0]);
-
+    move (high.bounds.getCentre());
     open.window->moveMouse (open.editor->inputPanel, { 5, 5 });
-    EXPECT_EQ (bands().hoveredBand, &bands().bands[0]) << "keeps its highlight when the mouse has left";
+    EXPECT_EQ (bands().hoveredBand, &bands().bands[2]) << "keeps its highlight when the mouse has left";
 
-    open.set ("crossover_low", 25.0);
-    const auto buttonUnderBar = bands().lowHandleBounds.getCentre().withY (low.soloBounds.getCentreY());
-    EXPECT_EQ (tooltipAt (buttonUnderBar),
+    // Where there is little room, a bar lies over the buttons, and takes the click that looks like theirs.
+    bands().setSize (220, 100);
+    const auto shared = bands().lowHandleBounds.getIntersection (mid.muteBounds);
+    ASSERT_FALSE (shared.isEmpty());
+    EXPECT_EQ (tooltipAt (shared.getCentre()),
                "Low/Mid Crossover: Drag to adjust the crossover frequency of the low and mid bands");
+
+    GestureRecorder mute (open.plugin.parameter ("mute_mid_band"));
+    GestureRecorder crossover (open.plugin.parameter ("crossover_low"));
+    click (shared);
+    EXPECT_TRUE (mute.events.empty());
+    EXPECT_EQ (crossover.events.front(), "begin");
 }

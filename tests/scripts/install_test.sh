@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs, updates and removes a stand-in for the module and the real bank, in a temporary home.
+# Installs, updates and removes a stand-in for the module and the real bank, in a temporary home: from the project, and
+# from a folder as the release's archive holds it.
 set -euo pipefail
 export LC_ALL=C
 cd "$(dirname "$0")/../.."
@@ -57,10 +58,13 @@ check "only the user's files stay" diff <(find "$XDG_CONFIG_HOME" "$HOME" -type 
 check "the module is gone" [ ! -e "$HOME/.vst3/Orvo.vst3" ]
 check "removing again works" run uninstall
 
-# A damaged list never reaches outside the factory folder.
+# A damaged list never reaches outside the plug-in's folders.
 printf 'module %s\npreset ../User/Mine.tpre\n' "$HOME/.vst3/Orvo.vst3" > "$presets/.orvo-installed"
 check "a list that names other files is refused" not run uninstall
+printf 'module %s\nmanual Presets/User/Mine.tpre\n' "$HOME/.vst3/Orvo.vst3" > "$presets/.orvo-installed"
+check "a list that names no manual is refused" not run uninstall
 check "the user's preset is still there" [ -f "$presets/User/Mine.tpre" ]
+rm "$presets/.orvo-installed"
 
 # Without XDG_CONFIG_HOME.
 unset XDG_CONFIG_HOME
@@ -69,3 +73,22 @@ factory=$HOME/.config/Tessarin/Orvo/Presets/Factory
 check "the bank is in ~/.config" same_bank
 check "removing from ~/.config works" run uninstall
 check "nothing stays in ~/.config" [ -z "$(ls "$HOME/.config")" ]
+
+# As unpacked from the archive, which has nothing of the project around it. The manual goes where its button looks.
+unpacked="$home/unpacked folder"
+mkdir -p "$unpacked/lib"
+cp scripts/install.sh scripts/uninstall.sh "$unpacked"
+cp scripts/lib/common.sh scripts/lib/installation.sh "$unpacked/lib"
+cp -R presets "$module" "$unpacked"
+echo manual > "$unpacked/Orvo Manual 1.0.1.pdf"
+cd "$home"
+check "installing from the archive works" "$unpacked/install.sh" > "$home/output"
+check "the archive's bank is complete" diff -r --exclude=.gitattributes "$unpacked/presets" "$factory"
+check "the archive's module is complete" diff -r "$module" "$HOME/.vst3/Orvo.vst3"
+check "the manual is in place" cmp "$unpacked/Orvo Manual 1.0.1.pdf" "$HOME/.config/Tessarin/Orvo/Orvo Manual 1.0.1.pdf"
+mv "$unpacked/Orvo Manual 1.0.1.pdf" "$unpacked/Orvo Manual 1.1.pdf"
+check "updating from the archive works" "$unpacked/install.sh" > "$home/output"
+check "the old manual goes" [ "$(ls "$HOME/.config/Tessarin/Orvo")" = "Orvo Manual 1.1.pdf
+Presets" ]
+check "removing with the archive's script works" "$unpacked/uninstall.sh" > "$home/output"
+check "nothing stays of the archive's files" [ -z "$(find "$HOME/.config" "$HOME/.vst3" -mindepth 1)" ]

@@ -12,11 +12,12 @@ using luna::SaturatorGraph;
 /** One of a clipper's curves with a level on it. */
 struct CurveExhibit : public juce::Component
 {
-    CurveExhibit (int mode, SaturatorGraph::ViewMode view, float level)
+    CurveExhibit (int mode, SaturatorGraph::ViewMode view, float level, float threshold = -6.0f,
+                  float shape = 0.5f)
     {
         clipper.setMode (mode);
-        clipper.setParameter (-6.0f, 0);
-        clipper.setParameter (0.5f, 1);
+        clipper.setParameter (threshold, 0);
+        clipper.setParameter (shape, 1);
         clipper.current->envelope = level;
 
         graph.saturator = clipper.current;
@@ -58,6 +59,37 @@ Sheet makeCurveSheet()
         { "disabled", 240, 240, makeCurve (1, SaturatorGraph::ViewMode::decibels, 0.4f), disable });
     sheet.exhibits.push_back (
         { "no curve", 240, 240, [] { return std::make_unique<SaturatorGraph>(); }, {} });
+    return sheet;
+}
+
+/** One mode at several settings, without a level. */
+Sheet makeModeSheet (const ClipperMode& mode, bool hasShape)
+{
+    using View = SaturatorGraph::ViewMode;
+    Sheet sheet { "Curve " + mode.name, {} };
+
+    const auto add = [&] (const juce::String& caption, View view, float threshold, float shape)
+    {
+        sheet.exhibits.push_back (
+            { caption,
+              240,
+              240,
+              [=, id = mode.id] { return std::make_unique<CurveExhibit> (id, view, 0.0f, threshold, shape); },
+              {} });
+    };
+
+    for (const auto step : { 0, 1, 2 })
+    {
+        const auto shape = 0.5f * static_cast<float> (step);
+        const auto threshold = -6.0f * static_cast<float> (step) - 3.0f;
+
+        if (hasShape)
+            add (mode.shapeLabel + " " + juce::String (50 * step) + "%", View::decibels, -6.0f, shape);
+        else
+            add ("Threshold " + juce::String (threshold, 0) + " dB", View::decibels, threshold, 0.0f);
+    }
+
+    add (hasShape ? mode.shapeLabel + " 100%" : "Threshold -6 dB", View::amplitude, -6.0f, 1.0f);
     return sheet;
 }
 
@@ -134,15 +166,23 @@ std::vector<Sheet> makeGraphSheets (OrvoAudioProcessor& processor)
         }
     };
 
-    return { makeCurveSheet(),
-             { "WaveformGraph",
-               { { "three seconds in", 700, 160, makeWaveform, runSignal },
-                 { "disabled", 300, 160, makeWaveform, disable } } },
-             { "SpectrumAnalyser",
-               { { "two sines", 600, 240, makeSpectrum, runSignal },
-                 { "narrow", 390, 240, makeSpectrum, {} },
-                 { "disabled", 390, 240, makeSpectrum, disable } } },
-             { "InputOutputMeters",
-               { { "hits", 260, 400, makeMeters, readMeters },
-                 { "disabled", 260, 400, makeMeters, disable } } } };
+    std::vector<Sheet> sheets { makeCurveSheet(),
+                                { "WaveformGraph",
+                                  { { "three seconds in", 700, 160, makeWaveform, runSignal },
+                                    { "disabled", 300, 160, makeWaveform, disable } } },
+                                { "SpectrumAnalyser",
+                                  { { "two sines", 600, 240, makeSpectrum, runSignal },
+                                    { "narrow", 390, 240, makeSpectrum, {} },
+                                    { "disabled", 390, 240, makeSpectrum, disable } } },
+                                { "InputOutputMeters",
+                                  { { "hits", 260, 400, makeMeters, readMeters },
+                                    { "disabled", 260, 400, makeMeters, disable } } } };
+
+    const MultiModeClipper clipper;
+
+    for (const auto& mode : clipper.modes)
+        sheets.push_back (
+            makeModeSheet (mode, mode.saturator != &clipper.hardClipper && mode.saturator != &clipper.dough));
+
+    return sheets;
 }

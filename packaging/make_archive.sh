@@ -1,0 +1,83 @@
+#!/usr/bin/env bash
+# usage: packaging/make_archive.sh VERSION MODULE MANUAL JUCE OUTDIR
+# Packs OUTDIR/Orvo-VERSION-linux-ARCHITECTURE.tar.gz from the built module, the manual and the project's files. The same
+# module and manual of one commit give the same archive.
+set -euo pipefail
+export LC_ALL=C TZ=UTC
+
+version=$1
+module=$(realpath -- "$2")
+manual=$(realpath -- "$3")
+juce=$(realpath -- "$4")
+out=$(realpath -m -- "$5")
+
+cd "$(dirname "$0")/.."
+source scripts/lib/common.sh
+
+name=Orvo-$version-linux-$(uname -m)
+work=$(mktemp -d)
+trap 'rm -rf -- "$work"' EXIT
+top=$work/$name
+mkdir -p -- "$top/lib" "$top/licences" "$out"
+
+cp -R -- "$module" "$top/Orvo.vst3"
+strip --strip-unneeded "$top"/Orvo.vst3/Contents/*/Orvo.so
+find presets -type f \( -name '*.tpre' -o -name _description.txt \) -exec cp --parents -- {} "$top" \;
+cp -- "$manual" "$top"
+cp -- scripts/install.sh scripts/uninstall.sh "$top"
+cp -- scripts/lib/common.sh scripts/lib/installation.sh "$top/lib"
+
+# Of everything that stands in the module or the manual.
+licence()
+{
+    [ -f "$1" ] || fail "a licence is missing: $1"
+    cp -- "$1" "$top/licences/$2"
+}
+licence LICENSE Orvo.txt
+licence resources/fonts/OFL.txt Nunito.txt
+licence "$juce/LICENSE.md" JUCE.md
+licence "$juce/modules/juce_audio_processors/format_types/VST3_SDK/LICENSE.txt" VST3-SDK.txt
+licence "$juce/modules/juce_graphics/fonts/harfbuzz/COPYING" HarfBuzz.txt
+licence "$juce/modules/juce_graphics/unicode/sheenbidi/LICENSE" SheenBidi.txt
+licence "/usr/share/doc/gcc-$(gcc -dumpversion | cut -d. -f1)-base/copyright" GCC-runtime.txt
+licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-noto Noto-Sans.txt
+licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-mplus M-plus.txt
+
+# libraries GROUP: the table's names and packages of that group.
+libraries()
+{
+    awk -v group="# $1" '/^#/ { on = $0 == group } on && /^[^#]/ { printf "  %-22s %s\n", $1, $2 }' packaging/libraries.txt
+}
+
+glibc=$(readelf -V "$top"/Orvo.vst3/Contents/*/Orvo.so | grep -o 'GLIBC_[0-9.]*' | sort -Vu | tail -n 1)
+cat > "$top/README.txt" <<README
+Orvo $version, a clipper for mixing and mastering: a VST3 plug-in for Linux, $(uname -m)
+
+  ./install.sh      installs for you alone, without root: the module into ~/.vst3, the factory presets
+                    and the manual into ~/.config/Tessarin/Orvo (or below XDG_CONFIG_HOME)
+  ./uninstall.sh    removes them again; your own presets and settings stay
+
+The manual is "$(basename -- "$manual")"; the question mark in Orvo's window opens it.
+
+The module needs these shared libraries; behind them stand Debian's packages. libc must be version ${glibc#GLIBC_}
+or newer, as in Debian 12.
+
+$(libraries linked)
+
+and to open its window
+
+$(libraries "opened with the window")
+
+Orvo is free software under the GNU Affero General Public License, version 3 or later, without any warranty. The
+texts of all licences are in the folder "licences". This archive was made from the sources of version $version,
+commit $(git rev-parse HEAD 2> /dev/null || echo unknown).
+README
+
+find "$top" -type d -exec chmod 755 {} + -o -type f -exec chmod 644 {} +
+chmod 755 "$top"/install.sh "$top"/uninstall.sh "$top"/Orvo.vst3/Contents/*/Orvo.so
+
+archive=$out/$name.tar.gz
+tar --create --directory "$work" --sort=name --format=ustar --mtime="@$(source_date)" --owner=0 --group=0 \
+    --numeric-owner "$name" | gzip -n -9 > "$archive.new"
+mv -- "$archive.new" "$archive"
+say "packed: $archive"

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# usage: libraries_test.sh ORVO.VST3
+# Holds the shared libraries that the built module asks for against packaging/libraries.txt: those that it is linked to,
+# and the names of those that it opens itself, which stand in it as text.
+set -euo pipefail
+export LC_ALL=C
+cd "$(dirname "$0")/../.."
+
+module=$(compgen -G "$1/Contents/*/Orvo.so")
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+
+# listed GROUP: the names in that group of the list.
+listed() { awk -v group="# $1" '/^#/ { on = $0 == group } on && /^[^#]/ { print $1 }' packaging/libraries.txt | sort; }
+
+same() { diff "$home/listed" "$home/found" || { echo "FAILED: the module asks for other libraries than \"$1\"" >&2; exit 1; }; }
+
+listed linked > "$home/listed"
+readelf -d "$module" | sed -n 's/.*(NEEDED).*\[\(.*\)\]$/\1/p' | sort > "$home/found"
+same linked
+
+{ cat "$home/listed"; listed "opened with the window"; } | sort > "$home/names"
+mv "$home/names" "$home/listed"
+strings "$module" | grep -xE 'lib[A-Za-z0-9_+-]+\.so(\.[0-9]+)*|ld-linux[a-z0-9_.-]+' | sort -u > "$home/found"
+same "opened with the window"
+
+if strings "$module" | grep -F "$PWD"; then echo "FAILED: the module names the folder that it was built in" >&2; exit 1; fi
