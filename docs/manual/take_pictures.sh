@@ -25,7 +25,8 @@ visit()
     read -r _ window _ <&"${session[0]}"
 
     for place in "$@"; do
-        xdotool mousemove --window "$window" $((${place%,*} * 3 / 2)) $((${place#*,} * 3 / 2)) sleep 0.2 click 1 sleep 0.5
+        xdotool mousemove --window "$window" $((${place%,*} * 3 / 2)) $((${place#*,} * 3 / 2)) \
+            sleep 0.2 click 1 sleep 0.5
     done
 
     # Onto the tooltip strip, where nothing has a tooltip.
