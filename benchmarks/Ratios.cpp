@@ -1,0 +1,85 @@
+#include "Ratios.h"
+
+#include "dsp/simd/Kernels.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+namespace bench
+{
+
+namespace
+{
+constexpr auto numTurns = 41;
+constexpr auto samplesPerTurn = 24576;
+
+/** In ns per sample of one turn. */
+double timeOf (const Process& process, Feed& feed, int blockSize)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto numBlocks = std::max (1, samplesPerTurn / blockSize);
+    const auto start = Clock::now();
+
+    for (auto i = 0; i < numBlocks; ++i)
+    {
+        auto& block = feed.next();
+        process (block);
+        benchmark::ClobberMemory();
+    }
+
+    const std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
+    return elapsed.count() / (static_cast<double> (numBlocks) * blockSize);
+}
+
+double medianOf (std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t> (values.size() / 2);
+    std::nth_element (values.begin(), middle, values.end());
+    return *middle;
+}
+
+void measure (const Pair& pair, const char* setName)
+{
+    const juce::ScopedNoDenormals noDenormals;
+    const auto plain = pair.makePlain(), kernel = pair.makeKernel();
+    Feed plainFeed (pair.blockSize), kernelFeed (pair.blockSize);
+    std::vector<double> plainTimes, kernelTimes, ratios;
+
+    for (auto turn = 0; turn < numTurns; ++turn)
+    {
+        plainTimes.push_back (timeOf (plain, plainFeed, pair.blockSize));
+        kernelTimes.push_back (timeOf (kernel, kernelFeed, pair.blockSize));
+        ratios.push_back (plainTimes.back() / kernelTimes.back());
+    }
+
+    std::printf ("%-32s%-6s%12.2f%12.2f%10.1f\n", pair.name.c_str(), setName, medianOf (plainTimes),
+                 medianOf (kernelTimes), medianOf (ratios));
+    std::fflush (stdout);
+}
+} // namespace
+
+void printRatios (const std::string& filter)
+{
+    using simd::InstructionSet;
+    std::vector<Pair> pairs;
+    addSplitterPairs (pairs);
+
+    std::printf ("%-32s%-6s%12s%12s%10s\n", "row", "set", "plain ns", "kernel ns", "ratio");
+    const auto before = simd::selected();
+
+    for (const auto& pair : pairs)
+    {
+        if (pair.name.find (filter) == std::string::npos)
+            continue;
+
+        for (const auto& [set, name] :
+             { std::pair { InstructionSet::avx2, "AVX2" }, { InstructionSet::baseline, "SSE2" } })
+            if (simd::select (set))
+                measure (pair, name);
+    }
+
+    simd::select (before);
+}
+
+} // namespace bench
