@@ -1,5 +1,7 @@
 // The kernels beside their plain forms, each with the same settings.
 
+#include "dsp/HalfBandOversampler.h"
+#include "dsp/OversamplerBank.h"
 #include "dsp/ThreeBandSplitter.h"
 #include "plain/Splitter.h"
 #include "Ratios.h"
@@ -23,7 +25,50 @@ Process makeSplitter()
     return [splitter] (juce::AudioBuffer<float>& buffer)
     { splitter->split (juce::dsp::AudioBlock<const float> (buffer)); };
 }
+
+/** Up and down again without anything in between. */
+Process makeJuceOversampler (int exponent)
+{
+    const auto bank = std::make_shared<OversamplerBank> (makeOversamplerBank (2));
+    bank->getUnchecked (exponent)->initProcessing (static_cast<size_t> (defaultBlockSize));
+
+    return [bank, exponent] (juce::AudioBuffer<float>& buffer)
+    {
+        juce::dsp::AudioBlock<float> block (buffer);
+        bank->getUnchecked (exponent)->processSamplesUp (block);
+        bank->getUnchecked (exponent)->processSamplesDown (block);
+        };
+}
+
+Process makeKernelOversampler (int exponent)
+{
+    const auto oversampler = std::make_shared<HalfBandOversampler> (2u, static_cast<size_t> (exponent));
+    constexpr size_t length = 512;
+    const auto between = std::make_shared<juce::AudioBuffer<float>> (2, static_cast<int> (length));
+
+    return [=] (juce::AudioBuffer<float>& buffer)
+    {
+        const juce::dsp::AudioBlock<float> block (buffer);
+        const auto partLength = length >> exponent;
+
+        for (size_t start = 0; start < block.getNumSamples(); start += partLength)
+        {
+            const auto part = block.getSubBlock (start, partLength);
+            const juce::dsp::AudioBlock<float> up (*between);
+            oversampler->processUp (part, up);
+            oversampler->processDown (up, part);
+        }
+        };
+}
 } // namespace
+
+void addOversamplerPairs (std::vector<Pair>& pairs)
+{
+    for (auto exponent = 1; exponent <= 4; ++exponent)
+        pairs.push_back ({ "oversampler/" + std::to_string (1 << exponent) + "x",
+                           [=] { return makeJuceOversampler (exponent); },
+                           [=] { return makeKernelOversampler (exponent); } });
+}
 
 void addSplitterPairs (std::vector<Pair>& pairs)
 {

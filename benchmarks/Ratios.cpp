@@ -63,6 +63,7 @@ void printRatios (const std::string& filter)
 {
     using simd::InstructionSet;
     std::vector<Pair> pairs;
+    addOversamplerPairs (pairs);
     addSplitterPairs (pairs);
 
     std::printf ("%-32s%-6s%12s%12s%10s\n", "row", "set", "plain ns", "kernel ns", "ratio");

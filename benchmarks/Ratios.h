@@ -18,6 +18,7 @@ struct Pair
     int blockSize = defaultBlockSize;
 };
 
+void addOversamplerPairs (std::vector<Pair>&);
 void addSplitterPairs (std::vector<Pair>&);
 
 /** Measures each pair whose name contains `filter`, with every instruction set of this processor, and prints

@@ -53,6 +53,24 @@ struct SplitterOutputs
     Channels low, rest, mid, high;
 };
 
+/** A linear-phase half-band filter: every other coefficient is zero but the one in the middle. */
+struct HalfBand
+{
+    /** Every other coefficient of the first half; the second half mirrors it. */
+    const float* taps;
+    size_t numTaps;
+
+    /** The coefficient in the middle. */
+    float centre;
+};
+
+/** Samples at the lower rate that a half-band kernel works on at a time. */
+inline constexpr size_t halfBandChunk = 256;
+
+/** What the lines of a half-band filter hold before the samples of a chunk. A line has room for that, a chunk
+    and `halfBandPadding`; only the part before the chunk is state. */
+inline constexpr size_t halfBandPadding = 64;
+
 /** One function for each inner loop. */
 struct Kernels
 {
@@ -60,6 +78,17 @@ struct Kernels
         false for what is no number. */
     bool (*split) (const SplitterCoefficients&, SplitterChannel*, size_t numChannels, ConstChannels input,
                    const SplitterOutputs&, size_t numSamples, float limit);
+
+    /** One channel up by two. `line` holds 2 numTaps - 1 past inputs, twice as large. */
+    void (*halfBandUp) (const HalfBand&, float* line, const float* input, float* output, size_t numInputs);
+
+    /** One channel down by two. `evenLine` holds 2 numTaps - 1 past even inputs, `oddLine` numTaps past odd
+        ones. */
+    void (*halfBandDown) (const HalfBand&, float* evenLine, float* oddLine, const float* input, float* output,
+                          size_t numOutputs);
+
+    /** Whether every sample lies within plus and minus `limit`; false for what is no number. */
+    bool (*isWithin) (const float* samples, size_t numSamples, float limit);
 };
 
 /** Of the selected set. Any thread. */

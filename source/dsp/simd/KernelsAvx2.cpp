@@ -5,8 +5,8 @@
 
 #ifdef ORVO_HAS_AVX2_KERNELS
 
-    #include "dsp/simd/SplitterKernel.h"
+    #include "dsp/simd/KernelSet.h"
 
-extern const simd::Kernels simd::avx2Kernels { .split = &split };
+extern const simd::Kernels simd::avx2Kernels = ORVO_KERNEL_SET;
 
 #endif

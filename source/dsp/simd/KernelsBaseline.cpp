@@ -1,6 +1,6 @@
 // The kernels for every processor.
 
+#include "dsp/simd/KernelSet.h"
 #include "dsp/simd/KernelTables.h"
-#include "dsp/simd/SplitterKernel.h"
 
-extern const simd::Kernels simd::baselineKernels { .split = &split };
+extern const simd::Kernels simd::baselineKernels = ORVO_KERNEL_SET;

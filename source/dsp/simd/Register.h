@@ -72,6 +72,160 @@ ORVO_INLINE bool all4 (Int4 mask)
 #endif
 }
 
+/** As many lanes as a register of the instruction set has. */
+#if defined(__AVX2__)
+constexpr size_t width = 8;
+#else
+constexpr size_t width = 4;
+#endif
+
+using Float [[gnu::vector_size (4 * width)]] = float;
+using Int [[gnu::vector_size (4 * width)]] = int;
+
+ORVO_INLINE Float broadcast (float x)
+{
+    return x - Float {};
+}
+
+ORVO_INLINE Float load (const float* source)
+{
+    Float x;
+    __builtin_memcpy (&x, source, sizeof (x));
+    return x;
+}
+
+ORVO_INLINE void store (float* target, Float x)
+{
+    __builtin_memcpy (target, &x, sizeof (x));
+}
+
+ORVO_INLINE Float loadUpTo (const float* source, size_t count)
+{
+    Float x {};
+    __builtin_memcpy (&x, source, count * sizeof (float));
+    return x;
+}
+
+ORVO_INLINE void storeUpTo (float* target, Float x, size_t count)
+{
+    __builtin_memcpy (target, &x, count * sizeof (float));
+}
+
+ORVO_INLINE Int asInt (Float x)
+{
+    return reinterpret_cast<Int> (x);
+}
+
+ORVO_INLINE Float asFloat (Int x)
+{
+    return reinterpret_cast<Float> (x);
+}
+
+ORVO_INLINE Int broadcastInt (int x)
+{
+    return x - Int {};
+}
+
+ORVO_INLINE Float abs (Float x)
+{
+    return asFloat (asInt (x) & broadcastInt (0x7fffffff));
+}
+
+/** Of `a` where the mask is set, of `b` elsewhere. */
+ORVO_INLINE Float select (Int mask, Float a, Float b)
+{
+    return asFloat ((asInt (a) & mask) | (asInt (b) & ~mask));
+}
+
+/** Whether a comparison was true in any lane, or in every one. */
+ORVO_INLINE bool any (Int mask)
+{
+#if defined(__AVX2__)
+    return _mm256_movemask_ps (reinterpret_cast<__m256> (mask)) != 0;
+#elif defined(__SSE2__)
+    return _mm_movemask_ps (reinterpret_cast<__m128> (mask)) != 0;
+#else
+    return (mask[0] | mask[1] | mask[2] | mask[3]) != 0;
+#endif
+}
+
+ORVO_INLINE bool all (Int mask)
+{
+    return ! any (~mask);
+}
+
+/** The smaller one in each lane; `b` if either is no number. */
+ORVO_INLINE Float min (Float a, Float b)
+{
+#if defined(__AVX2__)
+    return _mm256_min_ps (a, b);
+#elif defined(__SSE2__)
+    return _mm_min_ps (a, b);
+#else
+    return select (a < b, a, b);
+#endif
+}
+
+/** The larger one in each lane; `b` if either is no number. */
+ORVO_INLINE Float max (Float a, Float b)
+{
+#if defined(__AVX2__)
+    return _mm256_max_ps (a, b);
+#elif defined(__SSE2__)
+    return _mm_max_ps (a, b);
+#else
+    return select (a > b, a, b);
+#endif
+}
+
+/** a b + c, rounded once where the processor can. */
+ORVO_INLINE Float multiplyAdd (Float a, Float b, Float c)
+{
+#if defined(__AVX2__) && defined(__FMA__)
+    return _mm256_fmadd_ps (a, b, c);
+#else
+    return a * b + c;
+#endif
+}
+
+/** Lanes of two registers in turn: the lower halves, or the upper ones. */
+ORVO_INLINE Float interleaveLow (Float a, Float b)
+{
+#if defined(__AVX2__)
+    return __builtin_shufflevector (a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+#else
+    return __builtin_shufflevector (a, b, 0, 4, 1, 5);
+#endif
+}
+
+ORVO_INLINE Float interleaveHigh (Float a, Float b)
+{
+#if defined(__AVX2__)
+    return __builtin_shufflevector (a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+#else
+    return __builtin_shufflevector (a, b, 2, 6, 3, 7);
+#endif
+}
+
+/** Every other lane of two registers in a row, from the first one on, or from the second. */
+ORVO_INLINE Float evenLanes (Float a, Float b)
+{
+#if defined(__AVX2__)
+    return __builtin_shufflevector (a, b, 0, 2, 4, 6, 8, 10, 12, 14);
+#else
+    return __builtin_shufflevector (a, b, 0, 2, 4, 6);
+#endif
+}
+
+ORVO_INLINE Float oddLanes (Float a, Float b)
+{
+#if defined(__AVX2__)
+    return __builtin_shufflevector (a, b, 1, 3, 5, 7, 9, 11, 13, 15);
+#else
+    return __builtin_shufflevector (a, b, 1, 3, 5, 7);
+#endif
+}
+
 /** Rows become columns. */
 ORVO_INLINE void transpose4 (Float4& a, Float4& b, Float4& c, Float4& d)
 {
