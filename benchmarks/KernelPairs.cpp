@@ -1,8 +1,10 @@
 // The kernels beside their plain forms, each with the same settings.
 
 #include "dsp/HalfBandOversampler.h"
+#include "dsp/LevelProcessors.h"
 #include "dsp/OversamplerBank.h"
 #include "dsp/ThreeBandSplitter.h"
+#include "plain/Loudness.h"
 #include "plain/Splitter.h"
 #include "Ratios.h"
 
@@ -60,7 +62,46 @@ Process makeKernelOversampler (int exponent)
         }
         };
 }
+
+Process makePlainLoudness()
+{
+    kf::LUFSMeter meter;
+    meter.prepareToPlay (hostRate, 2, defaultBlockSize, 30);
+    return [plain = std::make_shared<plain::Loudness> (meter)] (juce::AudioBuffer<float>& buffer)
+    { plain->processBlock (buffer); };
+}
+
+Process makeLoudness()
+{
+    const auto meter = std::make_shared<kf::LUFSMeter>();
+    meter->prepareToPlay (hostRate, 2, defaultBlockSize, 30);
+    return [meter] (juce::AudioBuffer<float>& buffer) { meter->processBlock (buffer); };
+}
+
+Process makeLevels (bool isPlain)
+{
+    const auto levels = std::make_shared<luna::temp::StereoLevelProcessor>();
+    levels->prepare (hostRate);
+
+    if (! isPlain)
+        return [levels] (juce::AudioBuffer<float>& buffer)
+        { levels->process (juce::dsp::AudioBlock<const float> (buffer)); };
+
+    return [levels] (juce::AudioBuffer<float>& buffer)
+    {
+        for (auto channel : { 0, 1 })
+            for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                (channel == 0 ? levels->left : levels->right)
+                    .processSample (std::abs (buffer.getSample (channel, i)));
+        };
+}
 } // namespace
+
+void addMeterPairs (std::vector<Pair>& pairs)
+{
+    pairs.push_back ({ "loudness", makePlainLoudness, makeLoudness });
+    pairs.push_back ({ "levels", [] { return makeLevels (true); }, [] { return makeLevels (false); } });
+}
 
 void addOversamplerPairs (std::vector<Pair>& pairs)
 {

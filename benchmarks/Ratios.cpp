@@ -65,6 +65,7 @@ void printRatios (const std::string& filter)
     std::vector<Pair> pairs;
     addOversamplerPairs (pairs);
     addSplitterPairs (pairs);
+    addMeterPairs (pairs);
 
     std::printf ("%-32s%-6s%12s%12s%10s\n", "row", "set", "plain ns", "kernel ns", "ratio");
     const auto before = simd::selected();

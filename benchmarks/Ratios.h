@@ -19,6 +19,7 @@ struct Pair
 };
 
 void addOversamplerPairs (std::vector<Pair>&);
+void addMeterPairs (std::vector<Pair>&);
 void addSplitterPairs (std::vector<Pair>&);
 
 /** Measures each pair whose name contains `filter`, with every instruction set of this processor, and prints

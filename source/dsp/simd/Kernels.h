@@ -71,6 +71,36 @@ inline constexpr size_t halfBandChunk = 256;
     and `halfBandPadding`; only the part before the chunk is state. */
 inline constexpr size_t halfBandPadding = 64;
 
+/** y = b0 w + b1 w' + b2 w'' with w = x - a1 w' - a2 w''. */
+struct Biquad
+{
+    double b0, b1, b2, a1, a2;
+};
+
+/** What a biquad remembers of two channels. */
+struct BiquadState
+{
+    double z1[2], z2[2];
+};
+
+/** The two filters of the loudness measurement; outputs within `quietest` of zero become zero. */
+struct Weighting
+{
+    Biquad first, second;
+    BiquadState firstState, secondState;
+    double quietest;
+};
+
+/** Two channels of level tracking; see LevelChannel. */
+struct LevelLanes
+{
+    float peakLevel[2], peakCoefficient[2], maxPeak[2];
+    float rmsSum[2], maxRmsSum[2];
+
+    /** The largest magnitude; written only. */
+    float largest[2];
+};
+
 /** One function for each inner loop. */
 struct Kernels
 {
@@ -89,6 +119,15 @@ struct Kernels
 
     /** Whether every sample lies within plus and minus `limit`; false for what is no number. */
     bool (*isWithin) (const float* samples, size_t numSamples, float limit);
+
+    /** Adds the squares of two weighted channels to their sums, and writes them to `squares` if that is not
+        null. Returns whether all squares are finite. */
+    bool (*weighAndSquare) (Weighting&, ConstChannels input, Channels squares, double* sums,
+                            size_t numSamples);
+
+    /** Two channels through the peak and RMS of LevelChannel. `squares` points at the oldest ones, which are
+        replaced. */
+    void (*trackLevels) (LevelLanes&, ConstChannels input, Channels squares, size_t numSamples);
 };
 
 /** Of the selected set. Any thread. */

@@ -72,6 +72,50 @@ ORVO_INLINE bool all4 (Int4 mask)
 #endif
 }
 
+ORVO_INLINE Float4 max4 (Float4 a, Float4 b)
+{
+#if defined(__SSE2__)
+    return _mm_max_ps (a, b);
+#else
+    const auto mask = a > b;
+    return reinterpret_cast<Float4> ((reinterpret_cast<Int4> (a) & mask)
+                                     | (reinterpret_cast<Int4> (b) & ~mask));
+#endif
+}
+
+/** Two doubles, from the first two lanes and back to them. */
+using Double2 [[gnu::vector_size (16)]] = double;
+using Long2 [[gnu::vector_size (16)]] = long long;
+
+ORVO_INLINE Double2 toDoubles (Float4 x)
+{
+#if defined(__SSE2__)
+    return _mm_cvtps_pd (x);
+#else
+    return Double2 { x[0], x[1] };
+#endif
+}
+
+ORVO_INLINE Float4 toFloats (Double2 x)
+{
+#if defined(__SSE2__)
+    return _mm_cvtpd_ps (x);
+#else
+    return Float4 { static_cast<float> (x[0]), static_cast<float> (x[1]), 0.0f, 0.0f };
+#endif
+}
+
+/** Calls `body (start, count)` for whole registers of 4, and once for what is left. */
+template <typename Body>
+ORVO_INLINE void forEach4 (size_t start, size_t end, Body body)
+{
+    for (; start + 4 <= end; start += 4)
+        body (start, 4);
+
+    if (start < end)
+        body (start, end - start);
+}
+
 /** As many lanes as a register of the instruction set has. */
 #if defined(__AVX2__)
 constexpr size_t width = 8;

@@ -200,17 +200,6 @@ struct SplitterRing
     }
 };
 
-/** Calls `body (start, count)` for whole registers of 4, and once for what is left. */
-template <typename Body>
-ORVO_INLINE void forEach4 (size_t start, size_t end, Body body)
-{
-    for (; start + 4 <= end; start += 4)
-        body (start, 4);
-
-    if (start < end)
-        body (start, end - start);
-}
-
 /** `numChannels` is 1 or 2; known where this is inlined. */
 ORVO_INLINE bool splitChannels (const simd::SplitterCoefficients& coefficients,
                                 simd::SplitterChannel* channels, size_t numChannels,
