@@ -2,13 +2,17 @@
 
 #include "dsp/HalfBandOversampler.h"
 #include "dsp/LevelProcessors.h"
+#include "dsp/MultiModeClipper.h"
 #include "dsp/OversamplerBank.h"
 #include "dsp/ThreeBandSplitter.h"
+#include "plain/Curves.h"
 #include "plain/Loudness.h"
 #include "plain/Splitter.h"
 #include "Ratios.h"
 
+#include <cmath>
 #include <memory>
+#include <span>
 
 namespace bench
 {
@@ -95,7 +99,72 @@ Process makeLevels (bool isPlain)
                     .processSample (std::abs (buffer.getSample (channel, i)));
         };
 }
+
+template <typename Curve, typename Plain>
+Pair makeCurvePair (const char* name, float second, Plain plain)
+{
+    return { std::string ("curve/") + name,
+             [plain]
+             {
+        return [plain] (juce::AudioBuffer<float>& buffer)
+        {
+            for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
+                for (auto& x : std::span (buffer.getWritePointer (channel),
+                                          static_cast<size_t> (buffer.getNumSamples())))
+                    x = plain (x);
+            };
+            },
+             [second]
+             {
+        const auto curve = std::make_shared<Curve>();
+        curve->setParameter (-6.0f, 0);
+        curve->setParameter (second, 1);
+        return [curve] (juce::AudioBuffer<float>& buffer)
+        {
+            juce::dsp::AudioBlock<float> block (buffer);
+            curve->processBlock (juce::dsp::ProcessContextReplacing<float> (block));
+            };
+    } };
+}
+
+Process makePlainEnvelope()
+{
+    return [envelope = reference::Envelope (hostRate)] (juce::AudioBuffer<float>& buffer) mutable
+    {
+        for (auto i = 0; i < buffer.getNumSamples(); ++i)
+            envelope (buffer.getReadPointer (0)[i], buffer.getReadPointer (1)[i]);
+
+        benchmark::DoNotOptimize (envelope.level);
+        };
+}
+
+Process makeEnvelope()
+{
+    const auto release = reference::Envelope (hostRate).release;
+
+    return [release, level = 0.0f] (juce::AudioBuffer<float>& buffer) mutable
+    {
+        level =
+            simd::kernels().envelope (level, release, buffer.getReadPointer (0), buffer.getReadPointer (1),
+                                      static_cast<size_t> (buffer.getNumSamples()));
+        benchmark::DoNotOptimize (level);
+        };
+}
 } // namespace
+
+void addCurvePairs (std::vector<Pair>& pairs)
+{
+    const auto threshold = reference::toGain (-6.0f);
+    const auto exponent = 3.0f + 47.0f * std::pow (0.5f, 1.0f / 0.35f);
+
+    pairs.push_back (makeCurvePair<luna::HardClipper> ("Hard", 0.0f, reference::Hard { threshold }));
+    pairs.push_back (makeCurvePair<luna::SoftClipper> ("SoftI", 4.5f, reference::SoftOne { -6.0f, 4.5f }));
+    pairs.push_back (makeCurvePair<luna::Dough> ("SoftII", 0.0f, reference::SoftTwo { threshold }));
+    pairs.push_back (
+        makeCurvePair<luna::InflatorClipper> ("Pressure", 0.5f, reference::Pressure { threshold, 0.5f }));
+    pairs.push_back (makeCurvePair<luna::Boost> ("Boost", 0.5f, reference::Boost { threshold, exponent }));
+    pairs.push_back ({ "envelope", makePlainEnvelope, makeEnvelope });
+}
 
 void addMeterPairs (std::vector<Pair>& pairs)
 {

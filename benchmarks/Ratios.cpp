@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
+#include <stdexcept>
 
 namespace bench
 {
@@ -39,10 +41,31 @@ double medianOf (std::vector<double> values)
     return *middle;
 }
 
+/** Their times would mean nothing otherwise. */
+void throwIfDifferent (const Pair& pair, const Process& plain, const Process& kernel)
+{
+    constexpr auto numBlocks = 20;
+    constexpr auto tolerance = 1.0e-5f;
+    Feed plainFeed (pair.blockSize), kernelFeed (pair.blockSize);
+
+    for (auto n = 0; n < numBlocks; ++n)
+    {
+        auto &a = plainFeed.next(), &b = kernelFeed.next();
+        plain (a);
+        kernel (b);
+
+        for (auto channel = 0; channel < a.getNumChannels(); ++channel)
+            for (auto i = 0; i < a.getNumSamples(); ++i)
+                if (! (std::abs (a.getSample (channel, i) - b.getSample (channel, i)) <= tolerance))
+                    throw std::runtime_error (pair.name + ": the kernel and its plain form differ");
+    }
+}
+
 void measure (const Pair& pair, const char* setName)
 {
     const juce::ScopedNoDenormals noDenormals;
     const auto plain = pair.makePlain(), kernel = pair.makeKernel();
+    throwIfDifferent (pair, plain, kernel);
     Feed plainFeed (pair.blockSize), kernelFeed (pair.blockSize);
     std::vector<double> plainTimes, kernelTimes, ratios;
 
@@ -63,6 +86,8 @@ void printRatios (const std::string& filter)
 {
     using simd::InstructionSet;
     std::vector<Pair> pairs;
+    addChainPairs (pairs);
+    addCurvePairs (pairs);
     addOversamplerPairs (pairs);
     addSplitterPairs (pairs);
     addMeterPairs (pairs);

@@ -19,11 +19,13 @@ struct Pair
 };
 
 void addOversamplerPairs (std::vector<Pair>&);
+void addChainPairs (std::vector<Pair>&);
+void addCurvePairs (std::vector<Pair>&);
 void addMeterPairs (std::vector<Pair>&);
 void addSplitterPairs (std::vector<Pair>&);
 
 /** Measures each pair whose name contains `filter`, with every instruction set of this processor, and prints
     a line for each: medians in ns per stereo sample, and the median of how many times faster. Both forms take
-    turns, so that what else the machine does meets both. */
+    turns, so that what else the machine does meets both. Throws if they do not give the same audio. */
 void printRatios (const std::string& filter);
 } // namespace bench

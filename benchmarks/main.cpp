@@ -80,19 +80,19 @@ int main (int argc, char** argv)
     const std::string first (argc > 1 ? argv[1] : "");
     const std::string ratios ("--ratios");
 
-    if (first.starts_with (ratios))
-    {
-        bench::printRatios (first.substr (std::min (first.size(), ratios.size() + 1)));
-        return EXIT_SUCCESS;
-    }
-
-    benchmark::Initialize (&argc, argv);
-
-    if (benchmark::ReportUnrecognizedArguments (argc, argv))
-        return EXIT_FAILURE;
-
     try
     {
+        if (first.starts_with (ratios))
+        {
+            bench::printRatios (first.substr (std::min (first.size(), ratios.size() + 1)));
+            return EXIT_SUCCESS;
+        }
+
+        benchmark::Initialize (&argc, argv);
+
+        if (benchmark::ReportUnrecognizedArguments (argc, argv))
+            return EXIT_FAILURE;
+
         bench::addCurveRows();
         bench::addSectionRows();
         bench::addMeterRows();

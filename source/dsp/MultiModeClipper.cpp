@@ -47,7 +47,9 @@ void MultiModeClipper::process (const juce::dsp::ProcessContextReplacing<float>&
         return;
 
     current->process (context);
-    context.getOutputBlock().multiplyBy (makeupGain);
+
+    if (! juce::exactlyEqual (makeupGain, 1.0f))
+        context.getOutputBlock().multiplyBy (makeupGain);
 }
 
 void MultiModeClipper::setParameter (float value, int index)

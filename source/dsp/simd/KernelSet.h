@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dsp/simd/CurveKernels.h"
+#include "dsp/simd/EnvelopeKernel.h"
 #include "dsp/simd/HalfBandKernel.h"
 #include "dsp/simd/MeterKernels.h"
 #include "dsp/simd/SplitterKernel.h"
@@ -8,5 +10,6 @@
 #define ORVO_KERNEL_SET                                                                                      \
     {                                                                                                        \
         .split = &split, .halfBandUp = &halfBandUp, .halfBandDown = &halfBandDown, .isWithin = &isWithin,    \
-        .weighAndSquare = &weighAndSquare, .trackLevels = &trackLevels                                       \
+        .weighAndSquare = &weighAndSquare, .trackLevels = &trackLevels, .hardClip = &hardClip,               \
+        .kneeClip = &kneeClip, .powerClip = &powerClip, .lift = &lift, .envelope = &envelope                 \
     }

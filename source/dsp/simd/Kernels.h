@@ -101,6 +101,41 @@ struct LevelLanes
     float largest[2];
 };
 
+/** A limiter of the level with a quadratic knee; levels are linear magnitudes. */
+struct KneeCurve
+{
+    /** Nothing changes up to `start`, and from `end` on the magnitude is `threshold`. */
+    float start, end, threshold;
+
+    float inverseStart;
+
+    /** The gain between is 2^(-curvature d^2), d being the level above `start` in octaves. */
+    float curvature;
+};
+
+/** |a - a^exponent / exponent| times both gains, a being the magnitude relative to the limit. */
+struct PowerCurve
+{
+    /** From here on the output is `limitOutput`. */
+    float limit, limitOutput;
+
+    float inverseLimit, exponent, inverseExponent;
+    float firstGain, secondGain;
+
+    /** Relative magnitudes up to here are too small for the power to change a bit. */
+    float negligible;
+};
+
+/** With a as the magnitude relative to the threshold: a polynomial of fourth order up to 1, then a parabola that
+    falls to 0 at `limit`. */
+struct LiftCurve
+{
+    float threshold, limit, inverseSpan;
+
+    /** Of a, a^2, a^3 and a^4. */
+    float coefficients[4];
+};
+
 /** One function for each inner loop. */
 struct Kernels
 {
@@ -120,14 +155,25 @@ struct Kernels
     /** Whether every sample lies within plus and minus `limit`; false for what is no number. */
     bool (*isWithin) (const float* samples, size_t numSamples, float limit);
 
-    /** Adds the squares of two weighted channels to their sums, and writes them to `squares` if that is not
-        null. Returns whether all squares are finite. */
+    /** Adds the squares of two weighted channels to their sums. If `squares` is not null, writes them there too
+        and returns whether all are finite. */
     bool (*weighAndSquare) (Weighting&, ConstChannels input, Channels squares, double* sums,
                             size_t numSamples);
 
     /** Two channels through the peak and RMS of LevelChannel. `squares` points at the oldest ones, which are
         replaced. */
     void (*trackLevels) (LevelLanes&, ConstChannels input, Channels squares, size_t numSamples);
+
+    /** The curves, in place. What a sample becomes does not depend on its neighbours. What is no number stays
+        so; an infinite sample is a very loud one. */
+    void (*hardClip) (float threshold, float* samples, size_t numSamples);
+    void (*kneeClip) (const KneeCurve&, float* samples, size_t numSamples);
+    void (*powerClip) (const PowerCurve&, float* samples, size_t numSamples);
+    void (*lift) (const LiftCurve&, float* samples, size_t numSamples);
+
+    /** The peak envelope behind the samples: instant attack, `release` per sample. Samples that are no numbers
+        count as silence. `right` may be `left`. */
+    float (*envelope) (float level, float release, const float* left, const float* right, size_t numSamples);
 };
 
 /** Of the selected set. Any thread. */

@@ -8,12 +8,13 @@
 
 namespace
 {
+template <typename Doubles>
 struct BiquadLanes
 {
-    Double2 b0, b1, b2, a1, a2;
-    Double2 w1, w2;
+    Doubles b0, b1, b2, a1, a2;
+    Doubles w1, w2;
 
-    ORVO_INLINE Double2 run (Double2 x)
+    ORVO_INLINE Doubles run (Doubles x)
     {
         const auto w = (x - a1 * w1) - a2 * w2;
         const auto y = (b0 * w + b1 * w1) + b2 * w2;
@@ -23,7 +24,9 @@ struct BiquadLanes
     }
 };
 
-ORVO_INLINE BiquadLanes load (const simd::Biquad& c, const simd::BiquadState& state)
+using BiquadPair = BiquadLanes<Double2>;
+
+ORVO_INLINE BiquadPair load (const simd::Biquad& c, const simd::BiquadState& state)
 {
     return { Double2 { c.b0, c.b0 },
              Double2 { c.b1, c.b1 },
@@ -34,7 +37,7 @@ ORVO_INLINE BiquadLanes load (const simd::Biquad& c, const simd::BiquadState& st
              Double2 { state.z2[0], state.z2[1] } };
 }
 
-ORVO_INLINE void store (simd::BiquadState& target, const BiquadLanes& lanes)
+ORVO_INLINE void store (simd::BiquadState& target, const BiquadPair& lanes)
 {
     for (auto channel = 0; channel < 2; ++channel)
     {
@@ -51,55 +54,106 @@ ORVO_INLINE Float4 flushed (Double2 y, Double2 quietest)
     return toFloats (reinterpret_cast<Double2> (reinterpret_cast<Long2> (y) & ~(magnitude <= quietest)));
 }
 
-bool weighAndSquare (simd::Weighting& weighting, simd::ConstChannels input, simd::Channels squares,
-                     double* sums, size_t numSamples)
+/** Both filters of both channels. The second filter works a chunk behind the first: it never waits. */
+struct Weigher
 {
-    auto first = load (weighting.first, weighting.firstState);
-    auto second = load (weighting.second, weighting.secondState);
-    const Double2 quietest { weighting.quietest, weighting.quietest };
-    const auto largest = broadcast4 (__FLT_MAX__);
-    Double2 sum { sums[0], sums[1] };
-    Int4 isFinite { -1, -1, -1, -1 };
+    static constexpr size_t chunk = 16;
 
-    // The second filter is one sample behind the first, so that neither waits for the other.
-    Double2 between {};
+    BiquadPair first, second;
+    Double2 quietest;
+    Double2 sum;
+    Int4 isFinite;
+    simd::ConstChannels input;
+    simd::Channels squares;
 
-    const auto runFirst = [&](size_t i) __attribute__ ((always_inline))
+    /** Outputs of the first filter: of the chunk under way and of the one before, in turn. */
+    Double2 between[2][chunk];
+
+    ORVO_INLINE Double2 inputAt (size_t i) const { return toDoubles (Float4 { input[0][i], input[1][i] }); }
+
+    template <bool isGuarded>
+    ORVO_INLINE void add (Float4 y, size_t i)
     {
-        between = toDoubles (flushed (first.run (toDoubles (Float4 { input[0][i], input[1][i] })), quietest));
-    };
-
-    const auto runSecond = [&](size_t i) __attribute__ ((always_inline))
-    {
-        const auto y = flushed (second.run (between), quietest);
         const auto square = y * y;
         sum += toDoubles (square);
-        isFinite &= square <= largest;
 
-        if (squares != nullptr)
+        if constexpr (isGuarded)
         {
+            isFinite &= square <= broadcast4 (__FLT_MAX__);
             squares[0][i] = square[0];
             squares[1][i] = square[1];
         }
-    };
-
-    if (numSamples > 0)
-        runFirst (0);
-
-    for (size_t i = 1; i < numSamples; ++i)
-    {
-        runSecond (i - 1);
-        runFirst (i);
     }
 
-    if (numSamples > 0)
-        runSecond (numSamples - 1);
+    ORVO_INLINE void runFirst (Double2* target, size_t start, size_t count)
+    {
+        for (size_t k = 0; k < count; ++k)
+            target[k] = toDoubles (flushed (first.run (inputAt (start + k)), quietest));
+    }
 
-    store (weighting.firstState, first);
-    store (weighting.secondState, second);
-    sums[0] = sum[0];
-    sums[1] = sum[1];
-    return (isFinite[0] & isFinite[1]) != 0;
+    template <bool isGuarded>
+    ORVO_INLINE void runSecond (const Double2* source, size_t start, size_t count)
+    {
+        for (size_t k = 0; k < count; ++k)
+            add<isGuarded> (flushed (second.run (source[k]), quietest), start + k);
+    }
+
+    /** The first filter from `start` on, and the second one on the chunk before. */
+    template <bool isGuarded>
+    ORVO_INLINE void runBoth (Double2* target, const Double2* source, size_t start)
+    {
+        for (size_t k = 0; k < chunk; ++k)
+        {
+            target[k] = toDoubles (flushed (first.run (inputAt (start + k)), quietest));
+            add<isGuarded> (flushed (second.run (source[k]), quietest), start + k - chunk);
+        }
+    }
+
+    template <bool isGuarded>
+    ORVO_INLINE void run (size_t numSamples)
+    {
+        size_t start = 0;
+
+        for (; start + chunk <= numSamples; start += chunk)
+        {
+            auto* target = between[start / chunk % 2];
+
+            if (start == 0)
+                runFirst (target, start, chunk);
+            else
+                runBoth<isGuarded> (target, between[(start / chunk + 1) % 2], start);
+        }
+
+        if (start > 0)
+            runSecond<isGuarded> (between[(start / chunk + 1) % 2], start - chunk, chunk);
+
+        runFirst (between[0], start, numSamples - start);
+        runSecond<isGuarded> (between[0], start, numSamples - start);
+    }
+};
+
+bool weighAndSquare (simd::Weighting& weighting, simd::ConstChannels input, simd::Channels squares,
+                     double* sums, size_t numSamples)
+{
+    Weigher weigher { load (weighting.first, weighting.firstState),
+                      load (weighting.second, weighting.secondState),
+                      Double2 { weighting.quietest, weighting.quietest },
+                      Double2 { sums[0], sums[1] },
+                      Int4 { -1, -1, -1, -1 },
+                      input,
+                      squares,
+                      {} };
+
+    if (squares != nullptr)
+        weigher.run<true> (numSamples);
+    else
+        weigher.run<false> (numSamples);
+
+    store (weighting.firstState, weigher.first);
+    store (weighting.secondState, weigher.second);
+    sums[0] = weigher.sum[0];
+    sums[1] = weigher.sum[1];
+    return (weigher.isFinite[0] & weigher.isFinite[1]) != 0;
 }
 
 /** The first two lanes are the channels. */
