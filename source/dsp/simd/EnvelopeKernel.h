@@ -39,24 +39,25 @@ ORVO_INLINE Float loadRow (const float* samples, size_t segmentLength, size_t ro
 #endif
 }
 
-float envelope (float level, float release, const float* left, const float* right, size_t numSamples)
+/** The level behind `numRegisters` times `width` segments, a multiple of four samples long each. */
+template <size_t numRegisters>
+ORVO_INLINE float scan (float level, float release, const float* left, const float* right,
+                        size_t segmentLength)
 {
-    const auto segmentLength = numSamples / (4 * width) * 4;
-    const auto attack = 1.0f - release;
+    const auto releases = broadcast (release), attacks = broadcast (1.0f - release);
+    Float held[numRegisters] {}, fed[numRegisters] {};
 
-    if (segmentLength > 0)
+    for (size_t t = 0; t < segmentLength; t += 4)
     {
-        const auto releases = broadcast (release), attacks = broadcast (attack);
-        Float held {}, fed {};
-
-        for (size_t t = 0; t < segmentLength; t += 4)
+        for (size_t n = 0; n < numRegisters; ++n)
         {
+            const auto first = n * width * segmentLength + t;
             Float rows[4];
 
             for (size_t row = 0; row < 4; ++row)
             {
-                const auto r = max (abs (loadRow (right + t, segmentLength, row)), Float {});
-                rows[row] = max (abs (loadRow (left + t, segmentLength, row)), r);
+                const auto r = max (abs (loadRow (right + first, segmentLength, row)), Float {});
+                rows[row] = max (abs (loadRow (left + first, segmentLength, row)), r);
             }
 
             transposeGroups (rows[0], rows[1], rows[2], rows[3]);
@@ -64,23 +65,45 @@ float envelope (float level, float release, const float* left, const float* righ
             for (const auto magnitude : rows)
             {
                 const auto entering = attacks * magnitude;
-                held = max (magnitude, multiplyAdd (releases, held, entering));
-                fed = multiplyAdd (releases, fed, entering);
+                held[n] = max (magnitude, multiplyAdd (releases, held[n], entering));
+                fed[n] = multiplyAdd (releases, fed[n], entering);
             }
-        }
-
-        auto decay = 1.0, factor = static_cast<double> (release);
-        for (auto n = segmentLength; n > 0; n /= 2, factor *= factor)
-            decay *= n % 2 != 0 ? factor : 1.0;
-
-        for (size_t lane = 0; lane < width; ++lane)
-        {
-            const auto released = fed[lane] + static_cast<float> (decay) * level;
-            level = released > held[lane] ? released : held[lane];
         }
     }
 
-    for (auto i = segmentLength * width; i < numSamples; ++i)
+    auto decay = 1.0, factor = static_cast<double> (release);
+    for (auto n = segmentLength; n > 0; n /= 2, factor *= factor)
+        decay *= n % 2 != 0 ? factor : 1.0;
+
+    for (size_t n = 0; n < numRegisters; ++n)
+    {
+        for (size_t lane = 0; lane < width; ++lane)
+        {
+            const auto released = fed[n][lane] + static_cast<float> (decay) * level;
+            level = released > held[n][lane] ? released : held[n][lane];
+        }
+    }
+
+    return level;
+}
+
+float envelope (float level, float release, const float* left, const float* right, size_t numSamples)
+{
+    size_t done = 0;
+
+    if (const auto length = numSamples / (8 * width) * 4)
+    {
+        level = scan<2> (level, release, left, right, length);
+        done = length * 2 * width;
+    }
+
+    if (const auto length = (numSamples - done) / (4 * width) * 4)
+    {
+        level = scan<1> (level, release, left + done, right + done, length);
+        done += length * width;
+    }
+
+    for (auto i = done; i < numSamples; ++i)
     {
         const auto l = __builtin_fabsf (left[i]), r = __builtin_fabsf (right[i]);
         auto magnitude = l > 0.0f ? l : 0.0f;

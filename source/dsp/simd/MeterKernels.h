@@ -71,18 +71,11 @@ struct Weigher
 
     ORVO_INLINE Double2 inputAt (size_t i) const { return toDoubles (Float4 { input[0][i], input[1][i] }); }
 
-    template <bool isGuarded>
-    ORVO_INLINE void add (Float4 y, size_t i)
+    ORVO_INLINE void keep (Float4 square, size_t i)
     {
-        const auto square = y * y;
-        sum += toDoubles (square);
-
-        if constexpr (isGuarded)
-        {
-            isFinite &= square <= broadcast4 (__FLT_MAX__);
-            squares[0][i] = square[0];
-            squares[1][i] = square[1];
-        }
+        isFinite &= square <= broadcast4 (__FLT_MAX__);
+        squares[0][i] = square[0];
+        squares[1][i] = square[1];
     }
 
     ORVO_INLINE void runFirst (Double2* target, size_t start, size_t count)
@@ -95,18 +88,39 @@ struct Weigher
     ORVO_INLINE void runSecond (const Double2* source, size_t start, size_t count)
     {
         for (size_t k = 0; k < count; ++k)
-            add<isGuarded> (flushed (second.run (source[k]), quietest), start + k);
+        {
+            const auto y = flushed (second.run (source[k]), quietest);
+            const auto square = y * y;
+            sum += toDoubles (square);
+
+            if constexpr (isGuarded)
+                keep (square, start + k);
+        }
     }
 
     /** The first filter from `start` on, and the second one on the chunk before. */
     template <bool isGuarded>
     ORVO_INLINE void runBoth (Double2* target, const Double2* source, size_t start)
     {
+        // Copies, which the compiler keeps in registers.
+        auto a = first, b = second;
+        const auto small = quietest;
+        auto total = sum;
+
         for (size_t k = 0; k < chunk; ++k)
         {
-            target[k] = toDoubles (flushed (first.run (inputAt (start + k)), quietest));
-            add<isGuarded> (flushed (second.run (source[k]), quietest), start + k - chunk);
+            target[k] = toDoubles (flushed (a.run (inputAt (start + k)), small));
+            const auto y = flushed (b.run (source[k]), small);
+            const auto square = y * y;
+            total += toDoubles (square);
+
+            if constexpr (isGuarded)
+                keep (square, start + k - chunk);
         }
+
+        first = a;
+        second = b;
+        sum = total;
     }
 
     template <bool isGuarded>
