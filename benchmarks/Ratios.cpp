@@ -94,6 +94,7 @@ void printRatios (const std::string& filter)
     addOversamplerPairs (pairs);
     addSplitterPairs (pairs);
     addMeterPairs (pairs);
+    addParameterPairs (pairs);
 
     std::printf ("%-32s%-6s%12s%12s%10s\n", "row", "set", "plain ns", "kernel ns", "ratio");
     const auto before = simd::selected();

@@ -22,6 +22,9 @@ void addOversamplerPairs (std::vector<Pair>&);
 void addChainPairs (std::vector<Pair>&);
 void addCurvePairs (std::vector<Pair>&);
 void addMeterPairs (std::vector<Pair>&);
+
+/** Per change of a parameter. */
+void addParameterPairs (std::vector<Pair>&);
 void addSplitterPairs (std::vector<Pair>&);
 
 /** Measures each pair whose name contains `filter`, with every instruction set of this processor, and prints

@@ -186,10 +186,7 @@ void OrvoAudioProcessor::applyLevels (int section)
     const auto threshold = values.threshold->load();
     const auto gain = isOn (values.link) ? -threshold : values.gain->load();
 
-    clipper.setParameter (threshold, 0);
-    clipper.raiseChangeCount();
-    clipper.setParameter (gain, 2);
-    clipper.raiseChangeCount();
+    clipper.setLevels (threshold, gain);
 }
 
 void OrvoAudioProcessor::applyChange (ParameterAddress address, float newValue)

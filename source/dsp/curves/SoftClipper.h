@@ -1,10 +1,10 @@
 #pragma once
 
-#include "common/Decibels.h"
 #include "dsp/curves/KneeSaturator.h"
 #include "dsp/simd/Kernels.h"
 
 #include <cmath>
+#include <numbers>
 
 namespace luna
 {
@@ -18,16 +18,18 @@ public:
     {
         KneeSaturator::updateCoefficients();
 
-        // The powers below are worth a look at whether anything has changed.
+        // The exponentials below are worth a look at whether anything has changed.
         if (juce::exactlyEqual (thresholdDb, curveThresholdDb) && juce::exactlyEqual (kneeDb, curveKneeDb))
             return;
 
         curveThresholdDb = thresholdDb;
         curveKneeDb = kneeDb;
 
-        const auto toGain = [] (float db) { return std::pow (10.0, 0.05 * static_cast<double> (db)); };
+        // An exponential is a good deal faster than a power.
+        constexpr auto dbPerOctave = 6.0205999132796239;
+        const auto toGain = [] (float db)
+        { return std::exp (static_cast<double> (db) * (std::numbers::ln2 / dbPerOctave)); };
         const auto start = toGain (kneeStartDb);
-        const auto dbPerOctave = 20.0 * std::log10 (2.0);
 
         curve = { static_cast<float> (start), static_cast<float> (toGain (kneeEndDb)),
                   static_cast<float> (toGain (thresholdDb)), static_cast<float> (1.0 / start),
