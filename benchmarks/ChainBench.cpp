@@ -21,7 +21,7 @@ void setParameter (OrvoAudioProcessor& processor, const juce::String& id, float 
 }
 
 /** Every section works: threshold and knee where the signal is. "post" stays at its default. */
-auto makeChain (int layout, int oversampling, int blockSize, int mode = 1)
+auto makeChain (int layout, int oversampling, int blockSize, int mode = 1, double rate = hostRate)
 {
     auto processor = std::make_shared<OrvoAudioProcessor>();
 
@@ -37,8 +37,8 @@ auto makeChain (int layout, int oversampling, int blockSize, int mode = 1)
 
     setParameter (*processor, ParameterIds::layout, static_cast<float> (layout));
     setParameter (*processor, ParameterIds::oversampling, static_cast<float> (oversampling));
-    processor->setRateAndBufferSizeDetails (hostRate, blockSize);
-    processor->prepareToPlay (hostRate, blockSize);
+    processor->setRateAndBufferSizeDetails (rate, blockSize);
+    processor->prepareToPlay (rate, blockSize);
 
     return [processor = std::move (processor), midi = juce::MidiBuffer()] (
                juce::AudioBuffer<float>& buffer) mutable { processor->processBlock (buffer, midi); };
@@ -57,6 +57,13 @@ void addChainRows()
                     std::string ("chain/") + layouts[layout] + "/" + std::to_string (1 << exponent) + "x/"
                         + std::to_string (blockSize),
                     [=] { return makeChain (static_cast<int> (layout), exponent, blockSize); }, blockSize);
+}
+
+Process makeChainProcess (int layout, int exponent, int blockSize, double rate)
+{
+    using Chain = decltype (makeChain (layout, exponent, blockSize));
+    return [chain = std::make_shared<Chain> (makeChain (layout, exponent, blockSize, 1, rate))] (
+               juce::AudioBuffer<float>& buffer) { (*chain) (buffer); };
 }
 
 void addChainPairs (std::vector<Pair>& pairs)

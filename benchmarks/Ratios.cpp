@@ -41,6 +41,22 @@ double medianOf (std::vector<double> values)
     return *middle;
 }
 
+} // namespace
+
+double medianTimeOf (const Process& process, int blockSize, int turns)
+{
+    const juce::ScopedNoDenormals noDenormals;
+    Feed feed (blockSize);
+    std::vector<double> times;
+
+    for (auto turn = 0; turn < turns; ++turn)
+        times.push_back (timeOf (process, feed, blockSize));
+
+    return medianOf (times);
+}
+
+namespace
+{
 /** Their times would mean nothing otherwise. */
 void throwIfDifferent (const Pair& pair, const Process& plain, const Process& kernel)
 {

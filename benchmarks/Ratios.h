@@ -31,4 +31,14 @@ void addSplitterPairs (std::vector<Pair>&);
     a line for each: medians in ns per stereo sample, and the median of how many times faster. Both forms take
     turns, so that what else the machine does meets both. Throws if they do not give the same audio. */
 void printRatios (const std::string& filter);
+
+/** The whole plug-in, every section at work with "Soft I". */
+Process makeChainProcess (int layout, int exponent, int blockSize, double rate);
+
+/** In ns per stereo sample: the median of several turns in blocks of one size. */
+double medianTimeOf (const Process&, int blockSize, int numTurns);
+
+/** Prints what the plug-in costs against block size, sample rate and number of instances, a line of four
+    values separated by commas for each: kind, setting, place on the axis, ns per stereo sample and instance. */
+void printCosts();
 } // namespace bench

@@ -1,6 +1,7 @@
 // orvo-bench: what each part of the audio engine costs. The options of Google Benchmark apply, as in
 // --benchmark_filter=curve; --benchmark_out=FILE writes the table as JSON. --ratios, or --ratios=PART for rows
-// whose name contains PART, compares the kernels with their plain forms instead.
+// whose name contains PART, compares the kernels with their plain forms instead. --costs
+// prints what scripts/plot_costs.py makes tables and a picture of.
 
 #include "Frames.h"
 #include "Ratios.h"
@@ -85,6 +86,12 @@ int main (int argc, char** argv)
         if (first.starts_with (ratios))
         {
             bench::printRatios (first.substr (std::min (first.size(), ratios.size() + 1)));
+            return EXIT_SUCCESS;
+        }
+
+        if (first == "--costs")
+        {
+            bench::printCosts();
             return EXIT_SUCCESS;
         }
 

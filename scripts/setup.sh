@@ -12,6 +12,8 @@ packages=(
     # what JUCE needs on Linux
     libasound2-dev libfreetype-dev libfontconfig1-dev libx11-dev libxext-dev libxinerama-dev libxrandr-dev
     libxcursor-dev libxcomposite-dev libxrender-dev zlib1g-dev libpng-dev libjpeg-dev
+    # the spectrum's transform
+    libfftw3-dev
     # tests and benchmarks
     googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
     # a screen for programs that open windows
