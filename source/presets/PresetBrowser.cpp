@@ -89,7 +89,8 @@ void PresetBrowser::addChildren()
 void PresetBrowser::connect()
 {
     tree.onFolderSelected = [this] (const juce::ValueTree& folder) { table.setTree (folder); };
-    table.onPresetClicked = [this] (int index) { presetManager.loadPreset (index); };
+    table.onPresetClicked = [this] (int index) { loadPreset (index); };
+    table.getCurrentIndex = [this] { return presetManager.getCurrentPreset().index; };
     categories.onChange = modeToggle.onChange = matchToggle.onChange = [this] { applyFilter(); };
     randomButton.onClick = [this] { loadRandomPreset(); };
 }
@@ -102,9 +103,9 @@ void PresetBrowser::visibilityChanged()
     if (! isVisible())
         return;
 
+    tree.setTree (presetManager.getPresetTree().createCopy());
     showCategories();
     applyFilter();
-    tree.setTree (presetManager.getPresetTree().createCopy());
     showPreset (presetManager.getCurrentPreset());
 }
 
@@ -137,18 +138,26 @@ void PresetBrowser::applyFilter()
     table.setFilter (categories.getSelection(), modeToggle.isLeftSelected(), matchToggle.isLeftSelected());
 }
 
+void PresetBrowser::loadPreset (int index)
+{
+    presetManager.loadPreset (index);
+
+    // One that cannot be read is current all the same, and no listener is told. The keys go on from its row.
+    table.selectCurrentRow();
+}
+
 void PresetBrowser::loadRandomPreset()
 {
     const auto& shown = table.shownPresets;
 
     if (! shown.isEmpty())
-        presetManager.loadPreset (shown[juce::Random::getSystemRandom().nextInt (shown.size())].index);
+        loadPreset (shown[juce::Random::getSystemRandom().nextInt (shown.size())].index);
 }
 
 void PresetBrowser::showPreset (const Preset& preset)
 {
     display.setPreset (preset);
-    table.setCurrentPreset (preset.index);
+    table.selectCurrentRow();
 }
 
 void PresetBrowser::presetLoaded (Preset preset)

@@ -52,6 +52,7 @@ private:
     void connect();
     void showCategories();
     void applyFilter();
+    void loadPreset (int index);
     void loadRandomPreset();
     void showPreset (const Preset&);
     [[nodiscard]] juce::Rectangle<int> getStripArea();

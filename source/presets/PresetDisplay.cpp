@@ -64,7 +64,13 @@ PresetDisplay::PresetDisplay()
 void PresetDisplay::setPreset (const Preset& newPreset)
 {
     preset = newPreset;
-    setDescription (preset.name + ". " + preset.description);
+
+    const auto categories = PresetFiles::joinCategories (preset.categories);
+    juce::StringArray texts { preset.name, preset.author.isEmpty() ? preset.author : "by " + preset.author,
+                              categories.isEmpty() ? categories : "Categories: " + categories,
+                              preset.description };
+    texts.removeEmptyStrings();
+    setDescription (texts.joinIntoString (". "));
     repaint();
 }
 

@@ -145,7 +145,8 @@ void PresetManager::promptUserToSave (juce::String name, juce::String descriptio
     const auto text = makePresetText (description, categories, author);
 
     // The dialog adds no extension by itself, and its warning must be about the file that will be written.
-    const auto initialFile = userFolder.getChildFile (name + PresetFiles::fileExtension);
+    const auto initialFile =
+        name.isEmpty() ? userFolder : userFolder.getChildFile (name + PresetFiles::fileExtension);
 
     fileChooser = std::make_unique<juce::FileChooser> ("Choose the location to save...", initialFile,
                                                        juce::String ("*") + PresetFiles::fileExtension);
@@ -174,7 +175,13 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     // The dialog has warned about the name as it was typed, not about this one.
     const auto wouldReplaceUnasked = addsExtension && chosen.exists();
 
-    if (wouldReplaceUnasked || ! replaceFileAtomically (chosen, text.toRawUTF8(), text.getNumBytesAsUTF8()))
+    if (wouldReplaceUnasked)
+        juce::Logger::writeToLog ("Preset not saved, since this file exists: " + chosen.getFullPathName());
+
+    const auto hasName = chosen.getFileName() != PresetFiles::fileExtension;
+
+    if (! hasName || wouldReplaceUnasked
+        || ! replaceFileAtomically (chosen, text.toRawUTF8(), text.getNumBytesAsUTF8()))
     {
         if (toastManager != nullptr)
             toastManager->showError ("Couldn't save preset!");

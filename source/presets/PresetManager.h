@@ -56,8 +56,9 @@ public:
                                                const juce::String& categories, const juce::String& author);
 
     /** What follows when the dialog ends: writes the text, rescans, and makes the new preset current. An
-        empty file is a cancelled dialog. The extension is added where it is missing, as the presets' scan
-        asks for it; a file that then exists is not replaced, since nobody was asked. */
+        empty file is a cancelled dialog, and one without a name is a failure. The extension is added where it
+        is missing, as the presets' scan asks for it; a file that then exists is not replaced, since nobody
+        was asked. */
     void finishSaving (juce::File chosen, const juce::String& text);
 
     /** For a program number of the host; empty, and an error toast, if there is no such preset. */

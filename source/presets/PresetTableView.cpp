@@ -110,7 +110,7 @@ void PresetTableView::updateRows()
 
     // The scroll bar may have come or gone.
     table.getHeader().resizeAllColumnsToFit (table.getVisibleContentWidth());
-    selectCurrentRow (true);
+    selectCurrentRow();
 }
 
 /** The one row of an empty table takes all of it. */
@@ -127,28 +127,26 @@ void PresetTableView::updateRowHeight()
 //======================================================================================================================
 // Selection
 
-void PresetTableView::setCurrentPreset (int presetIndex)
-{
-    currentIndex = presetIndex;
-    selectCurrentRow (true);
-}
-
 void PresetTableView::selectCurrentRow (bool scrollsThere)
 {
-    auto* current = std::find_if (shownPresets.begin(), shownPresets.end(),
-                                  [this] (const Preset& preset) { return preset.index == currentIndex; });
+    auto* current =
+        std::find_if (shownPresets.begin(), shownPresets.end(),
+                      [index = getCurrentIndex()] (const Preset& preset) { return preset.index == index; });
     juce::SparseSet<int> rows;
+    juce::String selectedName;
 
     if (current != shownPresets.end())
     {
         const auto row = static_cast<int> (std::distance (shownPresets.begin(), current));
         rows.addRange ({ row, row + 1 });
+        selectedName = current->name;
 
         if (scrollsThere)
             table.scrollToEnsureRowIsOnscreen (row);
     }
 
     table.setSelectedRows (rows, juce::dontSendNotification);
+    setDescription (selectedName);
 }
 
 void PresetTableView::clickRow (int row)
@@ -183,8 +181,15 @@ void PresetTableView::showMenu (int row)
 
 bool PresetTableView::keyPressed (const juce::KeyPress& key)
 {
-    const auto selected = table.getSelectedRow();
-    const auto last = shownPresets.size() - 1;
+    juce::Array<int> rows;
+
+    // The keys pass the rows whose presets are gone.
+    for (auto row = 0; row < shownPresets.size(); ++row)
+        if (shownPresets.getReference (row).index >= 0)
+            rows.add (row);
+
+    const auto selected = rows.indexOf (table.getSelectedRow());
+    const auto last = rows.size() - 1;
     const auto page = juce::jmax (1, table.getNumRowsOnScreen() - 1);
 
     const auto target = [&]() -> std::optional<int>
@@ -210,8 +215,8 @@ bool PresetTableView::keyPressed (const juce::KeyPress& key)
         return {};
     }();
 
-    if (target.has_value() && *target != selected)
-        clickRow (*target);
+    if (target.has_value() && *target != selected && juce::isPositiveAndBelow (*target, rows.size()))
+        clickRow (rows[*target]);
 
     return target.has_value();
 }

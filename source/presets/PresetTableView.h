@@ -42,8 +42,8 @@ public:
         Without categories every preset is shown. */
     void setFilter (const juce::StringArray& categories, bool show, bool all);
 
-    /** Selects the row of this list index without a notification, or none if it is not shown. */
-    void setCurrentPreset (int presetIndex);
+    /** Selects the row of the current preset without a notification, or none if it is not shown. */
+    void selectCurrentRow (bool scrollsThere = true);
 
     /** One if no preset is shown: it tells so. */
     int getNumRows() override;
@@ -72,6 +72,9 @@ public:
     /** Takes the preset's list index. */
     std::function<void (int)> onPresetClicked;
 
+    /** The list index of the current preset. Asked each time, since a host's restore changes it untold. */
+    std::function<int()> getCurrentIndex = [] { return -1; };
+
     Table table { *this };
 
     /** Of the chosen folder and below. */
@@ -89,12 +92,10 @@ private:
     [[nodiscard]] bool passesFilter (const Preset&) const;
     void updateRows();
     void updateRowHeight();
-    void selectCurrentRow (bool scrollsThere);
     void clickRow (int row);
     void showMenu (int row);
     [[nodiscard]] juce::String getCellText (int row, int column) const;
 
-    int currentIndex = -1;
     juce::Component::SafePointer<juce::Component> hovered;
     bool showsFocus = false;
 

@@ -4,6 +4,7 @@
 #include "editor/TessarinEditor.h"
 #include "OffscreenWindow.h"
 #include "support/FakeProgram.h"
+#include "support/Messages.h"
 #include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
@@ -155,4 +156,23 @@ TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
     click (bar.saveButton);
     EXPECT_FALSE (editor.savePresetModal.isVisible());
     EXPECT_EQ (toasts.getLast()->text, "ERROR: Saving needs a licence");
+}
+
+TEST_F (TopBar, SwitchesTheBypassBothWaysAndChecksForNoUpdates)
+{
+    const auto& enable = *processor.parameters.getRawParameterValue ("enable");
+
+    for (const auto value : { 0.0f, 1.0f })
+    {
+        click (bar.bypassButton);
+        EXPECT_EQ (enable.load(), value);
+        EXPECT_EQ (bar.bypassButton.getToggleState(), value > 0.5f);
+    }
+
+    processor.parameters.getParameter ("enable")->setValueNotifyingHost (0.0f);
+    dispatchMessages();
+    EXPECT_FALSE (bar.bypassButton.getToggleState());
+
+    bar.sendSynchronousChangeMessage();
+    EXPECT_FALSE (bar.updateButton.isEnabled());
 }

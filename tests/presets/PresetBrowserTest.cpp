@@ -5,18 +5,14 @@
 #include "OffscreenWindow.h"
 #include "settings/TessarinLookAndFeel.h"
 #include "settings/ThemeResolver.h"
+#include "support/FakeProgram.h"
+#include "support/Messages.h"
 #include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <set>
-
-// JUCE's own, which no header declares.
-namespace juce::detail
-{
-bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
-}
 
 namespace
 {
@@ -62,7 +58,7 @@ protected:
         add ("Factory/Bass/Sub/Low.tpre", "B");
         add ("User/One.tpre", "A, ,C,");
         add ("User/Two.tpre", "");
-        add ("User/Zed.tpre", "C,B,A");
+        add ("User/Zed.tpre", R"(C,B,A" author="Ann" description="Last)");
         return std::make_unique<OrvoAudioProcessor>();
     }
 
@@ -95,26 +91,20 @@ protected:
         window.clickMouse (table, { 50, table.getHeaderHeight() + 22 * row + 11 }, button);
     }
 
-    static void deliverMessages()
-    {
-        while (juce::detail::dispatchNextMessageOnSystemQueue (true))
-            continue;
-    }
-
     /** Whether a right click there opens a menu, which is closed again. */
     bool opensMenu (int row)
     {
         clickRow (row, juce::ModifierKeys::rightButtonModifier);
         const auto isOpen = juce::ModalComponentManager::getInstance()->getNumModalComponents() > 0;
         juce::PopupMenu::dismissAllActiveMenus();
-        deliverMessages();
+        dispatchMessages();
         return isOpen;
     }
 
     /** Once the tree has laid out its rows, which it does in a message of its own. */
     void clickFolder (int row)
     {
-        deliverMessages();
+        dispatchMessages();
         window.clickMouse (browser.tree.treeView, { 60, 22 * row + 11 });
     }
 
@@ -197,18 +187,78 @@ TEST_F (Browser, ShowsAFolderWithItsSubfoldersAndLoadsWhatARowShows)
     EXPECT_EQ (current(), "Zed");
     EXPECT_EQ (browser.display.getPreset().name, "Zed");
     EXPECT_EQ (selected(), "Zed");
+    EXPECT_EQ (browser.table.getDescription(), "Zed");
+    EXPECT_EQ (browser.display.getDescription(), "Zed. by Ann. Categories: A, B, C. Last");
 
     EXPECT_TRUE (opensMenu (1));
     EXPECT_EQ (selected(), "Zed") << "a right click loads nothing";
 
-    // A file that is gone: the details stay.
-    config.preset ("User/One.tpre").deleteFile();
-    clickRow (0);
-    EXPECT_EQ (browser.display.getPreset().name, "Zed");
-    EXPECT_EQ (selected(), "Zed");
-
     clickFolder (20);
     EXPECT_EQ (rows().size(), listed.size()) << "a click below the folders";
+}
+
+TEST_F (Browser, GoesOnFromAPresetThatCannotBeLoaded)
+{
+    clickFolder (2);
+    clickRow (2);
+
+    config.preset ("User/One.tpre").deleteFile();
+    config.preset ("User/Two.tpre").replaceWithText ("<");
+
+    const auto expectSelected = [&] (const char* name)
+    {
+        EXPECT_EQ (selected(), name);
+        EXPECT_EQ (current(), name);
+        EXPECT_EQ (browser.display.getPreset().name, "Zed") << "the details stay";
+    };
+
+    clickRow (0);
+    expectSelected ("One");
+
+    for (const auto& [key, name] :
+         { std::pair { KeyPress::downKey, "Two" }, { KeyPress::downKey, "Zed" }, { KeyPress::upKey, "Two" } })
+    {
+        press (key);
+        expectSelected (name);
+    }
+
+    config.preset ("User/Zed.tpre").deleteFile();
+
+    for (auto i = 0; i < 20; ++i)
+    {
+        browser.randomButton.onClick();
+        expectSelected (current().c_str());
+    }
+}
+
+TEST_F (Browser, SelectsWhatAHostHasRestoredWhenTheRowsChange)
+{
+    manager.selectByPath (config.preset ("User/One.tpre").getFullPathName());
+    clickBadge ("A");
+    EXPECT_EQ (selected(), "One");
+    manager.selectByPath (config.preset ("User/Zed.tpre").getFullPathName());
+    clickFolder (2);
+    EXPECT_EQ (selected(), "Zed");
+}
+
+TEST_F (Browser, RevealsTheFolderOfARowsFile)
+{
+    const FakeProgram files ("xdg-open", config.file ("bin"));
+    clickRow (2, juce::ModifierKeys::rightButtonModifier);
+    window.typeKey (KeyPress (KeyPress::downKey));
+    window.typeKey (KeyPress (KeyPress::returnKey));
+    dispatchMessages();
+    EXPECT_EQ (files.readLastArgument(), config.preset ("Factory/Bass/Sub").getFullPathName());
+}
+
+TEST_F (Browser, NarrowsBelow700Pixels)
+{
+    for (const auto& [width, display, random] : { std::tuple { 699, 150, 130 }, { 700, 200, 180 } })
+    {
+        browser.setSize (width, 500);
+        EXPECT_EQ (browser.display.getWidth(), display);
+        EXPECT_EQ (browser.randomButton.getWidth(), random);
+    }
 }
 
 TEST_F (Browser, StepsThroughTheRowsByKeysAndStopsAtTheEnds)
@@ -305,6 +355,21 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
     EXPECT_EQ (selected(), "") << "the new preset has no row";
     clickRow (2);
     EXPECT_EQ (current(), "Deep");
+
+    // The table stays where it is scrolled to, and the keys pass a preset that is gone.
+    browser.setSize (977, 150);
+    clickRow (3);
+    auto& view = *browser.table.table.getViewport();
+    view.setViewPosition (0, 0);
+    config.preset ("User/Two.tpre").deleteFile();
+    manager.finishSaving (config.preset ("Factory/Abb.tpre"), stateText());
+    EXPECT_EQ (view.getViewPositionY(), 0);
+    manager.loadPreset (5);
+    EXPECT_EQ (selected(), "One");
+    press (KeyPress::downKey);
+    EXPECT_EQ (selected(), "Zed");
+    press (KeyPress::upKey);
+    EXPECT_EQ (selected(), "One");
 }
 
 TEST_F (Browser, HasABadgeForEachCategoryButTheEmptyOne)

@@ -159,6 +159,11 @@ TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
     save (loud.withFileExtension (""));
     expectNothingChanged ("ERROR: Couldn't save preset!",
                           "the file with the extension, about which nobody was asked");
+    EXPECT_TRUE (config.log().contains ("file exists: " + loud.getFullPathName() + "\r\n"));
+    processor.toastManager.toasts.clear();
+
+    save (config.preset ("User/.tpre"));
+    expectNothingChanged ("ERROR: Couldn't save preset!", "no name");
     processor.toastManager.toasts.clear();
 
     for (const rlim_t room : { 0u, 1000u })

@@ -1,17 +1,10 @@
 #include "presets/SavePresetModal.h"
 
-#include "core/OrvoAudioProcessor.h"
-#include "OffscreenWindow.h"
+#include "editor/OpenEditor.h"
 #include "support/FakeProgram.h"
 #include "support/ReadOnly.h"
-#include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
-
-namespace juce::detail
-{
-bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
-}
 
 namespace
 {
@@ -162,4 +155,28 @@ TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)
     const auto preset = processor.presetManager.getCurrentPreset();
     EXPECT_EQ (preset.name + preset.description + preset.categories[0] + preset.author,
                "ChosenWarmBassAnn Example");
+
+    modal.nameField.clear();
+    modal.buttonClicked (&modal.saveButton);
+    EXPECT_EQ (fileDialog.readLastArgument(), "--version");
+    EXPECT_EQ (fileDialog.readLastArgument(), "--filename=User") << "the folder itself, without a name";
+}
+
+TEST (SaveDialog, GoesWithASuccessfulSaveOnly)
+{
+    OpenEditor open;
+    auto& manager = open.plugin.processor.presetManager;
+    const auto& dialog = open.editor->savePresetModal;
+    open.editor->savePresetModal.setVisible (true);
+    const auto text = manager.makePresetText ({}, {}, {});
+
+    for (const auto& file : { juce::File(), open.preset.getChildFile ("Below a file.tpre") })
+    {
+        manager.finishSaving (file, text);
+        EXPECT_TRUE (dialog.isVisible()) << file.getFileName();
+    }
+
+    manager.finishSaving (open.config.preset ("User/New.tpre"), text);
+    EXPECT_FALSE (dialog.isVisible());
+    EXPECT_EQ (open.editor->topBar.presetBox.getText(), "New");
 }
