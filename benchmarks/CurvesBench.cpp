@@ -2,7 +2,7 @@
 // since their times would mean nothing.
 
 #include "dsp/MultiModeClipper.h"
-#include "ReferenceCurves.h"
+#include "plain/Curves.h"
 #include "Rows.h"
 
 #include <cmath>

@@ -41,7 +41,7 @@ struct Picture
         component.paintEntireComponent (g, false);
     }
 
-    tessarin::SharedLookAndFeel shared;
+    tessarin::DLAF shared;
     juce::Image image;
 };
 

@@ -45,11 +45,14 @@ juce::AudioBuffer<float>& Feed::next() noexcept
 {
     const auto length = work.getNumSamples();
 
+    if (position + length > signalLength)
+        position = 0;
+
     for (auto channel = 0; channel < work.getNumChannels(); ++channel)
         juce::FloatVectorOperations::copy (work.getWritePointer (channel),
                                            signal().getReadPointer (channel, position), length);
 
-    position = (position + length) % signalLength;
+    position += length;
     return work;
 }
 

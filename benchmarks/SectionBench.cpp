@@ -2,7 +2,7 @@
 
 #include "dsp/MultiModeClipper.h"
 #include "dsp/ThreeBandSplitter.h"
-#include "ReferenceCurves.h"
+#include "plain/Curves.h"
 #include "Rows.h"
 
 #include <memory>

@@ -1,11 +1,15 @@
 // orvo-bench: what each part of the audio engine costs. The options of Google Benchmark apply, as in
-// --benchmark_filter=curve; --benchmark_out=FILE writes the table as JSON.
+// --benchmark_filter=curve; --benchmark_out=FILE writes the table as JSON. --ratios, or --ratios=PART for rows
+// whose name contains PART, compares the kernels with their plain forms instead. --costs
+// prints what scripts/plot_costs.py makes tables and a picture of.
 
 #include "Frames.h"
+#include "Ratios.h"
 #include "Rows.h"
 
 #include <juce_events/juce_events.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -74,13 +78,28 @@ int main (int argc, char** argv)
     const TemporaryHome home;
     const juce::ScopedJuceInitialiser_GUI juce;
 
-    benchmark::Initialize (&argc, argv);
-
-    if (benchmark::ReportUnrecognizedArguments (argc, argv))
-        return EXIT_FAILURE;
+    const std::string first (argc > 1 ? argv[1] : "");
+    const std::string ratios ("--ratios");
 
     try
     {
+        if (first.starts_with (ratios))
+        {
+            bench::printRatios (first.substr (std::min (first.size(), ratios.size() + 1)));
+            return EXIT_SUCCESS;
+        }
+
+        if (first == "--costs")
+        {
+            bench::printCosts();
+            return EXIT_SUCCESS;
+        }
+
+        benchmark::Initialize (&argc, argv);
+
+        if (benchmark::ReportUnrecognizedArguments (argc, argv))
+            return EXIT_FAILURE;
+
         bench::addCurveRows();
         bench::addSectionRows();
         bench::addMeterRows();

@@ -25,7 +25,7 @@ else()
         message(FATAL_ERROR "No JUCE at ${orvo_juce_tree}: run scripts/setup.sh, or pass -DORVO_JUCE_DIR=")
     endif()
     message(STATUS "JUCE: source tree ${orvo_juce_tree}")
-    add_compile_options(-ffile-prefix-map=${orvo_juce_tree}=./juce)
+    orvo_hide_folder("${orvo_juce_tree}" ./juce)
     add_subdirectory("${orvo_juce_tree}" "${CMAKE_BINARY_DIR}/juce" EXCLUDE_FROM_ALL SYSTEM)
 endif()
 

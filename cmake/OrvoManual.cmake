@@ -1,5 +1,5 @@
-# The target `manual`: the user's manual, a PDF in out/, with pictures that are taken from the built module. Not part of "all":
-# it needs asciidoctor-pdf, a virtual screen and one or two minutes.
+# The target `manual`: the user's manual, a PDF in out/, with pictures that are taken from the built module. Not part of
+# "all": it needs asciidoctor-pdf, a virtual screen and one or two minutes.
 
 set(orvo_manual "${PROJECT_SOURCE_DIR}/out/Orvo Manual ${PROJECT_VERSION}.pdf")
 set(orvo_manual_sources "${PROJECT_SOURCE_DIR}/docs/manual")

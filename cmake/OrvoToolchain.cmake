@@ -18,8 +18,14 @@ if(ORVO_SANITIZERS)
     add_link_options(-fsanitize=${ORVO_SANITIZERS})
 endif()
 
-# Nothing that is built names the folder that it was built in: a commit makes the same module everywhere.
-add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
+# Nothing that is released names the folder that it was built in: a commit makes the same module everywhere. A debugger
+# finds the sources by those names, so debug builds keep them.
+function(orvo_hide_folder folder replacement)
+    add_compile_options($<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${folder}=${replacement}>)
+endfunction()
+
+orvo_hide_folder("${PROJECT_SOURCE_DIR}" .)
+orvo_hide_folder("${PROJECT_BINARY_DIR}" ./build)
 
 # The VST3 SDK spells four-character codes.
 add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-multichar>)

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # usage: scripts/demo.sh [FILE.wav]
-# Sets up, builds, plays a recording through the built module in all four layouts, and leaves the processed files
-# and a picture of the waveform before and after in out/demo. Without a file: a guitar recording of Debian's
+# Sets up, builds, plays a recording through the built module in all four layouts, and leaves in out/demo the processed
+# files, a picture of the waveform before and after, and one of the window while it plays. Without a file: a guitar recording of Debian's
 # package chuck-data or, where documentation folders are left out, a sound of deepin-sound-theme.
 set -euo pipefail
 caller=$PWD
@@ -54,5 +54,16 @@ play left-right "layout=Left / Right" oversampling=2x in_gain=12 \
 
 out/bin/orvo-host picture "$recording" out/demo/single-band.wav out/demo/before-and-after.png --force
 
-say "in $PWD/out/demo:"
-ls -1 out/demo
+say "opening the window on a virtual screen"
+scripts/lib/with_screen.sh out/bin/orvo-host open --play "$recording" --screenshot "$PWD/out/demo/window.png" --force \
+    --seconds 5 --set "layout=Multi Band" --set oversampling=8x --set in_gain=12 --set threshold_low_band=-9 \
+    --set "mode_mid_band=Soft II" --set threshold_mid_band=-12 --set threshold_high_band=-15 --set gain_high_band=3
+
+say "everything is in $PWD/out:"
+for line in "Orvo.vst3|the plug-in; scripts/install.sh puts it where hosts look" \
+    "bin/orvo-host|plays files through it, and opens its window: orvo-host open" \
+    "demo/*.wav|the recording in the four layouts" \
+    "demo/before-and-after.png|its waveform before and after" \
+    "demo/window.png|the window while it played"; do
+    printf '  %-28s %s\n' "${line%|*}" "${line#*|}"
+done

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # usage: scripts/setup.sh [--release]
-# Installs every package that building, testing and demonstrating Orvo needs, and places the JUCE
-# source tree in .deps/juce; with --release also what the manual and the archive need. Idempotent: a second run only looks and takes about a second.
+# Installs every package that building, testing and demonstrating Orvo needs, with --release also what the manual
+# needs, and places the JUCE source tree in .deps/juce. Idempotent: a second run only looks and takes about a second.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
@@ -12,6 +12,8 @@ packages=(
     # what JUCE needs on Linux
     libasound2-dev libfreetype-dev libfontconfig1-dev libx11-dev libxext-dev libxinerama-dev libxrandr-dev
     libxcursor-dev libxcomposite-dev libxrender-dev zlib1g-dev libpng-dev libjpeg-dev
+    # the spectrum's transform
+    libfftw3-dev
     # tests and benchmarks
     googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
     # a screen for programs that open windows

@@ -19,13 +19,15 @@ shoot()
 # visit NAME CLICK...: the window after clicks at places in its own pixels, at scale 1.5.
 visit()
 {
-    local name=$1 reply window place
+    local name=$1 reply window place process
     shift
     coproc session { "$host" open --script --scale 1.5 "${visit_options[@]}"; }
+    process=$session_PID
     read -r _ window _ <&"${session[0]}"
 
     for place in "$@"; do
-        xdotool mousemove --window "$window" $((${place%,*} * 3 / 2)) $((${place#*,} * 3 / 2)) sleep 0.2 click 1 sleep 0.5
+        xdotool mousemove --window "$window" $((${place%,*} * 3 / 2)) $((${place#*,} * 3 / 2)) \
+            sleep 0.2 click 1 sleep 0.5
     done
 
     # Onto the tooltip strip, where nothing has a tooltip.
@@ -35,7 +37,7 @@ visit()
     while [[ $reply == value* || $reply == begin* || $reply == end* ]]; do read -r reply <&"${session[0]}"; done
     [ "$reply" = ok ] || { echo "error: $name: $reply" >&2; exit 1; }
     echo quit >&"${session[1]}"
-    wait "$session_PID"
+    wait "$process"
 }
 
 # cut_out NAME SOURCE GEOMETRY: a part of a picture.

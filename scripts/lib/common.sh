@@ -1,4 +1,4 @@
-# Shared by the scripts; source it from the project's top folder.
+# Shared by the scripts, in the project and in the release's archive.
 
 say() { printf '\033[1m==> %s\033[0m\n' "$*"; }
 

@@ -2,6 +2,7 @@
 
 #include "core/Sections.h"
 #include "core/TessarinProcessor.h"
+#include "dsp/HalfBandOversampler.h"
 #include "dsp/LevelProcessors.h"
 #include "dsp/LUFSMeter.h"
 #include "dsp/OversamplerBank.h"
@@ -82,6 +83,7 @@ public:
 
     juce::CriticalSection processLock;
 
+    /** They define taps and latency; the audio runs through kernels that yield the same, bit for bit. */
     OversamplerBank oversamplers;
     int oversamplingIndex = 2;
 
@@ -108,6 +110,7 @@ private:
     void lookUpParameters();
 
     int getNumInputChannels() const;
+    void reserveForLargestFactor (int numChannels);
     void prepareChain();
 
     void applyLevels (int section);
@@ -122,6 +125,7 @@ private:
     void feedSpectrum (const juce::dsp::AudioBlock<float>& block);
     void applyInputGain (juce::dsp::AudioBlock<float>& block) const;
     void clip (juce::dsp::AudioBlock<float>& block);
+    bool clipPart (HalfBandOversampler&, juce::dsp::AudioBlock<float>& part);
     void runLayout (juce::dsp::AudioBlock<float>& block);
     void runMultiBand (juce::dsp::AudioBlock<float>& block);
     void runMidSide (juce::dsp::AudioBlock<float>& block);
@@ -131,6 +135,14 @@ private:
     std::array<SectionValues, numSections> sectionValues;
     GlobalValues globalValues;
     std::unordered_map<juce::String, ParameterAddress> addresses;
+
+    /** Samples at the oversampled rate in one part of a block: with the crossover's bands about 24 KB. */
+    static constexpr size_t oversampledPartLength = 512;
+    static_assert (oversampledPartLength >> 4 <= HalfBandOversampler::longestPart);
+
+    /** One for each entry of `oversamplers`. */
+    std::vector<HalfBandOversampler> partOversamplers;
+    juce::AudioBuffer<float> oversampledPart;
 
     /** The bands that reach the sum, with room for all three. */
     juce::Array<int> bandsToMerge;

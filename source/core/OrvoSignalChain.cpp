@@ -73,10 +73,31 @@ void OrvoAudioProcessor::prepareToPlay (double newSampleRate, int maximumExpecte
 
         for (auto* oversampler : oversamplers)
             oversampler->initProcessing (static_cast<size_t> (blockSize));
+
+        partOversamplers.clear();
+        for (auto exponent = 0; exponent < oversamplers.size(); ++exponent)
+            partOversamplers.emplace_back (static_cast<size_t> (numChannels), static_cast<size_t> (exponent));
+
+        oversampledPart.setSize (numChannels, static_cast<int> (oversampledPartLength));
     }
+
+    reserveForLargestFactor (numChannels);
 
     needsPrepare = false;
     prepareChain();
+}
+
+/** So that a later change of the factor, which `prepareChain` follows in a block, finds its memory. */
+void OrvoAudioProcessor::reserveForLargestFactor (int numChannels)
+{
+    const auto factor = oversamplers.getLast()->getOversamplingFactor();
+    const auto largestSize = static_cast<int> (factor) * blockSize;
+
+    splitter.prepare ({ static_cast<double> (factor) * sampleRate, static_cast<juce::uint32> (largestSize),
+                        static_cast<juce::uint32> (numChannels) });
+
+    for (auto* buffer : { &midBuffer, &sideBuffer })
+        buffer->setSize (1, largestSize, true, true, true);
 }
 
 void OrvoAudioProcessor::prepareChain()
@@ -102,7 +123,7 @@ void OrvoAudioProcessor::prepareChain()
         {
             if (buffer->getNumChannels() != 1 || buffer->getNumSamples() != maximumSize)
             {
-                buffer->setSize (1, maximumSize);
+                buffer->setSize (1, maximumSize, false, false, true);
                 buffer->clear();
             }
         }
@@ -165,10 +186,7 @@ void OrvoAudioProcessor::applyLevels (int section)
     const auto threshold = values.threshold->load();
     const auto gain = isOn (values.link) ? -threshold : values.gain->load();
 
-    clipper.setParameter (threshold, 0);
-    clipper.raiseChangeCount();
-    clipper.setParameter (gain, 2);
-    clipper.raiseChangeCount();
+    clipper.setLevels (threshold, gain);
 }
 
 void OrvoAudioProcessor::applyChange (ParameterAddress address, float newValue)
@@ -323,25 +341,23 @@ void OrvoAudioProcessor::applyInputGain (juce::dsp::AudioBlock<float>& block) co
 
 void OrvoAudioProcessor::clip (juce::dsp::AudioBlock<float>& block)
 {
-    juce::dsp::AudioBlock<float> oversampled;
+    auto isFinite = true;
 
     {
         const juce::ScopedLock scope (oversamplerLock);
-        oversampled = oversamplers[oversamplingIndex]->processSamplesUp (block);
-    }
+        auto& oversampler = partOversamplers[static_cast<size_t> (oversamplingIndex)];
 
-    auto isFinite = isSafelyFinite (oversampled);
+        // In parts that stay in the processor's first cache from one stage to the next.
+        const auto longest = oversampledPartLength >> oversamplingIndex;
 
-    runLayout (oversampled);
-    runSection (postClipper, oversampled);
+        for (size_t start = 0; start < block.getNumSamples(); start += longest)
+        {
+            auto part = block.getSubBlock (start, juce::jmin (longest, block.getNumSamples() - start));
+            isFinite &= clipPart (oversampler, part);
+        }
 
-    isFinite = isFinite && isSafelyFinite (oversampled);
-
-    {
-        const juce::ScopedLock scope (oversamplerLock);
-        auto& oversampler = *oversamplers[oversamplingIndex];
-        oversampler.processSamplesDown (block);
-        isFinite = isFinite && isSafelyFinite (block);
+        if (layout == multiBand)
+            splitter.finishBlock();
 
         // Its filters and its delay would hold on to what is not a number.
         if (! isFinite)
@@ -352,6 +368,32 @@ void OrvoAudioProcessor::clip (juce::dsp::AudioBlock<float>& block)
 
     if (! isFinite)
         silenceNonFiniteSamples (block);
+}
+
+/** Returns whether all was made of numbers, at either rate. */
+bool OrvoAudioProcessor::clipPart (HalfBandOversampler& oversampler, juce::dsp::AudioBlock<float>& part)
+{
+    if (oversamplingIndex == 0)
+    {
+        const auto isFinite = isSafelyFinite (part);
+        runLayout (part);
+        runSection (postClipper, part);
+        return isSafelyFinite (part) && isFinite;
+    }
+
+    auto oversampled = juce::dsp::AudioBlock<float> (oversampledPart)
+                           .getSubsetChannelBlock (0, part.getNumChannels())
+                           .getSubBlock (0, part.getNumSamples() << oversamplingIndex);
+
+    oversampler.processUp (part, oversampled);
+    auto isFinite = isSafelyFinite (oversampled);
+
+    runLayout (oversampled);
+    runSection (postClipper, oversampled);
+    isFinite &= isSafelyFinite (oversampled);
+
+    oversampler.processDown (oversampled, part);
+    return isSafelyFinite (part) && isFinite;
 }
 
 void OrvoAudioProcessor::runLayout (juce::dsp::AudioBlock<float>& block)
@@ -367,7 +409,7 @@ void OrvoAudioProcessor::runLayout (juce::dsp::AudioBlock<float>& block)
 
 void OrvoAudioProcessor::runMultiBand (juce::dsp::AudioBlock<float>& block)
 {
-    splitter.split (block);
+    splitter.splitPart (block);
 
     runSection (lowBandClipper, splitter.lowBlock);
     runSection (midBandClipper, splitter.midBlock);

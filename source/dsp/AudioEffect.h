@@ -23,8 +23,14 @@ public:
 
     virtual void prepareEffect (const juce::dsp::ProcessSpec& spec) = 0;
 
-    /** Tells viewers that the settings may have changed. */
-    void raiseChangeCount() noexcept { changeCount = changeCount >= 1000 ? 0 : changeCount + 1; }
+    /** Tells viewers that the settings may have changed, as if that had happened `times` times, up to 1000. */
+    void raiseChangeCount (int times = 1) noexcept
+    {
+        changeCount += times;
+
+        if (changeCount > 1000)
+            changeCount -= 1001;
+    }
 
     /** The last `changeCount` that a viewer has drawn; written by the viewer alone. */
     int seenChangeCount = 0;

@@ -1,6 +1,7 @@
 #include "LUFSMeter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 
@@ -45,6 +46,42 @@ int toKey (double loudness)
 int toStartKey (double gate)
 {
     return static_cast<int> (gate * 10.0);
+}
+
+/** 120 dB above full scale. */
+constexpr auto largestHarmlessMagnitude = 1.0e6f;
+
+constexpr size_t channelsPerPass = 2;
+
+bool isWithin (const juce::AudioBuffer<float>& buffer, float limit, int start, int length)
+{
+    for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
+        if (! simd::kernels().isWithin (buffer.getReadPointer (channel, start), static_cast<size_t> (length),
+                                        limit))
+            return false;
+
+    return true;
+}
+
+bool isWithin (const juce::AudioBuffer<float>& buffer, float limit)
+{
+    return isWithin (buffer, limit, 0, buffer.getNumSamples());
+}
+
+/** Whether everything is below 1e-12. The first loud samples settle it. */
+bool isSilent (const juce::AudioBuffer<float>& buffer)
+{
+    constexpr auto slice = 64;
+    const auto limit = std::nextafter (1.0e-12f, 0.0f);
+
+    if (buffer.hasBeenCleared())
+        return true;
+
+    for (auto start = 0; start < buffer.getNumSamples(); start += slice)
+        if (! isWithin (buffer, limit, start, juce::jmin (slice, buffer.getNumSamples() - start)))
+            return false;
+
+    return true;
 }
 
 bool isAboveGate (const LoudnessHistogram& histogram, double gate)
@@ -123,7 +160,13 @@ void LUFSMeter::processBlock (const juce::AudioBuffer<float>& buffer)
 {
     const juce::ScopedLock scope (lock);
 
-    weightAndSquare (buffer);
+    currentBlockIsSilent = freezeLoudnessRangeOnSilence && isSilent (buffer);
+
+    // Squares of such a block cannot overflow, and go straight into the bins.
+    const auto isHarmless = statesAreHarmless() && isWithin (buffer, largestHarmlessMagnitude);
+
+    if (! isHarmless)
+        weighAndSquare (buffer);
 
     const auto numSamples = buffer.getNumSamples();
 
@@ -132,7 +175,11 @@ void LUFSMeter::processBlock (const juce::AudioBuffer<float>& buffer)
         const auto missing = numberOfSamplesPerBin - samplesInCurrentBin;
         const auto length = juce::jmin (missing, numSamples - start);
 
-        addToCurrentBin (start, length);
+        if (isHarmless)
+            weighIntoCurrentBin (buffer, start, length);
+        else
+            addToCurrentBin (start, length);
+
         start += length;
 
         if (length < missing)
@@ -145,32 +192,53 @@ void LUFSMeter::processBlock (const juce::AudioBuffer<float>& buffer)
     }
 }
 
-void LUFSMeter::weightAndSquare (const juce::AudioBuffer<float>& buffer)
+bool LUFSMeter::statesAreHarmless() const noexcept
+{
+    constexpr auto largestState = 1.0e12;
+
+    for (const auto* filter : { &preFilter, &revisedLowFrequencyBCurveFilter })
+        for (const auto* state : { &filter->z1, &filter->z2 })
+            for (auto z : *state)
+                if (! (std::abs (z) <= largestState))
+                    return false;
+
+    return true;
+}
+
+void LUFSMeter::weighIntoCurrentBin (const juce::AudioBuffer<float>& buffer, int start, int length) noexcept
+{
+    for (size_t channel = 0; channel < numWeighed (buffer); channel += channelsPerPass)
+    {
+        std::array<double, channelsPerPass> sums {};
+        const auto count = juce::jmin (channelsPerPass, numWeighed (buffer) - channel);
+
+        for (size_t i = 0; i < count; ++i)
+            sums[i] = bins[channel + i][static_cast<size_t> (currentBin)];
+
+        weigh (buffer, channel, count, start, length, nullptr, sums.data());
+
+        for (size_t i = 0; i < count; ++i)
+            bins[channel + i][static_cast<size_t> (currentBin)] = sums[i];
+    }
+}
+
+/** Into `bufferForMeasurement`, for a block whose squares may be no numbers. */
+void LUFSMeter::weighAndSquare (const juce::AudioBuffer<float>& buffer)
 {
     auto& measured = bufferForMeasurement;
     measured.setSize (buffer.getNumChannels(), buffer.getNumSamples(), false, false, true);
+    measured.clear();
+    auto squaresAreFinite = isWithin (buffer, std::numeric_limits<float>::max());
 
-    for (auto channel = 0; channel < measured.getNumChannels(); ++channel)
-        measured.copyFrom (channel, 0, buffer, channel, 0, measured.getNumSamples());
-
-    if (freezeLoudnessRangeOnSilence)
-        currentBlockIsSilent =
-            buffer.hasBeenCleared() || buffer.getMagnitude (0, buffer.getNumSamples()) < 1.0e-12f;
-
-    preFilter.processBlock (measured);
-    revisedLowFrequencyBCurveFilter.processBlock (measured);
-
-    auto squaresAreFinite = true;
-
-    for (auto channel = 0; channel < measured.getNumChannels(); ++channel)
+    for (size_t channel = 0; channel < numWeighed (buffer); channel += channelsPerPass)
     {
-        auto* samples = measured.getWritePointer (channel);
-
-        for (auto i = 0; i < measured.getNumSamples(); ++i)
-        {
-            samples[i] *= samples[i];
-            squaresAreFinite &= samples[i] <= std::numeric_limits<float>::max();
-        }
+        // With one channel, the kernel's second one is the same again.
+        const auto count = juce::jmin (channelsPerPass, numWeighed (buffer) - channel);
+        std::array<double, channelsPerPass> unused {};
+        const std::array squares { measured.getWritePointer (static_cast<int> (channel)),
+                                   measured.getWritePointer (static_cast<int> (channel + count - 1)) };
+        squaresAreFinite &=
+            weigh (buffer, channel, count, 0, buffer.getNumSamples(), squares.data(), unused.data());
     }
 
     // A block that holds no numbers, or whose squares overflow, counts as silence: in the filters' state or
@@ -182,6 +250,47 @@ void LUFSMeter::weightAndSquare (const juce::AudioBuffer<float>& buffer)
         measured.clear();
         currentBlockIsSilent = freezeLoudnessRangeOnSilence;
     }
+}
+
+size_t LUFSMeter::numWeighed (const juce::AudioBuffer<float>& buffer) const noexcept
+{
+    return juce::jmin (bins.size(), preFilter.z1.size(), static_cast<size_t> (buffer.getNumChannels()));
+}
+
+/** One or two channels from `channel` on through both filters. */
+bool LUFSMeter::weigh (const juce::AudioBuffer<float>& buffer, size_t channel, size_t count, int start,
+                       int length, simd::Channels squares, double* sums) noexcept
+{
+    const auto coefficients = [] (const SecondOrderIIRFilter& f) -> simd::Biquad {
+        return { f.b0, f.b1, f.b2, f.a1, f.a2 };
+    };
+
+    const auto state = [&] (const SecondOrderIIRFilter& f) -> simd::BiquadState
+    {
+        const auto other = channel + count - 1;
+        return { { f.z1[channel], f.z1[other] }, { f.z2[channel], f.z2[other] } };
+    };
+
+    const auto keep = [&] (SecondOrderIIRFilter& f, const simd::BiquadState& newState)
+    {
+        for (size_t i = 0; i < count; ++i)
+        {
+            f.z1[channel + i] = newState.z1[i];
+            f.z2[channel + i] = newState.z2[i];
+        }
+    };
+
+    auto& second = revisedLowFrequencyBCurveFilter;
+    simd::Weighting weighting { coefficients (preFilter), coefficients (second), state (preFilter),
+                                state (second), SecondOrderIIRFilter::quietest };
+    const std::array input { buffer.getReadPointer (static_cast<int> (channel), start),
+                             buffer.getReadPointer (static_cast<int> (channel + count - 1), start) };
+
+    const auto isFinite =
+        simd::kernels().weighAndSquare (weighting, input.data(), squares, sums, static_cast<size_t> (length));
+    keep (preFilter, weighting.firstState);
+    keep (second, weighting.secondState);
+    return isFinite;
 }
 
 void LUFSMeter::addToCurrentBin (int startSample, int numSamples) noexcept

@@ -2,6 +2,7 @@
 
 #include "dsp/LoudnessHistogram.h"
 #include "dsp/SecondOrderIIRFilter.h"
+#include "dsp/simd/Kernels.h"
 
 #include <vector>
 
@@ -108,7 +109,12 @@ private:
     void setMeasuringRate (double sampleRate, int rate);
     void sizeWindows (int numberOfChannels);
 
-    void weightAndSquare (const juce::AudioBuffer<float>& buffer);
+    bool statesAreHarmless() const noexcept;
+    size_t numWeighed (const juce::AudioBuffer<float>& buffer) const noexcept;
+    void weighIntoCurrentBin (const juce::AudioBuffer<float>& buffer, int start, int length) noexcept;
+    void weighAndSquare (const juce::AudioBuffer<float>& buffer);
+    bool weigh (const juce::AudioBuffer<float>& buffer, size_t channel, size_t count, int start, int length,
+                simd::Channels squares, double* sums) noexcept;
     void addToCurrentBin (int startSample, int numSamples) noexcept;
     void finishBin (int numberOfChannels) noexcept;
     void updateWindows (size_t channel) noexcept;

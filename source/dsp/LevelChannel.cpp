@@ -1,7 +1,16 @@
 #include "LevelChannel.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
+
+namespace
+{
+float release (float target, float level, float coefficient)
+{
+    return target < level ? target + (level - target) * coefficient : target;
+}
+} // namespace
 
 void LevelChannel::prepare (double newSampleRate)
 {
@@ -31,9 +40,22 @@ void LevelChannel::prepare (double newSampleRate)
 
 void LevelChannel::processSample (float x) noexcept
 {
-    const auto release = [] (float target, float level, float coefficient)
-    { return target < level ? target + (level - target) * coefficient : target; };
+    hold (x);
 
+    const auto square = x * x;
+    auto& oldest = squares.getReference (rmsIndex);
+    rmsSum = rmsSum + square - oldest;
+    oldest = square;
+    advance (1);
+
+    peakLevel = release (x, peakLevel, peakCoefficient);
+    peak = static_cast<double> (peakLevel);
+    maxPeak = juce::jmax (maxPeak, peak);
+    maxRmsSum = juce::jmax (maxRmsSum, rmsSumSnapshot);
+}
+
+void LevelChannel::hold (float x) noexcept
+{
     if (x > holdValue)
     {
         holdValue = x;
@@ -52,27 +74,52 @@ void LevelChannel::processSample (float x) noexcept
 
     holdValue = heldLevel;
     heldPeak = static_cast<double> (heldLevel);
+}
 
-    const auto square = x * x;
-    auto& oldest = squares.getReference (rmsIndex);
-    rmsSum = rmsSum + square - oldest;
-    oldest = square;
+void LevelChannel::holdAll (const float* samples, int numSamples, float largest) noexcept
+{
+    // While a value is held, only a larger one changes anything.
+    if (holdCounter + numSamples <= holdSamples && juce::exactlyEqual (holdValue, heldLevel))
+    {
+        holdCounter += numSamples;
 
-    if (++rmsIndex == rmsSamples)
+        if (largest > holdValue)
+        {
+            const auto* first = std::find_if (samples, samples + numSamples,
+                                              [largest] (float x) { return std::abs (x) >= largest; });
+            holdCounter = static_cast<int> (samples + numSamples - first);
+            holdValue = heldLevel = largest;
+        }
+
+        heldPeak = static_cast<double> (heldLevel);
+        return;
+    }
+
+    for (auto i = 0; i < numSamples; ++i)
+        hold (std::abs (samples[i]));
+}
+
+int LevelChannel::samplesUntilBreak() const noexcept
+{
+    return juce::jmin (rmsSamples - rmsIndex, rmsRecalculateInterval - samplesSinceRecalculation - 1);
+}
+
+void LevelChannel::advance (int numSamples) noexcept
+{
+    rmsIndex += numSamples;
+
+    if (rmsIndex == rmsSamples)
         rmsIndex = 0;
 
-    if (++samplesSinceRecalculation == rmsRecalculateInterval)
+    samplesSinceRecalculation += numSamples;
+
+    if (samplesSinceRecalculation == rmsRecalculateInterval)
     {
         rmsSum = std::accumulate (squares.begin(), squares.end(), 0.0f);
         samplesSinceRecalculation = 0;
     }
 
     rmsSumSnapshot = rmsSum;
-
-    peakLevel = release (x, peakLevel, peakCoefficient);
-    peak = static_cast<double> (peakLevel);
-    maxPeak = juce::jmax (maxPeak, peak);
-    maxRmsSum = juce::jmax (maxRmsSum, rmsSumSnapshot);
 }
 
 void LevelChannel::discardNonFiniteState() noexcept

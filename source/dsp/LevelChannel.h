@@ -25,6 +25,14 @@ struct LevelChannel
     /** Audio thread; `x` is a magnitude. Only after `prepare`. */
     void processSample (float x) noexcept;
 
+    /** The parts of `processSample`, of which StereoLevelProcessor runs some as kernels: the held peak, sample
+        by sample or for several with the largest of their magnitudes; and what follows a change of `rmsSum`.
+        For `samplesUntilBreak` samples the window does not wrap and its sum is not rebuilt. */
+    void hold (float x) noexcept;
+    void holdAll (const float* samples, int numSamples, float largest) noexcept;
+    void advance (int numSamples) noexcept;
+    [[nodiscard]] int samplesUntilBreak() const noexcept;
+
     /** To be called after a block: drops any state that is no finite number, which would otherwise never
         leave. */
     void discardNonFiniteState() noexcept;

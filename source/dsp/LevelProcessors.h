@@ -4,6 +4,8 @@
 
 #include <juce_dsp/juce_dsp.h>
 
+#include <array>
+
 namespace luna::temp
 {
 
@@ -21,6 +23,9 @@ struct StereoLevelProcessor
     double getMaxPeak() noexcept;
 
     LevelChannel left, right;
+
+private:
+    void processPart (const std::array<const float*, 2>& samples, int numSamples) noexcept;
 };
 
 /** The level tracking of what enters and what leaves the plug-in, at the host's rate. */

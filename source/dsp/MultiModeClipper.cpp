@@ -47,7 +47,9 @@ void MultiModeClipper::process (const juce::dsp::ProcessContextReplacing<float>&
         return;
 
     current->process (context);
-    context.getOutputBlock().multiplyBy (makeupGain);
+
+    if (! juce::exactlyEqual (makeupGain, 1.0f))
+        context.getOutputBlock().multiplyBy (makeupGain);
 }
 
 void MultiModeClipper::setParameter (float value, int index)
@@ -57,9 +59,26 @@ void MultiModeClipper::setParameter (float value, int index)
     else if (index == 1)
         shape = value;
     else if (index == 2)
-        makeupGain = decibels::toGain (value);
+        makeupGain = decibels::toGain (makeupDb = value);
 
     applyCurrentMode();
+}
+
+void MultiModeClipper::setLevels (float newThresholdDb, float newMakeupDb)
+{
+    const auto set = [this] (float value, int index, float present)
+    {
+        // The mode would only be given once more what it has.
+        if (juce::exactlyEqual (value, present))
+            current->raiseChangeCount (numPushes);
+        else
+            setParameter (value, index);
+
+        raiseChangeCount();
+    };
+
+    set (newThresholdDb, 0, thresholdDb);
+    set (newMakeupDb, 2, makeupDb);
 }
 
 void MultiModeClipper::prepareEffect (const juce::dsp::ProcessSpec& spec)
@@ -105,6 +124,7 @@ void MultiModeClipper::applyCurrentMode()
         if (mode.saturator != current)
             continue;
 
+        numPushes = 0;
         mode.apply();
         currentModeId = mode.id;
         return;
@@ -115,4 +135,5 @@ void MultiModeClipper::pushParameter (luna::Saturator& saturator, float value, i
 {
     saturator.setParameter (value, index);
     saturator.raiseChangeCount();
+    ++numPushes;
 }

@@ -10,6 +10,7 @@
 #include "dsp/curves/TanhClipper.h"
 
 #include <functional>
+#include <limits>
 
 /** One entry of a section's mode menu. */
 struct ClipperMode
@@ -50,6 +51,10 @@ public:
     /** 0: threshold in dB; 1: shape, 0 to 1; 2: makeup gain in dB. */
     void setParameter (float value, int index) override;
 
+    /** Threshold and makeup gain in dB, in this order. What is set already is not applied once more, but every
+        `changeCount` moves as if it were. */
+    void setLevels (float newThresholdDb, float newMakeupDb);
+
     void prepareEffect (const juce::dsp::ProcessSpec& spec) override;
 
     /** Selects a mode; an unknown id leaves the present one. Calls the mode change handler on this thread. */
@@ -84,7 +89,13 @@ private:
                   std::function<void()> apply);
     void applyCurrentMode();
 
-    static void pushParameter (luna::Saturator&, float value, int index);
+    void pushParameter (luna::Saturator&, float value, int index);
+
+    /** Of the last `apply`. */
+    int numPushes = 0;
+
+    /** What `makeupGain` was made of; no number before the first time. */
+    float makeupDb = std::numeric_limits<float>::quiet_NaN();
 
     /** An editor comes and goes while the audio thread changes modes. */
     std::function<void()> onModeChange;

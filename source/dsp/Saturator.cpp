@@ -1,5 +1,7 @@
 #include "Saturator.h"
 
+#include "dsp/simd/Kernels.h"
+
 #include <cmath>
 
 namespace luna
@@ -26,13 +28,8 @@ void Saturator::runEnvelope (const juce::dsp::AudioBlock<const float>& block) no
 
     const auto* first = block.getChannelPointer (0);
     const auto* second = block.getNumChannels() > 1 ? block.getChannelPointer (1) : first;
-    auto level = envelope;
-
-    for (size_t i = 0; i < block.getNumSamples(); ++i)
-    {
-        const auto magnitude = std::max (std::abs (first[i]), std::abs (second[i]));
-        level = magnitude < level ? magnitude + (level - magnitude) * releaseCoefficient : magnitude;
-    }
+    const auto level =
+        simd::kernels().envelope (envelope, releaseCoefficient, first, second, block.getNumSamples());
 
     // An infinite sample would hold the release at infinity for good.
     envelope = std::isfinite (level) ? level : 0.0f;

@@ -8,7 +8,8 @@ namespace luna
 /** A memoryless curve with a peak envelope of its input beside it.
 
     The curve exists twice: `processSample` for viewers, `processBlock` for the audio. Both are the same
-    function; a concrete curve inherits `CurveSaturator`, which writes the block form from the sample form.
+    function: a concrete curve inherits `CurveSaturator`, which writes the block form from the sample form, or
+    `KernelSaturator`, which writes both from a kernel.
 
     Levels are linear, 1 is full scale. `process` runs on the audio thread at the oversampled rate; `envelope`
     and `processSample` are read on the message thread without a lock.
@@ -61,6 +62,26 @@ public:
             for (size_t i = 0; i < block.getNumSamples(); ++i)
                 samples[i] = curve.shape (samples[i]);
         }
+    }
+};
+
+/** Writes both forms of `Curve` from its non-virtual `run (float*, size_t) const`, which works in place. */
+template <typename Curve>
+class KernelSaturator : public Saturator
+{
+public:
+    float processSample (float x) final
+    {
+        static_cast<const Curve&> (*this).run (&x, 1);
+        return x;
+    }
+
+    void processBlock (const juce::dsp::ProcessContextReplacing<float>& context) final
+    {
+        auto block = context.getOutputBlock();
+
+        for (size_t channel = 0; channel < block.getNumChannels(); ++channel)
+            static_cast<const Curve&> (*this).run (block.getChannelPointer (channel), block.getNumSamples());
     }
 };
 

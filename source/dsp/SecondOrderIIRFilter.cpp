@@ -52,8 +52,6 @@ void SecondOrderIIRFilter::prepareToPlay (double sampleRate, int newNumberOfChan
 
 void SecondOrderIIRFilter::processBlock (juce::AudioBuffer<float>& buffer) noexcept
 {
-    constexpr auto quietest = 1.0e-8;
-
     for (auto channel = 0; channel < juce::jmin (numberOfChannels, buffer.getNumChannels()); ++channel)
     {
         auto* samples = buffer.getWritePointer (channel);

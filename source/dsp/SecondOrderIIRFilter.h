@@ -26,6 +26,9 @@ public:
         double Q, VH, VB, VL, arctanK;
     };
 
+    /** Outputs no larger than this become zero. */
+    static constexpr auto quietest = 1.0e-8;
+
     SecondOrderIIRFilter (const Coefficients& at48k, const Prototype& prototype);
     virtual ~SecondOrderIIRFilter() = default;
 
@@ -35,7 +38,7 @@ public:
 
     virtual void reset() {}
 
-    /** In place, the first `numberOfChannels` channels; outputs within 1e-8 of zero become zero. */
+    /** In place, the first `numberOfChannels` channels; outputs within `quietest` of zero become zero. */
     void processBlock (juce::AudioBuffer<float>& buffer) noexcept;
 
     /** For a state that met samples which are no numbers. */

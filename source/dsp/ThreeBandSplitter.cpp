@@ -3,16 +3,14 @@
 #include "dsp/FiniteCheck.h"
 
 #include <array>
+#include <cmath>
 
 namespace
 {
 using Filter = juce::dsp::LinkwitzRileyFilter<float>;
 using FilterType = juce::dsp::LinkwitzRileyFilterType;
 
-void filterInPlace (Filter& filter, juce::dsp::AudioBlock<float> block)
-{
-    filter.process (juce::dsp::ProcessContextReplacing<float> (block));
-}
+constexpr auto channelsPerPass = 2;
 } // namespace
 
 template <typename Function>
@@ -40,6 +38,23 @@ void ThreeBandSplitter::setFrequencies (float low, float high)
     setFilter (highLowpass, FilterType::lowpass, highFrequency);
     setFilter (highHighpass, FilterType::highpass, highFrequency);
     setFilter (phaseAllpass, FilterType::allpass, highFrequency);
+
+    // As the filters work them out, which do not show them: mixed precision included.
+    const auto g = [this] (const Filter& filter)
+    {
+        const auto cutoff = static_cast<double> (filter.getCutoffFrequency());
+        return static_cast<float> (std::tan (juce::MathConstants<double>::pi * cutoff / sampleRate));
+    };
+
+    const auto r2 = static_cast<float> (std::sqrt (2.0));
+    const auto h = [r2] (float gain)
+    {
+        return static_cast<float> (
+            1.0 / (1.0 + static_cast<double> (r2 * gain) + static_cast<double> (gain * gain)));
+    };
+
+    const auto gLow = g (lowLowpass), gHigh = g (highLowpass);
+    coefficients = { gLow, h (gLow), gHigh, h (gHigh), r2 };
 }
 
 void ThreeBandSplitter::prepare (const juce::dsp::ProcessSpec& spec)
@@ -47,16 +62,32 @@ void ThreeBandSplitter::prepare (const juce::dsp::ProcessSpec& spec)
     sampleRate = spec.sampleRate;
     forEachFilter ([&] (Filter& filter) { filter.prepare (spec); });
 
+    // Memory that is large enough is kept.
     for (auto* buffer : { &lowBuffer, &midBuffer, &highBuffer, &restBuffer })
-        buffer->setSize (static_cast<int> (spec.numChannels), static_cast<int> (spec.maximumBlockSize));
+        buffer->setSize (static_cast<int> (spec.numChannels), static_cast<int> (spec.maximumBlockSize), false,
+                         false, true);
 
-    forEachFilter ([] (Filter& filter) { filter.reset(); });
+    states.resize (spec.numChannels);
+    reset();
 
     // The coefficients depend on the rate, which the filters know only now.
     setFrequencies (lowFrequency, highFrequency);
 }
 
+void ThreeBandSplitter::reset() noexcept
+{
+    forEachFilter ([] (Filter& filter) { filter.reset(); });
+    std::fill (states.begin(), states.end(), simd::SplitterChannel {});
+    isSafe = true;
+}
+
 void ThreeBandSplitter::split (const juce::dsp::AudioBlock<const float>& input)
+{
+    splitPart (input);
+    finishBlock();
+}
+
+void ThreeBandSplitter::splitPart (const juce::dsp::AudioBlock<const float>& input)
 {
     const auto view = [&] (juce::AudioBuffer<float>& buffer)
     {
@@ -70,21 +101,46 @@ void ThreeBandSplitter::split (const juce::dsp::AudioBlock<const float>& input)
     highBlock = view (highBuffer);
     restBlock = view (restBuffer);
 
-    // Mid and high both pass the upper crossover; the all-pass gives the low band the same phase.
-    lowBlock.copyFrom (input);
-    filterInPlace (lowLowpass, lowBlock);
-    filterInPlace (phaseAllpass, lowBlock);
+    const auto numChannels = lowBlock.getNumChannels();
 
-    restBlock.copyFrom (input);
-    filterInPlace (lowHighpass, restBlock);
+    for (size_t channel = 0; channel < numChannels; channel += channelsPerPass)
+    {
+        std::array<const float*, channelsPerPass> in {};
+        std::array<std::array<float*, channelsPerPass>, 4> out {};
+        const auto count = juce::jmin (numChannels - channel, in.size());
 
-    midBlock.copyFrom (restBlock);
-    filterInPlace (highLowpass, midBlock);
+        for (size_t i = 0; i < count; ++i)
+        {
+            in[i] = input.getChannelPointer (channel + i);
+            out[0][i] = lowBlock.getChannelPointer (channel + i);
+            out[1][i] = restBlock.getChannelPointer (channel + i);
+            out[2][i] = midBlock.getChannelPointer (channel + i);
+            out[3][i] = highBlock.getChannelPointer (channel + i);
+        }
 
-    highBlock.copyFrom (restBlock);
-    filterInPlace (highHighpass, highBlock);
+        isSafe &= simd::kernels().split (coefficients, &states[channel], count, in.data(),
+                                         { out[0].data(), out[1].data(), out[2].data(), out[3].data() },
+                                         lowBlock.getNumSamples(), largestSafeMagnitude);
+    }
+}
 
-    resetIfNotFinite (input);
+void ThreeBandSplitter::finishBlock() noexcept
+{
+    if (! isSafe)
+    {
+        reset();
+        return;
+    }
+
+    for (auto& state : states)
+    {
+        for (auto* section : { &state.lowShared, &state.lowSecond, &state.restSecond, &state.phase,
+                               &state.highShared, &state.midSecond, &state.highSecond })
+        {
+            juce::dsp::util::snapToZero (section->s1);
+            juce::dsp::util::snapToZero (section->s2);
+        }
+    }
 }
 
 void ThreeBandSplitter::mergeAll (juce::dsp::AudioBlock<float> output) const
@@ -115,19 +171,5 @@ void ThreeBandSplitter::mergeBands (juce::dsp::AudioBlock<float> output, const j
             output.copyFrom (*blocks[static_cast<size_t> (band)]);
         else
             output.add (*blocks[static_cast<size_t> (band)]);
-    }
-}
-
-void ThreeBandSplitter::resetIfNotFinite (const juce::dsp::AudioBlock<const float>& input)
-{
-    for (const juce::dsp::AudioBlock<const float>& block :
-         { input, juce::dsp::AudioBlock<const float> (lowBlock),
-           juce::dsp::AudioBlock<const float> (midBlock), juce::dsp::AudioBlock<const float> (highBlock) })
-    {
-        if (! isSafelyFinite (block))
-        {
-            forEachFilter ([] (Filter& filter) { filter.reset(); });
-            return;
-        }
     }
 }

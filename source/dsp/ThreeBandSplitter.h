@@ -1,9 +1,16 @@
 #pragma once
 
+#include "dsp/simd/Kernels.h"
+
 #include <juce_dsp/juce_dsp.h>
+
+#include <vector>
 
 /** A crossover into low, mid and high bands that sum to an all-pass, from fourth-order Linkwitz-Riley
     filters.
+
+    Mid and high both pass the upper crossover, and an all-pass gives the low band the same phase. The five
+    filters hold type and cutoff; the samples go through a kernel that yields what they would, bit for bit.
 
     All calls run with the processor's lock held, `split` and the merges on the audio thread. Nothing but
     `prepare` allocates. Crossovers step between two blocks: neither smoothed nor reset.
@@ -20,6 +27,11 @@ public:
 
     /** Fills the blocks from the input, which must be no longer than the prepared size. */
     void split (const juce::dsp::AudioBlock<const float>& input);
+
+    /** `split` of a block that comes in parts: the blocks hold the part's bands. After the last one,
+        `finishBlock` sets states near zero to zero, and resets everything if a sample was no number. */
+    void splitPart (const juce::dsp::AudioBlock<const float>& input);
+    void finishBlock() noexcept;
 
     /** Writes low + mid + high. */
     void mergeAll (juce::dsp::AudioBlock<float> output) const;
@@ -43,8 +55,16 @@ private:
     template <typename Function>
     void forEachFilter (Function&&);
 
-    void resetIfNotFinite (const juce::dsp::AudioBlock<const float>& input);
+    void reset() noexcept;
 
     /** In Hz; the filters' own rate before `prepare`. */
     double sampleRate = 44100.0;
+
+    simd::SplitterCoefficients coefficients {};
+
+    /** One per channel. */
+    std::vector<simd::SplitterChannel> states;
+
+    /** Whether the block so far was made of numbers. */
+    bool isSafe = true;
 };

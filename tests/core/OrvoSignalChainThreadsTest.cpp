@@ -37,9 +37,7 @@ TEST_P (SteadyLayoutAndFactor, AllocateNothingInTheBlock)
         plugin.set ("layout", layout);
         plugin.set ("oversampling", exponent);
 
-        // The one block that prepares the chain may allocate, and does for longer buffers: the guard is
-        // awake.
-        EXPECT_EQ (callsWhileRendering (plugin, signals::noise (numChannels, 1), { 1 }) > 0, exponent > 0);
+        // The first block prepares the chain for the factor.
         EXPECT_EQ (callsWhileRendering (plugin, signal, { 512, 64, 0, 1, 700 }), 0) << numChannels;
 
         auto damaged = signal;
@@ -70,10 +68,7 @@ TEST (SignalChainThreads, AllocateNothingWhenTheHostAutomatesInTheBlock)
         {
             const AllocationGuard guard;
             parameter->setValueNotifyingHost (values[round]);
-
-            if (parameter->getName (100) != "Oversampling")
-                plugin.process (block);
-
+            plugin.process (block);
             const auto calls = guard.count();
 
             if (round > 0)
@@ -81,8 +76,6 @@ TEST (SignalChainThreads, AllocateNothingWhenTheHostAutomatesInTheBlock)
                 EXPECT_EQ (calls, 0) << parameter->getName (100) << ", round " << round;
             }
         }
-
-        plugin.process (block);
     }
 }
 

@@ -51,4 +51,38 @@ TEST (MultiModeClipper, TellsOfEachModeChangeAndKeepsItsModeForAnUnknownOne)
     EXPECT_EQ (told, (std::vector { 3, 3, 3, 3, 0 }));
 }
 
+TEST (MultiModeClipper, SetLevelsDoesWhatTwoParametersDoChangeCountsIncluded)
+{
+    MultiModeClipper section, plain;
+    juce::Random random (4);
+
+    for (auto step = 0; step < 3000; ++step)
+    {
+        if (random.nextInt (10) == 0)
+            for (auto* each : { &section, &plain })
+                each->setMode (step % 5);
+
+        // Few values, so that they often are the present ones.
+        const auto threshold = -6.0f * static_cast<float> (random.nextInt (2));
+        const auto makeup = static_cast<float> (random.nextInt (2));
+        section.setLevels (threshold, makeup);
+
+        for (const auto& [value, index] : { std::pair { threshold, 0 }, { makeup, 2 } })
+        {
+            plain.setParameter (value, index);
+            plain.raiseChangeCount();
+        }
+
+        ASSERT_EQ (section.thresholdDb, plain.thresholdDb);
+        ASSERT_EQ (section.makeupGain, plain.makeupGain);
+        ASSERT_EQ (section.changeCount, plain.changeCount);
+
+        for (auto mode = 0; mode < section.modes.size(); ++mode)
+        {
+            auto &ours = *section.modes[mode].saturator, &theirs = *plain.modes[mode].saturator;
+            ASSERT_EQ (ours.changeCount, theirs.changeCount) << "mode " << mode << ", step " << step;
+            ASSERT_EQ (ours.processSample (0.7f), theirs.processSample (0.7f));
+        }
+    }
+}
 } // namespace

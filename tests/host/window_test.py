@@ -429,5 +429,114 @@ class FrameTest(WindowTest):
                 self.assertEqual(shown, tuple(int(float(scale) * int(edge)) for edge in size.split("x")))
 
 
+class PresetsTest(WindowTest):
+    layout = "Single Band"
+    box = (365, 11, 140, 16)  # the text of the preset box
+    content = (300, 100, 460, 600)
+
+    def config(self, name=""):
+        return next(self.temporary.rglob("Presets")).parent / name
+
+    def test_presets_are_stepped_through_browsed_and_filtered(self):
+        previous, following, browser = (570, 19), (595, 19), (345, 19)
+        first_row, second_row = (400, 77), (400, 99)
+        initial = self.host.look(*self.box)
+        params = [f"{name}_{section}" for name in ("threshold", "gain", "mode") for section in ("single", "post")]
+        values = lambda: [self.host.text(name) for name in params] + [self.host.text("in_gain"), self.host.text("layout")]
+        defaults = values()
+
+        self.host.click(previous)  # greyed out on the first one
+        self.host.click(following)
+        stepped = self.host.await_other(self.box, initial)
+        self.host.await_that(lambda: values() != defaults, "the preset's values arrive")
+        loaded = values()
+        self.host.click(previous)
+        self.host.await_that(lambda: self.host.look(*self.box) == initial and values() == defaults, "back at the start")
+
+        closed = self.host.look(*self.content)
+        self.host.click(browser)
+        table = self.host.await_other(self.content, closed)
+        self.host.click(second_row)
+        self.host.await_that(lambda: self.host.look(*self.box) == stepped and values() == loaded, "a row loads its preset")
+        self.host.key("Up")
+        self.host.await_that(lambda: self.host.look(*self.box) == initial, "so does the row above")
+
+        self.host.await_still(self.content)
+        table = self.host.look(*self.content)
+        badge = (307, 731)
+        self.host.click(badge)
+        self.host.await_other(self.content, table)
+        self.host.click(badge, 3)
+        self.host.pointer(first_row, (430, 500))
+        self.host.key("Escape")
+        self.host.await_that(lambda: self.host.look(*self.content) == closed, "the browser is closed")
+
+    def test_a_preset_is_saved_and_a_failure_keeps_the_dialog(self):
+        dialogs = self.folder / "bin"
+        dialogs.mkdir()
+        chosen = self.folder / "chosen"
+        (dialogs / "zenity").write_text(f'#!/bin/sh\n[ "$1" = --version ] || cat "{chosen}"\n')
+        (dialogs / "zenity").chmod(0o755)
+        before = os.environ["PATH"]
+        self.addCleanup(os.environ.__setitem__, "PATH", before)
+        os.environ["PATH"] = f"{dialogs}:{before}"
+        self.host.quit()
+        self.host = Host(sys.argv[1], "--set", "in_gain=3")
+        self.addCleanup(self.host.process.kill)
+
+        user = self.config("Presets/User")
+        dialog, name, save, open_dialog = (364, 102, 380, 268), (550, 200), (660, 340), (621, 19)
+        closed = self.host.await_still(dialog)
+        initial = self.host.look(*self.box)
+        self.host.click(open_dialog)
+        self.host.await_other(dialog, closed)
+        self.host.click(name)
+        self.host.type("Mine")
+
+        chosen.write_text("/nonexistent/Mine.tpre\n")
+        self.host.click(save)
+        toast = (20, 25, 200, 40)
+        self.host.await_that(lambda: "Couldn't save preset!" in self.config("log.log").read_text(), "the failure is told")
+        self.host.await_still(toast)
+        self.host.click((1020, 45))  # dismisses it
+        self.assertNotEqual(self.host.look(*dialog), closed)
+
+        chosen.write_text(f"{user}/Mine.tpre\n")
+        self.host.click(save)
+        self.host.await_that((user / "Mine.tpre").exists, "the file is there")
+        self.assertIn('id="in_gain" value="3.0"', (user / "Mine.tpre").read_text())
+        self.host.await_that(lambda: "Preset saved" in self.config("log.log").read_text(), "the user is told")
+        self.host.await_still(toast)
+        self.host.click((1020, 45))
+        self.host.pointer(AWAY)
+        self.host.await_that(lambda: self.host.look(*dialog) != closed and self.host.look(*self.box) != initial,
+                             "the box shows it")
+
+    def test_settings_reach_the_window_from_its_dialog_and_from_other_processes(self):
+        scale_box = (649, 180)
+        self.host.click((721, 19))
+        self.host.await_still((364, 102, 380, 160))
+        self.choose(scale_box, 1, (scale_box[0], scale_box[1] + 120), (scale_box[0] - 70, scale_box[1] + 30, 100, 60))
+        self.host.await_that(lambda: self.host.size() == "1602x1200", "the window is half as large again")
+
+        settings = self.config("settings.settings")
+        self.host.await_that(lambda: 'val="1.5"' in settings.read_text(), "the choice is saved")
+        settings.write_text(settings.read_text().replace('val="1.5"', 'val="0.75"'))
+        self.host.await_that(lambda: self.host.size() == "801x600", "another process's choice arrives")
+
+    def test_the_tenth_click_on_the_name_brings_the_next_theme(self):
+        corner = (990, 2, 20, 34)
+        before = self.host.look(*corner)
+        for _ in range(9):
+            self.host.click((60, 19))
+        self.assertEqual(self.host.await_still(corner), before)
+        self.host.click((60, 19))
+        self.host.await_other(corner, before)
+
+    def test_a_missing_manual_is_told(self):
+        self.host.click((659, 19))
+        self.host.await_that(lambda: "we can't find the manual" in self.config("log.log").read_text(), "the toast is up")
+
+
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1] + sys.argv[2:], verbosity=2)

@@ -13,7 +13,9 @@ trap 'rm -rf "$home"' EXIT
 # listed GROUP: the names in that group of the list.
 listed() { awk -v group="# $1" '/^#/ { on = $0 == group } on && /^[^#]/ { print $1 }' packaging/libraries.txt | sort; }
 
-same() { diff "$home/listed" "$home/found" || { echo "FAILED: the module asks for other libraries than \"$1\"" >&2; exit 1; }; }
+fail() { echo "FAILED: $*" >&2; exit 1; }
+
+same() { diff "$home/listed" "$home/found" || fail "the module asks for other libraries than those under \"$1\""; }
 
 listed linked > "$home/listed"
 readelf -d "$module" | sed -n 's/.*(NEEDED).*\[\(.*\)\]$/\1/p' | sort > "$home/found"
@@ -24,4 +26,4 @@ mv "$home/names" "$home/listed"
 strings "$module" | grep -xE 'lib[A-Za-z0-9_+-]+\.so(\.[0-9]+)*|ld-linux[a-z0-9_.-]+' | sort -u > "$home/found"
 same "opened with the window"
 
-if strings "$module" | grep -F "$PWD"; then echo "FAILED: the module names the folder that it was built in" >&2; exit 1; fi
+if strings "$module" | grep -F "$PWD"; then fail "the module names the folder that it was built in"; fi

@@ -2,6 +2,7 @@
 
 #include "common/Decibels.h"
 #include "dsp/Saturator.h"
+#include "dsp/simd/Kernels.h"
 
 #include <cmath>
 
@@ -9,7 +10,7 @@ namespace luna
 {
 
 /** A power curve that bends the level up towards the threshold and meets it with zero slope. */
-class Boost final : public CurveSaturator<Boost>
+class Boost final : public KernelSaturator<Boost>
 {
 public:
     /** 0: threshold in dB; 1: amount, 0 to 1, which maps to exponents from 50 down to 3. */
@@ -22,19 +23,16 @@ public:
                 juce::NormalisableRange<float> (3.0f, 50.0f, 0.0f, 0.35f).convertFrom0to1 (1.0f - value);
 
         normaliser = exponent / (exponent - 1.0f);
+
+        // Up to here a^n / n is below 2^-27 a.
+        negligible = std::pow (exponent * 0x1p-27f, 1.0f / (exponent - 1.0f));
     }
 
-    [[nodiscard]] float shape (float x) const noexcept
+    void run (float* samples, size_t numSamples) const noexcept
     {
-        if (x > threshold)
-            return threshold;
-
-        if (x < -threshold)
-            return -threshold;
-
-        const auto magnitude = std::abs ((1.0f / threshold) * x);
-        const auto y = threshold * (magnitude - std::pow (magnitude, exponent) / exponent) * normaliser;
-        return x < 0.0f ? -y : y;
+        simd::kernels().powerClip ({ threshold, threshold, 1.0f / threshold, exponent, 1.0f / exponent,
+                                     threshold, normaliser, negligible },
+                                   samples, numSamples);
     }
 
     /** Linear. */
@@ -43,6 +41,9 @@ public:
 
     /** Right once a parameter has been set. */
     float normaliser = 1.0f;
+
+private:
+    float negligible = 0.0f;
 };
 
 } // namespace luna

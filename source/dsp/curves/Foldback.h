@@ -10,7 +10,7 @@ namespace luna
 
 /** Reflects the level about the threshold in dB, with a quadratic Bezier curve through the knee. In no mode
     of the product. */
-class Foldback final : public KneeSaturator<Foldback>
+class Foldback final : public KneeSaturator<CurveSaturator<Foldback>>
 {
 public:
     /** Also below the knee the sample is rebuilt from its level, so it returns with a rounding difference. */

@@ -2,12 +2,13 @@
 
 #include "common/Decibels.h"
 #include "dsp/Saturator.h"
+#include "dsp/simd/Kernels.h"
 
 namespace luna
 {
 
 /** A clamp at the threshold. Also the output ceiling of the whole chain. */
-class HardClipper final : public CurveSaturator<HardClipper>
+class HardClipper final : public KernelSaturator<HardClipper>
 {
 public:
     void setParameter (float value, int index) override
@@ -16,10 +17,9 @@ public:
             threshold = decibels::toGain (value);
     }
 
-    [[nodiscard]] float shape (float x) const noexcept
+    void run (float* samples, size_t numSamples) const noexcept
     {
-        const auto below = threshold < x ? threshold : x;
-        return -threshold > below ? -threshold : below;
+        simd::kernels().hardClip (threshold, samples, numSamples);
     }
 
     /** Linear. */

@@ -2,15 +2,14 @@
 
 #include "common/Decibels.h"
 #include "dsp/Saturator.h"
-
-#include <cmath>
+#include "dsp/simd/Kernels.h"
 
 namespace luna
 {
 
 /** A polynomial that lifts the level below the threshold, and a parabola that falls away above it. Beyond the
     parabola's end the sample is silenced: that is the shape's design. */
-class InflatorClipper final : public CurveSaturator<InflatorClipper>
+class InflatorClipper final : public KernelSaturator<InflatorClipper>
 {
 public:
     /** 0: threshold in dB; 1: curve, 0 to 1. */
@@ -36,10 +35,15 @@ public:
         curveD = (0.0625f - p / 400.0f) + (p * p) / 40000.0f;
     }
 
-    [[nodiscard]] float shape (float x) const noexcept
+    void run (float* samples, size_t numSamples) const noexcept
     {
-        const auto y = threshold * relativeOutput (std::abs (x) / threshold);
-        return x < 0.0f ? -y : y;
+        const auto limit = curve * 0.5f + 2.0f;
+
+        simd::kernels().lift ({ threshold,
+                                limit,
+                                1.0f / (limit - 1.0f),
+                                { curveA, curveB - curveD, curveC + 2.0f * curveD, -curveD } },
+                              samples, numSamples);
     }
 
     float curveA = 0.0f;
@@ -50,27 +54,6 @@ public:
     /** Linear. */
     float threshold = 1.0f;
     float curve = 0.0f;
-
-private:
-    /** Both sides are relative to the threshold. */
-    float relativeOutput (float a) const noexcept
-    {
-        const auto limit = curve * 0.5f + 2.0f;
-
-        if (a > limit)
-            return 0.0f;
-
-        if (a > 1.0f)
-        {
-            const auto u = (a - 1.0f) / (limit - 1.0f) + 1.0f;
-            return 2.0f * u - u * u;
-        }
-
-        const auto a2 = a * a;
-        const auto a3 = a2 * a;
-        const auto a4 = a2 * a2;
-        return curveA * a + curveB * a2 + curveC * a3 - (a2 - 2.0f * a3 + a4) * curveD;
-    }
 };
 
 } // namespace luna

@@ -7,8 +7,8 @@ namespace luna
 
 /** Base of the curves that work on the level in dB and bend it in a knee of `kneeDb` to either side of the
     threshold. */
-template <typename Curve>
-class KneeSaturator : public CurveSaturator<Curve>
+template <typename Base>
+class KneeSaturator : public Base
 {
 public:
     /** 0: threshold in dB; 1: half the knee's width in dB. */
@@ -19,10 +19,10 @@ public:
         else if (index == 1)
             kneeDb = value;
 
-        updateCoefficients();
+        this->updateCoefficients();
     }
 
-    void updateCoefficients() final
+    void updateCoefficients() override
     {
         kneeStartDb = thresholdDb - kneeDb;
         kneeEndDb = thresholdDb + kneeDb;

@@ -1,0 +1,160 @@
+#pragma once
+
+#include "dsp/LevelProcessors.h"
+#include "dsp/OversamplerBank.h"
+#include "dsp/SpectrumData.h"
+#include "plain/Curves.h"
+#include "plain/Loudness.h"
+#include "plain/Splitter.h"
+
+#include <array>
+#include <memory>
+#include <variant>
+
+namespace plain
+{
+/** What the plug-in does to a stereo block, each step for itself over the whole block: every section of a layout
+    with the same mode, threshold and shape, "post" at its default, no gain. */
+class Chain
+{
+public:
+    using Curve = std::variant<reference::Hard, reference::SoftOne, reference::SoftTwo, reference::Pressure,
+                               reference::Boost>;
+
+    struct Settings
+    {
+        int mode = 1;
+        float thresholdDb = -6.0f;
+        float shape = 0.5f;
+        bool isMultiBand = false;
+        int exponent = 0;
+    };
+
+    Chain (const Settings& s, double sampleRate, int blockSize)
+        : Chain (s, sampleRate, blockSize, preparedMeter (sampleRate, blockSize))
+    {
+    }
+
+    void process (juce::AudioBuffer<float>& buffer)
+    {
+        juce::dsp::AudioBlock<float> block (buffer);
+        loudnessIn.processBlock (buffer);
+        track (levelsIn, buffer);
+
+        if (settings.isMultiBand)
+            for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                spectrum->pushSample ((buffer.getSample (0, i) + buffer.getSample (1, i)) / 2.0f);
+
+        block.multiplyBy (1.0f);
+        auto up = oversamplers[settings.exponent]->processSamplesUp (block);
+        runSections (up);
+        post.process (up);
+        oversamplers[settings.exponent]->processSamplesDown (block);
+        ceiling.process (block);
+
+        track (levelsOut, buffer);
+        loudnessOut.processBlock (buffer);
+    }
+
+private:
+    /** Envelope, curve and makeup. */
+    struct Section
+    {
+        void process (juce::dsp::AudioBlock<float> block)
+        {
+            for (size_t i = 0; i < block.getNumSamples(); ++i)
+                envelope (block.getChannelPointer (0)[i], block.getChannelPointer (1)[i]);
+
+            std::visit (
+                [&] (const auto& formula)
+                {
+                for (size_t channel = 0; channel < block.getNumChannels(); ++channel)
+                    for (size_t i = 0; i < block.getNumSamples(); ++i)
+                        block.getChannelPointer (channel)[i] = formula (block.getChannelPointer (channel)[i]);
+                },
+                curve);
+
+            block.multiplyBy (1.0f);
+        }
+
+        Curve curve;
+        reference::Envelope envelope;
+    };
+
+    Chain (const Settings& s, double sampleRate, int blockSize, std::unique_ptr<kf::LUFSMeter> meter)
+        : settings (s),
+          loudnessIn (*meter),
+          loudnessOut (*meter),
+          oversamplers (makeOversamplerBank (2)),
+          post { reference::SoftOne { 0.0f, 0.0f }, reference::Envelope (sampleRate * (1 << s.exponent)) },
+          ceiling { reference::Hard { 1.0f }, reference::Envelope (sampleRate) }
+    {
+        const auto rate = sampleRate * (1 << settings.exponent);
+
+        for (auto n = 0; n < 3; ++n)
+            sections.push_back ({ makeCurve(), reference::Envelope (rate) });
+
+        levelsIn.prepare (sampleRate);
+        levelsOut.prepare (sampleRate);
+        spectrum->prepare (sampleRate);
+        oversamplers[settings.exponent]->initProcessing (static_cast<size_t> (blockSize));
+        splitter.prepare ({ rate, static_cast<juce::uint32> (blockSize << settings.exponent), 2 });
+        splitter.setFrequencies (160.0f, 3500.0f);
+    }
+
+    static std::unique_ptr<kf::LUFSMeter> preparedMeter (double sampleRate, int blockSize)
+    {
+        auto meter = std::make_unique<kf::LUFSMeter>();
+        meter->prepareToPlay (sampleRate, 2, blockSize, 30);
+        return meter;
+    }
+
+    Curve makeCurve() const
+    {
+        const auto threshold = reference::toGain (settings.thresholdDb);
+
+        switch (settings.mode)
+        {
+            case 0: return reference::Hard { threshold };
+            case 1: return reference::SoftOne { settings.thresholdDb, 9.0f * settings.shape };
+            case 2: return reference::SoftTwo { threshold };
+            case 3: return reference::Pressure { threshold, settings.shape };
+            default:
+                return reference::Boost { threshold,
+                                          3.0f + 47.0f * std::pow (1.0f - settings.shape, 1.0f / 0.35f) };
+        }
+    }
+
+    static void track (luna::temp::StereoLevelProcessor& levels, const juce::AudioBuffer<float>& buffer)
+    {
+        for (auto channel : { 0, 1 })
+            for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                (channel == 0 ? levels.left : levels.right)
+                    .processSample (std::abs (buffer.getSample (channel, i)));
+    }
+
+    void runSections (juce::dsp::AudioBlock<float>& block)
+    {
+        if (! settings.isMultiBand)
+        {
+            sections.front().process (block);
+            return;
+        }
+
+        splitter.split (block);
+        sections[0].process (splitter.lowBlock);
+        sections[1].process (splitter.midBlock);
+        sections[2].process (splitter.highBlock);
+        splitter.mergeAll (block);
+    }
+
+    Settings settings;
+    Loudness loudnessIn, loudnessOut;
+    luna::temp::StereoLevelProcessor levelsIn, levelsOut;
+    std::unique_ptr<SpectrumData> spectrum = std::make_unique<SpectrumData>();
+    OversamplerBank oversamplers;
+    Splitter splitter;
+    std::vector<Section> sections;
+    Section post, ceiling;
+};
+} // namespace plain

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "dsp/simd/CurveKernels.h"
+#include "dsp/simd/EnvelopeKernel.h"
+#include "dsp/simd/HalfBandKernel.h"
+#include "dsp/simd/MeterKernels.h"
+#include "dsp/simd/SplitterKernel.h"
+
+/** The table of what this file's instruction set made of the kernels. */
+#define ORVO_KERNEL_SET                                                                                      \
+    {                                                                                                        \
+        .split = &split, .halfBandUp = &halfBandUp, .halfBandDown = &halfBandDown, .isWithin = &isWithin,    \
+        .weighAndSquare = &weighAndSquare, .trackLevels = &trackLevels, .hardClip = &hardClip,               \
+        .kneeClip = &kneeClip, .powerClip = &powerClip, .lift = &lift, .envelope = &envelope                 \
+    }

@@ -1,0 +1,12 @@
+# Fails if the module shows the linker more than its three entry points, or needs FFTW from the user's machine.
+execute_process(COMMAND ${NM} --dynamic --defined-only "${MODULE}" OUTPUT_VARIABLE defined COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^ \n]+\n" names "${defined}")
+list(SORT names)
+if(NOT "${names}" STREQUAL "GetPluginFactory\n;ModuleEntry\n;ModuleExit\n")
+    message(FATAL_ERROR "the module exports:\n${defined}")
+endif()
+
+execute_process(COMMAND ${NM} --dynamic --undefined-only "${MODULE}" OUTPUT_VARIABLE undefined COMMAND_ERROR_IS_FATAL ANY)
+if(undefined MATCHES "fftw")
+    message(FATAL_ERROR "the module wants FFTW from outside")
+endif()
