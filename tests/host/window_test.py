@@ -411,6 +411,13 @@ class FrameTest(WindowTest):
         self.host.await_that(has_ended, "the program ends with its window")
         self.assertEqual(self.host.process.returncode, 0)
 
+    def test_it_opens_resizes_and_closes_at_any_moment_of_automation(self):
+        self.host.ask("automate")
+        for turn in range(int(os.environ.get("ORVO_WINDOW_TURNS", 10))):
+            for size in ("2000x1500", "977x800", f"{1000 + turn}x{900 + turn % 7}"):
+                self.host.ask("size " + size)
+            self.host.reopen()
+
     def test_a_picture_has_the_size_and_scale_that_were_asked_for(self):
         picture = self.folder / "picture.png"
         for size, scale, status in (("977x800", "2", 0), ("2000x1500", "0.5", 0), ("976x800", "1", 1)):

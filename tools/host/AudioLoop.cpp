@@ -97,6 +97,16 @@ void AudioLoop::fill (juce::AudioBuffer<float>& block, juce::int64 firstFrame) c
     }
 }
 
+void AudioLoop::setParameters (juce::int64 block)
+{
+    auto step = block;
+
+    for (auto& parameter : host.getParameters())
+        for (const auto* name : { "layout", "enable", "mode_", "link_", "crossover_", "solo_band" })
+            if (! parameter.isAddedByWrapper() && parameter.getId().startsWith (name))
+                parameter.setValue (static_cast<float> (step++ % 13) / 12.0f);
+}
+
 void AudioLoop::run()
 {
     using Clock = std::chrono::steady_clock;
@@ -107,7 +117,10 @@ void AudioLoop::run()
 
     for (auto due = Clock::now(); ! threadShouldExit(); due += period)
     {
-        std::this_thread::sleep_until (due);
+        if (isAutomating)
+            setParameters (framesPlayed / blockSize);
+        else
+            std::this_thread::sleep_until (due);
 
         // A busy machine makes the audio late, not faster afterwards.
         due = std::max (due, Clock::now() - period);

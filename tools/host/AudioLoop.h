@@ -29,6 +29,10 @@ public:
     /** Waits for the last block. */
     void stop();
 
+    /** From now on blocks follow each other without a pause, and each one has new values for what changes most
+        of the window: layout, enablement, modes, links, crossovers and solo. */
+    void automate() noexcept { isAutomating = true; }
+
     [[nodiscard]] double getSecondsPlayed() const noexcept
     {
         return static_cast<double> (framesPlayed.load()) / clip.sampleRate;
@@ -36,11 +40,13 @@ public:
 
 private:
     void run() override;
+    void setParameters (juce::int64 block);
     void fill (juce::AudioBuffer<float>& block, juce::int64 firstFrame) const;
 
     PluginHost& host;
     const Clip clip;
     std::atomic<juce::int64> framesPlayed { 0 };
+    std::atomic<bool> isAutomating { false };
 
     JUCE_DECLARE_NON_COPYABLE (AudioLoop)
 };

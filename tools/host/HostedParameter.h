@@ -24,6 +24,9 @@ public:
     /** From 0 to 1. */
     [[nodiscard]] float getValue() const { return parameter.getValue(); }
 
+    /** Any thread. */
+    void setValue (float normalised) { parameter.setValue (normalised); }
+
     [[nodiscard]] juce::String getText() const { return textAt (parameter.getValue()); }
 
     [[nodiscard]] juce::String getDefaultText() const { return textAt (parameter.getDefaultValue()); }

@@ -143,6 +143,8 @@ juce::String ScriptControl::answer (const juce::String& command, const juce::Str
         session.audio.stop();
     else if (command == "start")
         session.audio.start();
+    else if (command == "automate")
+        session.audio.automate();
     else if (command == "close")
         session.closeEditor ([] { print ("closed"); });
     else if (command == "open")
