@@ -358,7 +358,7 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
 
     // The table stays where it is scrolled to, and the keys pass a preset that is gone.
     browser.setSize (977, 150);
-    clickRow (3);
+    press (KeyPress::endKey);
     auto& view = *browser.table.table.getViewport();
     view.setViewPosition (0, 0);
     config.preset ("User/Two.tpre").deleteFile();
