@@ -231,9 +231,10 @@ void OrvoAudioProcessor::resetMeasurements()
     inputLoudnessMeter.reset();
     outputLoudnessMeter.reset();
 
-    inputLoudness = inputLoudnessMeter.getData();
-    outputLoudness = outputLoudnessMeter.getData();
-    publish();
+    // What publish() says of empty meters, for the moment that the transport stands still.
+    inputLoudness = outputLoudness = {};
+    shortTermDifference = peakDifference = 0.0f;
+    inputMaxPeakDb = outputMaxPeakDb = decibels::floorDb;
 }
 
 //======================================================================================================================

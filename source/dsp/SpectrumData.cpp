@@ -9,7 +9,8 @@ constexpr auto fftOrder = 11;
 constexpr auto decaySeconds = 0.2f;
 } // namespace
 
-SpectrumData::SpectrumData() : fft (std::make_unique<juce::dsp::FFT> (fftOrder)), fftSize (fft->getSize())
+SpectrumData::SpectrumData()
+    : fft (std::make_unique<juce::dsp::FFT> (fftOrder)), fftSize (fft->getSize()), transform (fftSize)
 {
     window.resize (fftSize);
     juce::dsp::WindowingFunction<float>::fillWindowingTables (
@@ -47,9 +48,9 @@ void SpectrumData::pushSample (float x) noexcept
 void SpectrumData::runFrame() noexcept
 {
     auto* data = fftData.getRawDataPointer();
-    std::copy (samples.begin(), samples.end(), data);
-    juce::FloatVectorOperations::multiply (data, window.getRawDataPointer(), fftSize);
-    fft->performFrequencyOnlyForwardTransform (data);
+    juce::FloatVectorOperations::multiply (transform.getFrame(), samples.getRawDataPointer(),
+                                           window.getRawDataPointer(), fftSize);
+    transform.run (data);
 
     for (auto i = 0; i < fftSize; ++i)
     {

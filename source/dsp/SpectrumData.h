@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MagnitudeTransform.h"
+
 #include <juce_dsp/juce_dsp.h>
 
 #include <memory>
@@ -19,12 +21,16 @@ public:
     /** With `lock` held by the caller. Audio thread. */
     void pushSample (float x) noexcept;
 
+    /** Defines the transform, which `transform` carries out. */
     std::unique_ptr<juce::dsp::FFT> fft;
     int fftSize = 0;
 
     /** Hann, scaled to a mean of 1. */
     juce::Array<float> window;
+
+    /** The last frame's magnitudes stand in its first half. */
     juce::Array<float> fftData;
+
     juce::Array<float> samples;
 
     /** Linear; a full-scale sine reads about 1 in its bin. The upper half mirrors the lower one. */
@@ -40,4 +46,6 @@ public:
 
 private:
     void runFrame() noexcept;
+
+    MagnitudeTransform transform;
 };
