@@ -31,7 +31,9 @@ fftwf_plan makePlan (int size, float* frame, float* bins)
 } // namespace
 
 MagnitudeTransform::MagnitudeTransform (int newSize)
-    : size (newSize), frame (allocate (size)), bins (allocate (size + 2)),
+    : size (newSize),
+      frame (allocate (size)),
+      bins (allocate (size + 2)),
       plan (makePlan (size, frame.get(), bins.get()))
 {
 }

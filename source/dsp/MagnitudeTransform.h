@@ -16,10 +16,7 @@ public:
     explicit MagnitudeTransform (int newSize);
 
     /** The frame, `size` samples to be written before each `run`. */
-    float* getFrame() noexcept
-    {
-        return frame.get();
-    }
+    float* getFrame() noexcept { return frame.get(); }
 
     /** Writes `size` magnitudes, unscaled; the upper half mirrors the lower one. */
     void run (float* magnitudes) noexcept;

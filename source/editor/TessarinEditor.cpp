@@ -127,6 +127,20 @@ void TessarinEditor::setPresetBrowserVisible (bool shouldBeVisible)
         presetBrowser.table.grabKeyboardFocus();
 }
 
+/** A click on what takes no keys gives the keyboard to the frame, which passes it on to whatever lies on top. */
+void TessarinEditor::focusGained (FocusChangeType)
+{
+    for (auto* open : std::initializer_list<juce::Component*> { &licenceDialog, &savePresetModal,
+                                                                &settingsModal, &presetBrowser.table })
+    {
+        if (! open->isShowing())
+            continue;
+
+        open->grabKeyboardFocus();
+        return;
+    }
+}
+
 void TessarinEditor::setScaleFactor (float newScale)
 {
     if (newScale > 0.0f)

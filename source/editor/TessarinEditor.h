@@ -80,6 +80,7 @@ public:
     ClickFocus clickFocus { *this };
 
 private:
+    void focusGained (FocusChangeType) override;
     void addChildren();
     void applyScale();
     void showLicence();

@@ -432,7 +432,7 @@ class FrameTest(WindowTest):
 class PresetsTest(WindowTest):
     layout = "Single Band"
     box = (365, 11, 140, 16)  # the text of the preset box
-    content = (300, 100, 460, 600)
+    content = (300, 320, 440, 440)  # below the waveform, which moves
 
     def config(self, name=""):
         return next(self.temporary.rglob("Presets")).parent / name
