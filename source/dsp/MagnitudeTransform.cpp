@@ -56,8 +56,8 @@ void MagnitudeTransform::Free::operator() (float* buffer) const noexcept
     fftwf_free (buffer);
 }
 
-void MagnitudeTransform::DestroyPlan::operator() (fftwf_plan_s* plan) const noexcept
+void MagnitudeTransform::DestroyPlan::operator() (fftwf_plan_s* used) const noexcept
 {
     const std::scoped_lock scope (plannerLock);
-    fftwf_destroy_plan (plan);
+    fftwf_destroy_plan (used);
 }

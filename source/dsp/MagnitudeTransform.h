@@ -29,7 +29,7 @@ private:
 
     struct DestroyPlan
     {
-        void operator() (fftwf_plan_s* plan) const noexcept;
+        void operator() (fftwf_plan_s* used) const noexcept;
     };
 
     int size;

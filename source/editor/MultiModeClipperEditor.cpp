@@ -36,7 +36,8 @@ MultiModeClipperEditor::MultiModeClipperEditor (MultiModeClipper* clipperToEdit,
     setUpButton (linkButton, linkAttachment, ParameterIds::linkPrefix + sectionId);
     setTooltips();
 
-    clipper->setModeChangeHandler ([this] { postModeChange(); });
+    // On whichever thread changes the mode. The section forgets it before the panel dies, and waits for a call that runs.
+    clipper->setModeChangeHandler ([this] { modeUpdate.post(); });
 
     // Before the handler was set, a change told nobody.
     currentSaturator = clipper->current;
@@ -156,25 +157,8 @@ void MultiModeClipperEditor::saveViewMode (luna::SaturatorGraph::ViewMode mode)
         modes.setProperty (getGraphModeOf (sectionId), static_cast<int> (mode), nullptr);
 }
 
-/** On whichever thread changed the mode. The section forgets its handler before the panel dies, and waits for a
-    call of it that runs; what is posted may come later. */
-void MultiModeClipperEditor::postModeChange()
-{
-    // A host may automate faster than anyone can look: one message is under way at a time.
-    if (modeChangeIsPosted.exchange (true))
-        return;
-
-    juce::MessageManager::callAsync (
-        [panel = safeThis]
-        {
-        if (panel != nullptr)
-            panel->modeChanged();
-    });
-}
-
 void MultiModeClipperEditor::modeChanged()
 {
-    modeChangeIsPosted = false;
     currentSaturator = clipper->current;
     updateShape();
 }

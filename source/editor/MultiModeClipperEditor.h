@@ -1,12 +1,12 @@
 #pragma once
 
 #include "dsp/MultiModeClipper.h"
+#include "editor/PostedUpdate.h"
 #include "widgets/IconButton.h"
 #include "widgets/Panel.h"
 #include "widgets/ParameterLabelSlider.h"
 #include "widgets/SaturatorGraph.h"
 
-#include <atomic>
 #include <memory>
 
 /** Edits one clipper section: its curve, mode and controls, arranged by the width that the panel is given.
@@ -51,7 +51,6 @@ private:
     void setTooltips();
 
     void saveViewMode (luna::SaturatorGraph::ViewMode);
-    void postModeChange();
     void modeChanged();
     void updateShape();
     void updateEnablement();
@@ -73,9 +72,7 @@ private:
     juce::AudioProcessorValueTreeState* state;
     juce::CriticalSection& stateLock;
 
-    /** Made on the message thread, for posts from other threads. */
-    const SafePointer<MultiModeClipperEditor> safeThis { this };
-    std::atomic<bool> modeChangeIsPosted { false };
+    tessarin::PostedUpdate modeUpdate { [this] { modeChanged(); } };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (MultiModeClipperEditor)
 };

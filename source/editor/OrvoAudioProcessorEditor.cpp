@@ -175,19 +175,7 @@ void OrvoAudioProcessorEditor::placeContent (const Panels& shown, bool showsBand
 
 void OrvoAudioProcessorEditor::parameterChanged (const juce::String&, float)
 {
-    // A host may automate faster than anyone can look: one message is under way at a time.
-    if (layoutUpdateIsPosted.exchange (true))
-        return;
-
-    juce::MessageManager::callAsync (
-        [editor = safeThis]
-        {
-        if (editor != nullptr)
-        {
-            editor->layoutUpdateIsPosted = false;
-            editor->updateLayout();
-        }
-    });
+    layoutUpdate.post();
 }
 
 void OrvoAudioProcessorEditor::stateReloaded (juce::ValueTree&)

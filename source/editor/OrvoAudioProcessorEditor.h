@@ -4,11 +4,11 @@
 #include "editor/InputPanel.h"
 #include "editor/MultiModeClipperEditor.h"
 #include "editor/OutputPanel.h"
+#include "editor/PostedUpdate.h"
 #include "editor/TessarinEditor.h"
 #include "editor/ThreeBandSplitterEditor.h"
 #include "widgets/WaveformGraph.h"
 
-#include <atomic>
 #include <vector>
 
 /** The product's window. The panels of all layouts exist at all times; a change of layout only shows and places
@@ -53,9 +53,7 @@ private:
     void enableContent (bool shouldBeEnabled);
     void placeContent (const Panels& shown, bool showsBands);
 
-    /** Made on the message thread, for posts from other threads. */
-    const SafePointer<OrvoAudioProcessorEditor> safeThis { this };
-    std::atomic<bool> layoutUpdateIsPosted { false };
+    tessarin::PostedUpdate layoutUpdate { [this] { updateLayout(); } };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (OrvoAudioProcessorEditor)
 };

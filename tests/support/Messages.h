@@ -1,14 +1,22 @@
 #pragma once
 
+#include <juce_core/juce_core.h>
+
 namespace juce::detail
 {
 bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
 }
 
-/** Runs what was posted to the message thread, the calling one, until nothing is left. */
+/** Runs what was posted to the message thread, the calling one, until nothing is left; then what a timer of a frame's
+    length has put off. */
 inline void dispatchMessages()
 {
-    while (juce::detail::dispatchNextMessageOnSystemQueue (true))
+    for (const auto wait : { 0, 40 })
     {
+        juce::Thread::sleep (wait);
+
+        while (juce::detail::dispatchNextMessageOnSystemQueue (true))
+        {
+        }
     }
 }
