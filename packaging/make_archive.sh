@@ -39,6 +39,8 @@ licence "$juce/LICENSE.md" JUCE.md
 licence "$juce/modules/juce_audio_processors/format_types/VST3_SDK/LICENSE.txt" VST3-SDK.txt
 licence "$juce/modules/juce_graphics/fonts/harfbuzz/COPYING" HarfBuzz.txt
 licence "$juce/modules/juce_graphics/unicode/sheenbidi/LICENSE" SheenBidi.txt
+licence /usr/share/doc/libfftw3-dev/copyright FFTW.txt
+licence /usr/share/common-licenses/GPL-2 GPL-2.txt
 licence "/usr/share/doc/gcc-$(gcc -dumpversion | cut -d. -f1)-base/copyright" GCC-runtime.txt
 licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-noto Noto-Sans.txt
 licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-mplus M-plus.txt
