@@ -11,6 +11,7 @@ namespace
 {
 /** FFTW's planner may be used by one thread at a time. */
 std::mutex plannerLock;
+int numPlans = 0;
 
 float* allocate (int numValues)
 {
@@ -26,6 +27,7 @@ float* allocate (int numValues)
 fftwf_plan makePlan (int size, float* frame, float* bins)
 {
     const std::scoped_lock scope (plannerLock);
+    ++numPlans;
     return fftwf_plan_dft_r2c_1d (size, frame, reinterpret_cast<fftwf_complex*> (bins), FFTW_ESTIMATE);
 }
 } // namespace
@@ -60,4 +62,8 @@ void MagnitudeTransform::DestroyPlan::operator() (fftwf_plan_s* used) const noex
 {
     const std::scoped_lock scope (plannerLock);
     fftwf_destroy_plan (used);
+
+    // A host may unload the module after its last instance, and the planner's own memory would stay behind.
+    if (--numPlans == 0)
+        fftwf_cleanup();
 }
