@@ -136,9 +136,10 @@ private:
     GlobalValues globalValues;
     std::unordered_map<juce::String, ParameterAddress> addresses;
 
-    /** Samples at the oversampled rate in one part of a block: with the crossover's bands about 24 KB. */
+    /** Samples at the oversampled rate in one part of a block: with the crossover's bands about 24 KB, and with the
+        filters' lines still less than a first-level cache. */
     static constexpr size_t oversampledPartLength = 512;
-    static_assert (oversampledPartLength >> 4 <= HalfBandOversampler::longestPart);
+    static_assert (oversampledPartLength >> 1 <= HalfBandOversampler::longestPart);
 
     /** One for each entry of `oversamplers`. */
     std::vector<HalfBandOversampler> partOversamplers;

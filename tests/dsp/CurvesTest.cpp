@@ -114,6 +114,8 @@ class OfferedCurve : public testing::TestWithParam<std::tuple<simd::InstructionS
 protected:
     Offered offered = std::get<1> (GetParam());
 
+    bool isKnee() const { return std::string (offered.name) == "SoftI"; }
+
     std::unique_ptr<luna::Saturator> makeCurve (float thresholdDb, float second) const
     {
         auto curve = offered.make();
@@ -128,13 +130,11 @@ private:
 
 TEST_P (OfferedCurve, IsNoLessExactThanItsPlainForm)
 {
-    const auto isKnee = std::string (offered.name) == "SoftI";
-
     for (auto thresholdDb : { 0.0f, -0.1f, -1.0f, -6.0206f, -12.3f, -18.0f })
     {
         for (auto second : { 0.0f, 0.01f, 0.3f, 0.5f, 0.9f, 1.0f })
         {
-            second *= isKnee ? 9.0f : 1.0f;
+            second *= isKnee() ? 9.0f : 1.0f;
             const auto curve = makeCurve (thresholdDb, second);
             const auto plain = offered.plain (thresholdDb, second);
             auto worst = 0.0, worstPlain = 0.0;
@@ -144,6 +144,7 @@ TEST_P (OfferedCurve, IsNoLessExactThanItsPlainForm)
                 const auto exact = offered.formula (
                     static_cast<double> (x), static_cast<double> (thresholdDb), static_cast<double> (second));
                 worst = std::max (worst, std::abs (static_cast<double> (curve->processSample (x)) - exact));
+                ASSERT_EQ (curve->processSample (-x), -curve->processSample (x)) << x;
                 worstPlain = std::max (worstPlain, std::abs (static_cast<double> (plain (x)) - exact));
             }
 
@@ -155,13 +156,19 @@ TEST_P (OfferedCurve, IsNoLessExactThanItsPlainForm)
 
 TEST_P (OfferedCurve, MakesTheSameOfASampleWhateverStandsBesideIt)
 {
-    for (auto second : { 0.0f, 0.5f })
+    using Setting = std::pair<float, float>;
+
+    for (const auto& [thresholdDb, second] :
+         { Setting { -6.0f, 0.0f }, { -6.0f, 0.5f }, { 0.0f, 1.0f }, { -18.0f, 0.3f }, { -18.0f, 4.5f } })
     {
-        const auto curve = makeCurve (-6.0f, second);
+        if (second > 1.0f && ! isKnee())
+            continue;
+
+        const auto curve = makeCurve (thresholdDb, second);
 
         for (const auto& [name, signal] : kernels::all (1, 777))
         {
-            SCOPED_TRACE (name);
+            SCOPED_TRACE (testing::Message() << name << ", " << thresholdDb << " dB, " << second);
             auto block = signal, alone = signal, backwards = signal;
             signals::processInPlace (*curve, block);
             backwards.reverse (0, 777);
@@ -248,6 +255,51 @@ TEST_P (EnvelopeKernel, FollowsTheRecursionWithinAThousandth)
                 ASSERT_NEAR (curve.envelope, recursion.level, 1.0e-3f * recursion.level + 1.0e-37f);
             });
         });
+    }
+}
+
+TEST_P (EnvelopeKernel, StaysWithTheRecursionThroughALongRelease)
+{
+    for (const auto rate : { 48000.0, 768000.0 })
+    {
+        const auto release = reference::Envelope (rate).release;
+        reference::Envelope recursion (rate);
+        recursion (1.0f, 1.0f);
+        auto level = 1.0f;
+        const std::vector<float> silence (512);
+
+        for (auto done = 0.0; done < 2.0 * rate; done += 512.0)
+        {
+            level = simd::kernels().envelope (level, release, silence.data(), silence.data(), 512);
+            for (auto i = 0; i < 512; ++i)
+                recursion (0.0f, 0.0f);
+        }
+
+        EXPECT_NEAR (level, recursion.level, 1.0e-3f * recursion.level) << rate;
+    }
+}
+
+TEST_P (EnvelopeKernel, TakesWhatIsNoNumberForSilence)
+{
+    const auto signal = signals::noise (2, 203);
+
+    for (const auto place : { 0, 63, 64, 130, 202 })
+    {
+        for (const auto& channels : { std::vector { 0 }, { 1 }, { 0, 1 } })
+        {
+            auto silent = signal, damaged = signal;
+            for (const auto channel : channels)
+            {
+                silent.setSample (channel, place, 0.0f);
+                damaged.setSample (channel, place, std::numeric_limits<float>::quiet_NaN());
+            }
+
+            const auto run = [] (const Buffer& buffer) {
+                return simd::kernels().envelope (0.3f, 0.99f, buffer.getReadPointer (0),
+                                                 buffer.getReadPointer (1), 203);
+            };
+            EXPECT_EQ (run (damaged), run (silent)) << place;
+        }
     }
 }
 

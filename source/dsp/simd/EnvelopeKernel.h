@@ -75,16 +75,20 @@ ORVO_INLINE float scan (float level, float release, const float* left, const flo
     for (auto n = segmentLength; n > 0; n /= 2, factor *= factor)
         decay *= n % 2 != 0 ? factor : 1.0;
 
+    // In double precision: the error of a rounded decay would be the same each time, and add up over a release.
+    auto exact = static_cast<double> (level);
+
     for (size_t n = 0; n < numRegisters; ++n)
     {
         for (size_t lane = 0; lane < width; ++lane)
         {
-            const auto released = fed[n][lane] + static_cast<float> (decay) * level;
-            level = released > held[n][lane] ? released : held[n][lane];
+            const auto released = static_cast<double> (fed[n][lane]) + decay * exact;
+            const auto peak = static_cast<double> (held[n][lane]);
+            exact = released > peak ? released : peak;
         }
     }
 
-    return level;
+    return static_cast<float> (exact);
 }
 
 float envelope (float level, float release, const float* left, const float* right, size_t numSamples)

@@ -1,0 +1,122 @@
+#include "core/PluginUnderTest.h"
+#include "dsp/OversamplerBank.h"
+#include "dsp/simd/KernelSignals.h"
+#include "plain/Splitter.h"
+
+namespace
+{
+using signals::Buffer;
+
+constexpr auto rate = 48000.0;
+constexpr auto blockSize = 512;
+
+class ChainKernels : public kernels::SetAndWidth
+{
+protected:
+    /** With all sections off: oversampler, crossover and ceiling alone. */
+    expected::Values passing (int layout, int exponent) const
+    {
+        expected::Values values { { "layout", layout }, { "oversampling", exponent } };
+        for (const auto* section : { "low_band", "mid_band", "high_band", "single", "post" })
+            values[std::string ("enable_") + section] = 0.0;
+        return values;
+    }
+
+    /** The same by JUCE's oversampler and filters over whole blocks. */
+    Buffer processPlainly (PluginUnderTest& plugin, Buffer signal, const std::vector<int>& lengths,
+                           int layout, int exponent) const
+    {
+        const auto bank = makeOversamplerBank (static_cast<size_t> (numChannels));
+        auto& oversampler = *bank[exponent];
+        oversampler.initProcessing (blockSize);
+        plain::Splitter splitter;
+        splitter.prepare ({ rate * (1 << exponent), static_cast<juce::uint32> (blockSize << exponent),
+                            static_cast<juce::uint32> (numChannels) });
+        splitter.setFrequencies (static_cast<float> (plugin.get ("crossover_low")),
+                                 static_cast<float> (plugin.get ("crossover_high")));
+
+        const juce::ScopedNoDenormals noDenormals;
+        signals::inBlocks (signal, lengths,
+                           [&] (Buffer& buffer)
+                           {
+            if (buffer.getNumSamples() == 0)
+                return;
+
+            juce::dsp::AudioBlock<float> block (buffer);
+            auto up = oversampler.processSamplesUp (block);
+
+            if (layout == 1)
+            {
+                splitter.split (up);
+                splitter.mergeAll (up);
+            }
+
+            oversampler.processSamplesDown (block);
+            juce::FloatVectorOperations::clip (buffer.getArrayOfWritePointers()[0],
+                                               buffer.getArrayOfReadPointers()[0], -1.0f, 1.0f,
+                                               buffer.getNumSamples());
+            if (numChannels == 2)
+                juce::FloatVectorOperations::clip (buffer.getArrayOfWritePointers()[1],
+                                                   buffer.getArrayOfReadPointers()[1], -1.0f, 1.0f,
+                                                   buffer.getNumSamples());
+        });
+        return signal;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P (Kernels, ChainKernels, kernels::setsAndWidths());
+
+TEST_P (ChainKernels, PassTheBlockBitForBitAsOversamplerAndFiltersDo)
+{
+    for (const auto& [name, signal] : kernels::all (numChannels, 1300))
+    {
+        for (auto layout = 0; layout < 2; ++layout)
+        {
+            for (auto exponent = 0; exponent <= 4; ++exponent)
+            {
+                for (const auto& lengths : kernels::cuts)
+                {
+                    SCOPED_TRACE (testing::Message()
+                                  << name << ", layout " << layout << ", " << (1 << exponent) << "x, "
+                                  << testing::PrintToString (lengths));
+                    PluginUnderTest plugin (numChannels, rate, blockSize);
+                    plugin.set (passing (layout, exponent));
+                    ASSERT_TRUE (
+                        kernels::areSameBits (plugin.render (signal, lengths),
+                                              processPlainly (plugin, signal, lengths, layout, exponent)));
+                }
+            }
+        }
+    }
+}
+
+TEST (ChainKernels, DifferLittleBetweenProcessorsWithAndWithoutAvx2)
+{
+    const auto signal = signals::noise (2, 3000, 1.2f);
+
+    for (auto layout = 0; layout < 4; ++layout)
+    {
+        for (auto mode = 0; mode < 5; ++mode)
+        {
+            std::vector<Buffer> outputs;
+
+            for (const auto set : kernels::supportedSets())
+            {
+                const kernels::Selection selection (set);
+                PluginUnderTest plugin;
+                plugin.set ({ { "layout", layout }, { "oversampling", 1 } });
+                for (const auto* section : { "low_band", "mid_band", "high_band", "single", "mid_channel",
+                                             "high_channel", "left_channel", "right_channel", "post" })
+                    plugin.set ({ { std::string ("threshold_") + section, -6.0 },
+                                  { std::string ("shape_") + section, 0.4 },
+                                  { std::string ("mode_") + section, mode },
+                                  { std::string ("gain_") + section, 3.0 } });
+                outputs.push_back (plugin.render (signal));
+            }
+
+            EXPECT_LE (signals::largestDifference (outputs.front(), outputs.back()), 1.0e-5)
+                << "layout " << layout << ", mode " << mode;
+        }
+    }
+}
+} // namespace
