@@ -227,6 +227,9 @@ void OrvoAudioProcessor::updateCeiling()
 /** Every change restarts the maximum peaks and the loudness. */
 void OrvoAudioProcessor::resetMeasurements()
 {
+    // A click on a readout comes here, too, and a block that runs would write the old maxima back.
+    const juce::ScopedLock scope (processLock);
+
     levels.resetMaxima();
     inputLoudnessMeter.reset();
     outputLoudnessMeter.reset();

@@ -9,6 +9,7 @@
 #include "dsp/curves/SoftClipper.h"
 #include "dsp/curves/TanhClipper.h"
 
+#include <atomic>
 #include <functional>
 #include <limits>
 
@@ -77,7 +78,10 @@ public:
 
     juce::Array<ClipperMode> modes;
     int currentModeId = 0;
-    bool enabled = true;
+
+    /** Read by the window without a lock. */
+    std::atomic<bool> enabled { true };
+
     float thresholdDb = 0.0f;
     float shape = 0.0f;
 

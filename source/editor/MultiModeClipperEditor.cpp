@@ -185,7 +185,7 @@ void MultiModeClipperEditor::updateShape()
 void MultiModeClipperEditor::updateEnablement()
 {
     // The attachment has passed the click on, so the section tells the truth here.
-    const auto isEnabledNow = clipper->enabled;
+    const auto isEnabledNow = clipper->enabled.load();
 
     for (auto* child : std::initializer_list<juce::Component*> { &thresholdSlider, &shapeSlider, &graph,
                                                                  &modeBox, &modeLabel })

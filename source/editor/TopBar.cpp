@@ -210,7 +210,7 @@ void TopBar::togglePresetBrowser()
 void TopBar::openSaveDialog()
 {
     if (processor.licenceManager.isSavingRefused())
-        processor.toastManager.showError (processor.licenceManager.getSaveRefusal());
+        processor.toastManager.showToast (processor.licenceManager.getSaveRefusal(), toastNotice, true);
     else
         open (editor.savePresetModal);
 

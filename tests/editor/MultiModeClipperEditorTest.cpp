@@ -192,6 +192,13 @@ TEST (MultiModeClipperEditor, RecordsKnobsAsGestures)
     EXPECT_EQ (knob->getDoubleClickReturnValue(), 0.0);
     EXPECT_TRUE (knob->isDoubleClickReturnEnabled());
 
+    threshold.events.clear();
+    const auto before = open.plugin.get ("threshold_single");
+    knob->keyPressed (juce::KeyPress (juce::KeyPress::upKey));
+    EXPECT_GT (open.plugin.get ("threshold_single"), before);
+    EXPECT_EQ (threshold.events.front(), "begin");
+    EXPECT_EQ (threshold.events.back(), "end");
+
     // A window that closes in the middle of a drag.
     open.window->pressMouse (*knob, { 30, 30 });
     threshold.events.clear();

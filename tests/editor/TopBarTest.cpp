@@ -155,7 +155,7 @@ TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
     processor.licenceManager.setStatus (status);
     click (bar.saveButton);
     EXPECT_FALSE (editor.savePresetModal.isVisible());
-    EXPECT_EQ (toasts.getLast()->text, "ERROR: Saving needs a licence");
+    EXPECT_EQ (toasts.getLast()->text, "Saving needs a licence");
 }
 
 TEST_F (TopBar, SwitchesTheBypassBothWaysAndChecksForNoUpdates)
