@@ -41,6 +41,7 @@ licence "$juce/modules/juce_graphics/fonts/harfbuzz/COPYING" HarfBuzz.txt
 licence "$juce/modules/juce_graphics/unicode/sheenbidi/LICENSE" SheenBidi.txt
 licence /usr/share/doc/libfftw3-dev/copyright FFTW.txt
 licence /usr/share/common-licenses/GPL-2 GPL-2.txt
+licence /usr/share/common-licenses/GPL-3 GPL-3.txt
 licence "/usr/share/doc/gcc-$(gcc -dumpversion | cut -d. -f1)-base/copyright" GCC-runtime.txt
 licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-noto Noto-Sans.txt
 licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-mplus M-plus.txt
