@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <memory>
+#include <numeric>
 #include <span>
 
 namespace bench
@@ -22,14 +23,21 @@ namespace
 const juce::dsp::ProcessSpec spec { hostRate, static_cast<juce::uint32> (defaultBlockSize), 2 };
 
 template <typename AnySplitter>
-Process makeSplitter()
+Form makeSplitter()
 {
     auto splitter = std::make_shared<AnySplitter>();
     splitter->prepare (spec);
     splitter->setFrequencies (160.0f, 3500.0f);
 
-    return [splitter] (juce::AudioBuffer<float>& buffer)
-    { splitter->split (juce::dsp::AudioBlock<const float> (buffer)); };
+    return { [splitter] (juce::AudioBuffer<float>& buffer)
+             { splitter->split (juce::dsp::AudioBlock<const float> (buffer)); },
+             [splitter]
+             {
+        auto energy = 0.0;
+        for (const auto* band : { &splitter->lowBlock, &splitter->midBlock, &splitter->highBlock })
+            energy += std::pow (static_cast<double> (band->getSample (1, defaultBlockSize - 1)), 2.0);
+        return energy;
+            } };
 }
 
 /** Up and down again without anything in between. */
@@ -67,37 +75,56 @@ Process makeKernelOversampler (int exponent)
         };
 }
 
-Process makePlainLoudness()
+/** All bins, the open one included. */
+double sumOf (const std::vector<std::vector<double>>& bins)
+{
+    auto sum = 0.0;
+    for (const auto& ring : bins)
+        sum = std::accumulate (ring.begin(), ring.end(), sum);
+    return sum;
+}
+
+Form makePlainLoudness()
 {
     kf::LUFSMeter meter;
     meter.prepareToPlay (hostRate, 2, defaultBlockSize, 30);
-    return [plain = std::make_shared<plain::Loudness> (meter)] (juce::AudioBuffer<float>& buffer)
-    { plain->processBlock (buffer); };
+    const auto plain = std::make_shared<plain::Loudness> (meter);
+    return { [plain] (juce::AudioBuffer<float>& buffer) { plain->processBlock (buffer); },
+             [plain] { return sumOf (plain->bins); } };
 }
 
-Process makeLoudness()
+Form makeLoudness()
 {
     const auto meter = std::make_shared<kf::LUFSMeter>();
     meter->prepareToPlay (hostRate, 2, defaultBlockSize, 30);
-    return [meter] (juce::AudioBuffer<float>& buffer) { meter->processBlock (buffer); };
+    return { [meter] (juce::AudioBuffer<float>& buffer) { meter->processBlock (buffer); },
+             [meter] { return sumOf (meter->bins); } };
 }
 
-Process makeLevels (bool isPlain)
+Form makeLevels (bool isPlain)
 {
     const auto levels = std::make_shared<luna::temp::StereoLevelProcessor>();
     levels->prepare (hostRate);
 
-    if (! isPlain)
-        return [levels] (juce::AudioBuffer<float>& buffer)
-        { levels->process (juce::dsp::AudioBlock<const float> (buffer)); };
-
-    return [levels] (juce::AudioBuffer<float>& buffer)
+    const auto reading = [levels]
     {
+        const auto left = levels->left.getData(), right = levels->right.getData();
+        return left.rms + left.heldPeak + right.rms + right.heldPeak;
+    };
+
+    if (! isPlain)
+        return { [levels] (juce::AudioBuffer<float>& buffer)
+                 { levels->process (juce::dsp::AudioBlock<const float> (buffer)); },
+                 reading };
+
+    return { [levels] (juce::AudioBuffer<float>& buffer)
+             {
         for (auto channel : { 0, 1 })
             for (auto i = 0; i < buffer.getNumSamples(); ++i)
                 (channel == 0 ? levels->left : levels->right)
                     .processSample (std::abs (buffer.getSample (channel, i)));
-        };
+            },
+             reading };
 }
 
 template <typename Curve, typename Plain>
@@ -127,28 +154,32 @@ Pair makeCurvePair (const char* name, float second, Plain plain)
     } };
 }
 
-Process makePlainEnvelope()
+Form makePlainEnvelope()
 {
-    return [envelope = reference::Envelope (hostRate)] (juce::AudioBuffer<float>& buffer) mutable
-    {
+    const auto shared = std::make_shared<reference::Envelope> (hostRate);
+
+    return { [shared, envelope = *shared] (juce::AudioBuffer<float>& buffer) mutable
+             {
         for (auto i = 0; i < buffer.getNumSamples(); ++i)
             envelope (buffer.getReadPointer (0)[i], buffer.getReadPointer (1)[i]);
 
-        benchmark::DoNotOptimize (envelope.level);
-        };
+        shared->level = envelope.level;
+            },
+             [shared] { return static_cast<double> (shared->level); } };
 }
 
-Process makeEnvelope()
+Form makeEnvelope()
 {
     const auto release = reference::Envelope (hostRate).release;
+    const auto level = std::make_shared<float> (0.0f);
 
-    return [release, level = 0.0f] (juce::AudioBuffer<float>& buffer) mutable
-    {
-        level =
-            simd::kernels().envelope (level, release, buffer.getReadPointer (0), buffer.getReadPointer (1),
+    return { [release, level] (juce::AudioBuffer<float>& buffer)
+             {
+        *level =
+            simd::kernels().envelope (*level, release, buffer.getReadPointer (0), buffer.getReadPointer (1),
                                       static_cast<size_t> (buffer.getNumSamples()));
-        benchmark::DoNotOptimize (level);
-        };
+            },
+             [level] { return static_cast<double> (*level); } };
 }
 } // namespace
 

@@ -31,6 +31,16 @@ struct Rig
         return value = next;
     }
 
+    /** Every setting and count that a change moves. */
+    double reading() const
+    {
+        auto sum = static_cast<double> (processor.ceiling.threshold) + processor.ceiling.changeCount;
+        for (const auto& section : processor.sections)
+            sum += static_cast<double> (section.clipper->makeupGain - 3.0f * section.clipper->thresholdDb)
+                   + section.clipper->changeCount + section.clipper->current->changeCount;
+        return sum;
+    }
+
     float read (const juce::String& id) const
     {
         return processor.parameters.getRawParameterValue (id)->load();
@@ -90,13 +100,17 @@ void addParameterPairs (std::vector<Pair>& pairs)
     pairs.push_back ({ "parameterChanged",
                        []
                        {
-        return [rig = std::make_shared<Rig>()] (juce::AudioBuffer<float>&)
-        { rig->changePlainly (changedId, rig->changeValue()); };
+        const auto rig = std::make_shared<Rig>();
+        return Form ([rig] (juce::AudioBuffer<float>&)
+                     { rig->changePlainly (changedId, rig->changeValue()); },
+                     [rig] { return rig->reading(); });
                       },
                        []
                        {
-        return [rig = std::make_shared<Rig>()] (juce::AudioBuffer<float>&)
-        { rig->processor.parameterChanged (changedId, rig->changeValue()); };
+        const auto rig = std::make_shared<Rig>();
+        return Form ([rig] (juce::AudioBuffer<float>&)
+                     { rig->processor.parameterChanged (changedId, rig->changeValue()); },
+                     [rig] { return rig->reading(); });
     },
                      1 });
 }

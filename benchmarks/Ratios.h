@@ -2,8 +2,10 @@
 
 #include "Rows.h"
 
+#include <concepts>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /** What a kernel gains over the plain form of the same sums. */
@@ -11,10 +13,23 @@ namespace bench
 {
 using Process = std::function<void (juce::AudioBuffer<float>&)>;
 
+/** What is timed; with a reading where it only measures and leaves the block as it is. */
+struct Form
+{
+    template <std::invocable<juce::AudioBuffer<float>&> Function>
+    Form (Function function, std::function<double()> newReading = {})
+        : process (std::move (function)), reading (std::move (newReading))
+    {
+    }
+
+    Process process;
+    std::function<double()> reading;
+};
+
 struct Pair
 {
     std::string name;
-    std::function<Process()> makePlain, makeKernel;
+    std::function<Form()> makePlain, makeKernel;
     int blockSize = defaultBlockSize;
 };
 
@@ -29,7 +44,7 @@ void addSplitterPairs (std::vector<Pair>&);
 
 /** Measures each pair whose name contains `filter`, with every instruction set of this processor, and prints
     a line for each: medians in ns per stereo sample, and the median of how many times faster. Both forms take
-    turns, so that what else the machine does meets both. Throws if they do not give the same audio. */
+    turns, so that what else the machine does meets both. Throws if they do not give the same audio, or the same readings. */
 void printRatios (const std::string& filter);
 
 /** The whole plug-in, every section at work with "Soft I". */

@@ -26,7 +26,7 @@ protected:
     Buffer processPlainly (PluginUnderTest& plugin, Buffer signal, const std::vector<int>& lengths,
                            int layout, int exponent) const
     {
-        const auto bank = makeOversamplerBank (static_cast<size_t> (numChannels));
+        const auto bank = makeOversamplerBank (numChannels);
         auto& oversampler = *bank[exponent];
         oversampler.initProcessing (blockSize);
         plain::Splitter splitter;

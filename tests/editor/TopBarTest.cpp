@@ -158,6 +158,38 @@ TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
     EXPECT_EQ (toasts.getLast()->text, "Saving needs a licence");
 }
 
+TEST_F (TopBar, TellsWhatItsButtonsAndTheBrowsersDo)
+{
+    auto& browser = editor.presetBrowser;
+    const std::pair<juce::SettableTooltipClient*, const char*> expected[] {
+        { &bar.presetBrowserButton, "Open the preset browser" },
+        { &bar.previousButton, "Previous preset" },
+        { &bar.nextButton, "Next preset" },
+        { &bar.saveButton, "Save the current state as a preset" },
+        { &bar.licenceButton, "Show licence details" },
+        { &bar.manualButton, "Open the user manual" },
+        { &bar.updateButton, "Check for updates" },
+        { &bar.settingsButton, "Open the plugin settings" },
+        { &bar.bypassButton, "Bypass the processing" },
+        { &browser.randomButton, "Random Preset: Select a random preset from the list" },
+        { &browser.modeToggle.left, "Show: Show any presets which match the filter" },
+        { &browser.modeToggle.right, "Hide: Hide any presets which match the filter" },
+        { &browser.matchToggle.left, "All: Presets must match all categories" },
+        { &browser.matchToggle.right, "Any: Presets can match any category" },
+    };
+
+    for (const auto& [button, text] : expected)
+        EXPECT_EQ (button->getTooltip(), text);
+}
+
+TEST_F (TopBar, OpensTheUpdatePageOnceItsButtonIsEnabled)
+{
+    const FakeProgram webBrowser ("xdg-open", config.file ("bin"));
+    bar.updateButton.setEnabled (true);
+    click (bar.updateButton);
+    EXPECT_TRUE (webBrowser.readLastArgument().endsWith ("/orvo?pluginversion=1.0.1"));
+}
+
 TEST_F (TopBar, SwitchesTheBypassBothWaysAndChecksForNoUpdates)
 {
     const auto& enable = *processor.parameters.getRawParameterValue ("enable");
