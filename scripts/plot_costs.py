@@ -46,8 +46,9 @@ def panel(kind, series, x0):
         yield f'<line x1="{x0 + LEFT}" x2="{x0 + WIDTH - 20}" y1="{y:.1f}" y2="{y:.1f}" stroke="#ccc"/>'
         yield f'<text x="{x0 + LEFT - 6}" y="{y + 4:.1f}" text-anchor="end">{10 ** power:g}</text>'
     first = next(iter(series.values()))
+    step = {"block size": 3, "sample rate": 2}.get(kind, 1)  # so that the labels have room
     for n, (place, _) in enumerate(first):
-        if len(first) < 8 or n % 3 == 0:
+        if n % step == step - 1:
             label = f"{place / 1000:g}k" if kind == "sample rate" else f"{place:g}"
             yield f'<text x="{x_of(place):.1f}" y="{HEIGHT - BOTTOM + 18}" text-anchor="middle">{label}</text>'
     for colour, line in zip(COLOURS, series.values()):
