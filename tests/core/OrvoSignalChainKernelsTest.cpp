@@ -52,12 +52,9 @@ protected:
             }
 
             oversampler.processSamplesDown (block);
-            juce::FloatVectorOperations::clip (buffer.getArrayOfWritePointers()[0],
-                                               buffer.getArrayOfReadPointers()[0], -1.0f, 1.0f,
-                                               buffer.getNumSamples());
-            if (numChannels == 2)
-                juce::FloatVectorOperations::clip (buffer.getArrayOfWritePointers()[1],
-                                                   buffer.getArrayOfReadPointers()[1], -1.0f, 1.0f,
+            for (auto channel = 0; channel < numChannels; ++channel)
+                juce::FloatVectorOperations::clip (buffer.getWritePointer (channel),
+                                                   buffer.getReadPointer (channel), -1.0f, 1.0f,
                                                    buffer.getNumSamples());
         });
         return signal;
