@@ -126,6 +126,42 @@ TEST_F (BandEditor, PaintsWhatIsOnWhatIsOffAndWhatNothingCanSwitch)
     EXPECT_EQ (colourAt (bands().plot, { 0, 20 }), bands().gridColour);
 }
 
+TEST_F (BandEditor, TintsTheBandsAndLightsTheOneUnderTheMouse)
+{
+    const auto& low = bands().bands[0];
+    const auto& mid = bands().bands[1];
+    const auto colourAt = [this] (Point<int> position)
+    { return open.window->render().getPixelAt (bands().getX() + position.x, bands().getY() + position.y); };
+
+    // Beside grid lines and labels; a gradient runs down the column.
+    const auto top = mid.bounds.getTopLeft() + Point (40, 2);
+    const auto bottom = mid.bounds.getBottomLeft() + Point (40, -3);
+    const auto handle = Point (bands().lowHandleBounds.getCentreX(), bands().plot.getY() + 20);
+    open.set ("enable", 0.0);
+    const auto groundAtTop = colourAt (top), groundAtBottom = colourAt (bottom);
+    open.set ("enable", 1.0);
+
+    const auto expectTints = [&] (float alphaAtTop, float alphaAtBottom)
+    {
+        EXPECT_TRUE (
+            pixels::areNear (colourAt (top), groundAtTop.overlaidWith (mid.colour.withAlpha (alphaAtTop)), 3))
+            << colourAt (top).toString();
+        EXPECT_TRUE (pixels::areNear (colourAt (bottom),
+                                      groundAtBottom.overlaidWith (mid.colour.withAlpha (alphaAtBottom)), 3))
+            << colourAt (bottom).toString();
+    };
+
+    move (low.bounds.getCentre());
+    expectTints (0.2f, 0.1f);
+    EXPECT_TRUE (pixels::areNear (colourAt (handle), bands().gridColour.withMultipliedLightness (0.8f), 2));
+
+    move (mid.bounds.getCentre());
+    expectTints (0.3f, 0.15f);
+
+    move (bands().lowHandleBounds.getCentre());
+    EXPECT_TRUE (pixels::areNear (colourAt (handle), bands().gridColour, 2));
+}
+
 TEST_F (BandEditor, ClicksMuteSoloAndEnableTheBands)
 {
     const std::vector<std::string> ids { "low_band", "mid_band", "high_band" };
