@@ -4,6 +4,7 @@
 #include "editor/ClickFocus.h"
 #include "editor/LicenceDialog.h"
 #include "editor/TopBar.h"
+#include "editor/WindowEventPump.h"
 #include "presets/PresetBrowser.h"
 #include "presets/SavePresetModal.h"
 #include "settings/SettingsModal.h"
@@ -88,6 +89,8 @@ private:
 
     /** Made on the message thread, for posts from other threads. */
     const SafePointer<TessarinEditor> safeThis { this };
+
+    const WindowEventPump windowEventPump;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinEditor)
 };

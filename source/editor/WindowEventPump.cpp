@@ -1,0 +1,31 @@
+#include "WindowEventPump.h"
+
+// The window system's headers define macros with everyday names, which go no further than this file.
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <juce_events/native/juce_EventLoopInternal_linux.h>
+
+namespace tessarin
+{
+
+WindowEventPump::WindowEventPump()
+{
+    startTimerHz (30);
+}
+
+void WindowEventPump::timerCallback()
+{
+    const auto* system = juce::XWindowSystem::getInstanceWithoutCreating();
+
+    // Without a server there is none.
+    if (system == nullptr || system->getDisplay() == nullptr)
+        return;
+
+    const auto connection = juce::X11Symbols::getInstance()->xConnectionNumber (system->getDisplay());
+
+    // An event may close the editor and delete this object.
+    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (connection);
+}
+
+} // namespace tessarin
