@@ -2,9 +2,8 @@
 
 // The window system's headers define macros with everyday names, which go no further than this file.
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
-#include <juce_gui_basics/juce_gui_basics.h>
-
 #include <juce_events/native/juce_EventLoopInternal_linux.h>
+#include <juce_gui_basics/juce_gui_basics.h>
 
 namespace tessarin
 {

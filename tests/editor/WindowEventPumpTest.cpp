@@ -1,4 +1,5 @@
 #include "editor/WindowEventPump.h"
+
 #include "support/Messages.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
