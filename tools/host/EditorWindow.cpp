@@ -38,15 +38,24 @@ void EditorWindow::closeButtonPressed()
 
 void EditorWindow::setEditorSize (int width, int height)
 {
-    const auto wanted = (juce::Rectangle<int> (width, height).toFloat() * scale).toNearestInt();
-    editor->setSize (wanted.getWidth(), wanted.getHeight());
+    wantedBounds = (juce::Rectangle<int> (width, height).toFloat() * scale).toNearestInt();
+    editor->setSize (wantedBounds.getWidth(), wantedBounds.getHeight());
 
-    if (editor->getLocalBounds() != wanted)
+    if (editor->getLocalBounds() != wantedBounds)
     {
         const auto size = (editor->getLocalBounds().toFloat() / scale).toNearestInt();
         throw Failure ("the editor refuses " + juce::String (width) + "x" + juce::String (height) + " for "
                        + juce::String (size.getWidth()) + "x" + juce::String (size.getHeight()));
     }
+}
+
+bool EditorWindow::restoreEditorSize()
+{
+    if (wantedBounds.isEmpty() || editor->getLocalBounds() == wantedBounds)
+        return false;
+
+    editor->setSize (wantedBounds.getWidth(), wantedBounds.getHeight());
+    return true;
 }
 
 unsigned long EditorWindow::getId() const

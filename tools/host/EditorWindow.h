@@ -20,6 +20,10 @@ public:
         another size. */
     void setEditorSize (int width, int height);
 
+    /** Sets that size once more if it was lost: a window manager that is slow to answer for the window's first size
+        brings that back. Returns whether it was. */
+    bool restoreEditorSize();
+
     /** The X11 window's ID. */
     [[nodiscard]] unsigned long getId() const;
 
@@ -36,6 +40,9 @@ public:
 private:
     juce::AudioProcessorEditor* editor = nullptr;
     float scale;
+
+    /** In the screen's pixels, from the last `setEditorSize`. */
+    juce::Rectangle<int> wantedBounds;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (EditorWindow)
 };

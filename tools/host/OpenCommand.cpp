@@ -59,8 +59,9 @@ private:
             return;
 
         session.audio.stop();
+        const auto wasRestored = session.getWindow().restoreEditorSize();
         auto picture = session.getWindow().takePicture();
-        equalFrames = areEqual (picture, last) ? equalFrames + 1 : 0;
+        equalFrames = ! wasRestored && areEqual (picture, last) ? equalFrames + 1 : 0;
         last = std::move (picture);
 
         if (++frames > mostFrames)
