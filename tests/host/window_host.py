@@ -70,10 +70,16 @@ class Host:
         """Equal for equal pixels in the area, and for no others."""
         return self.ask(f"look {x} {y} {width} {height}")
 
-    def await_that(self, condition, what):
-        deadline = time.monotonic() + PATIENCE
+    def comes(self, condition, seconds=PATIENCE):
+        """Whether the condition holds within that time, or sooner."""
+        deadline = time.monotonic() + seconds
         while not condition():
-            assert time.monotonic() < deadline, "never: " + what
+            if time.monotonic() >= deadline:
+                return False
+        return True
+
+    def await_that(self, condition, what):
+        assert self.comes(condition), "never: " + what
 
     def await_other(self, area, old):
         """The area's look once it is not `old`."""
