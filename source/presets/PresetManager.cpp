@@ -26,6 +26,7 @@ PresetManager::PresetManager (TessarinProcessor& owner, juce::AudioProcessorValu
     userFolder = presetRoot.getChildFile ("User");
 
     loadPresets();
+    numProgramsAtStart = presets.size();
 
     if (! presets.isEmpty())
         currentPreset = presets.getFirst();
@@ -190,16 +191,24 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     }
 
     processor.afterStateCapture (true, false);
-    processor.updateHostDisplay();
+    updateHostDisplay();
 
     loadPresets();
     selectIfListed (chosen.getFullPathName());
-    processor.updateHostDisplay();
+    updateHostDisplay();
 
     if (toastManager != nullptr)
         toastManager->showToast ("Preset saved", toastSuccess, true);
 
     listeners.call ([preset = getCurrentPreset()] (Listener& listener) { listener.presetSaved (preset); });
+}
+
+void PresetManager::updateHostDisplay()
+{
+    using Details = juce::AudioProcessorListener::ChangeDetails;
+
+    const auto hasProgram = getCurrentPreset().index < numProgramsAtStart;
+    processor.updateHostDisplay (Details::getDefaultFlags().withProgramChanged (hasProgram));
 }
 
 juce::String PresetManager::getProgramName (int index)

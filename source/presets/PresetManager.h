@@ -92,6 +92,7 @@ private:
     std::unique_ptr<juce::XmlElement> select (int index);
     void applyState (juce::XmlElement& xml);
     void selectIfListed (const juce::String& path);
+    void updateHostDisplay();
 
     TessarinProcessor& processor;
     juce::AudioProcessorValueTreeState& parameters;
@@ -100,6 +101,11 @@ private:
     const std::function<void (juce::ValueTree&)>* onStateRestored;
     juce::ValueTree presetTree;
     juce::Array<Preset> presets;
+
+    /** As many as a host knows: the format fixes it when the module is loaded. JUCE's wrapper takes a later one, which
+        a save has added, for the last of these, and would load that in its place. */
+    int numProgramsAtStart = 0;
+
     std::unique_ptr<juce::FileChooser> fileChooser;
     juce::ListenerList<Listener> listeners;
 

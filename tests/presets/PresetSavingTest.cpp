@@ -135,6 +135,49 @@ TEST_F (PresetSaving, MakesTheNewPresetCurrentWithoutTouchingTheParameters)
     EXPECT_EQ (gain(), -9.0);
 }
 
+TEST_F (PresetSaving, LoadsNoOtherPresetThroughAHostThatKnowsTheFirstProgramsOnly)
+{
+    struct Host final : juce::AudioProcessorListener
+    {
+        explicit Host (juce::AudioProcessor& p) : processor (p) { processor.addListener (this); }
+
+        ~Host() override { processor.removeListener (this); }
+
+        void audioProcessorParameterChanged (juce::AudioProcessor*, int, float) override {}
+
+        /** The value of VST3's program parameter goes into the steps that it had at first, and comes back. */
+        void audioProcessorChanged (juce::AudioProcessor*, const ChangeDetails& details) override
+        {
+            if (! details.programChanged)
+                return;
+
+            program = juce::jmin (lastProgram, processor.getCurrentProgram());
+
+            if (program != processor.getCurrentProgram())
+                processor.setCurrentProgram (program);
+        }
+
+        juce::AudioProcessor& processor;
+        const int lastProgram = processor.getNumPrograms() - 1;
+        int program = 0;
+    };
+
+    Host host (processor);
+    processor.parameters.getParameter ("gain_single")->setValueNotifyingHost (0.25f);
+    const auto gainToKeep = gain();
+
+    for (const auto* name : { "User/Zulu.tpre", "User/Zulu.tpre", "User/Zoo.tpre" })
+    {
+        save (config.preset (name));
+        EXPECT_EQ (gain(), gainToKeep) << name;
+        EXPECT_EQ (processor.presetManager.getCurrentPreset().path, config.preset (name).getFullPathName());
+    }
+
+    EXPECT_EQ (host.program, 0);
+    save (config.preset ("User/Abc.tpre"));
+    EXPECT_EQ (host.program, 1) << "one that it has a number for";
+}
+
 TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
 {
     const auto before = loud.loadFileAsString();
