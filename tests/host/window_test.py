@@ -8,6 +8,7 @@ tells its host and from the window's pixels.
 import math
 import os
 import pathlib
+import re
 import struct
 import subprocess
 import sys
@@ -87,18 +88,23 @@ class WindowTest(unittest.TestCase):
         self.temporary.mkdir()
         os.environ["TMPDIR"] = str(self.temporary)
 
-        options = ["--set", "layout=" + self.layout]
+        self.options = ["--set", "layout=" + self.layout]
         if self.is_silent:
             silence = self.folder / "silence.wav"
             with wave.open(str(silence), "wb") as file:
                 file.setparams((2, 2, 48000, 0, "NONE", ""))
                 file.writeframes(bytes(4 * 48000))
-            options += ["--play", str(silence)]
+            self.options += ["--play", str(silence)]
 
-        self.host = Host(sys.argv[1], *options)
-        self.addCleanup(self.host.process.kill)
-        self.host.pointer(AWAY)
-        self.host.await_still((0, PANEL_TOP, WIDTH if self.is_silent else 760, 60))
+        self.host = self.open_host()
+
+    def open_host(self, *options):
+        """With its window on top and at rest."""
+        host = Host(sys.argv[1], *self.options, *options)
+        self.addCleanup(host.process.kill)
+        host.pointer(AWAY)
+        host.await_still((0, PANEL_TOP, WIDTH if self.is_silent else 760, 60))
+        return host
 
     def tearDown(self):
         if self.host.process.poll() is None:
@@ -438,6 +444,11 @@ class FrameTest(WindowTest):
                 self.assertEqual(shown, tuple(int(float(scale) * int(edge)) for edge in size.split("x")))
 
 
+def values_in(preset_or_state):
+    pairs = re.findall(rb'<PARAM id="(\w+)" value="([^"]+)"', preset_or_state)
+    return {name: float(value) for name, value in pairs}
+
+
 class PresetsTest(WindowTest):
     layout = "Single Band"
     box = (365, 11, 140, 16)  # the text of the preset box
@@ -445,6 +456,23 @@ class PresetsTest(WindowTest):
 
     def config(self, name=""):
         return next(self.temporary.rglob("Presets")).parent / name
+
+    def restart_with(self, program, script, *options):
+        """The host once more, which finds this program of the desktop's before any other."""
+        folder = self.folder / "bin"
+        folder.mkdir()
+        (folder / program).write_text("#!/bin/sh\n" + script)
+        (folder / program).chmod(0o755)
+        before = os.environ["PATH"]
+        self.addCleanup(os.environ.__setitem__, "PATH", before)
+        os.environ["PATH"] = f"{folder}:{before}"
+        self.host.quit()
+        self.host = self.open_host(*options)
+
+    def loaded_values(self):
+        """Of the parameters that are in every preset."""
+        self.host.ask(f"save {self.folder}/state")
+        return values_in((self.folder / "state").read_bytes())
 
     def test_presets_are_stepped_through_browsed_and_filtered(self):
         previous, following, browser = (570, 19), (595, 19), (345, 19)
@@ -489,17 +517,10 @@ class PresetsTest(WindowTest):
         self.host.await_that(lambda: self.host.look(*self.content) == closed, "the browser is closed")
 
     def test_a_preset_is_saved_and_a_failure_keeps_the_dialog(self):
-        dialogs = self.folder / "bin"
-        dialogs.mkdir()
-        chosen = self.folder / "chosen"
-        (dialogs / "zenity").write_text(f'#!/bin/sh\n[ "$1" = --version ] || cat "{chosen}"\n')
-        (dialogs / "zenity").chmod(0o755)
-        before = os.environ["PATH"]
-        self.addCleanup(os.environ.__setitem__, "PATH", before)
-        os.environ["PATH"] = f"{dialogs}:{before}"
-        self.host.quit()
-        self.host = Host(sys.argv[1], "--set", "in_gain=3")
-        self.addCleanup(self.host.process.kill)
+        chosen, words = self.folder / "chosen", self.folder / "words"
+        self.restart_with(
+            "zenity", f'[ "$1" = --version ] && echo 3.44.0 || {{ echo "$@" > "{words}"; cat "{chosen}"; }}\n',
+            "--set", "in_gain=3")
 
         user = self.config("Presets/User")
         dialog, name, save, open_dialog = (364, 102, 380, 268), (550, 200), (660, 340), (621, 19)
@@ -526,22 +547,77 @@ class PresetsTest(WindowTest):
         self.host.await_still(toast)
         self.host.click((1020, 45))
         self.host.pointer(AWAY)
-        self.host.await_that(lambda: self.host.look(*dialog) != closed and self.host.look(*self.box) != initial,
+        self.host.await_that(lambda: self.host.look(*dialog) == closed and self.host.look(*self.box) != initial,
                              "the box shows it")
+
+        self.assertEqual(self.host.text("in_gain"), "3.0dB")
+        self.host.ask("set in_gain=5")
+        self.host.click(open_dialog)
+        self.host.await_other(dialog, closed)
+        self.host.click(name)
+        self.host.type("Mine")
+        for answer, kept in (("", "3.0"), (f"{user}/Mine.tpre\n", "5.0")):
+            words.unlink()
+            chosen.write_text(answer)
+            self.host.click(save)
+            self.host.await_that(
+                lambda: words.exists() and f'id="in_gain" value="{kept}"' in (user / "Mine.tpre").read_text(),
+                "a refusal keeps the file, and a choice replaces it")
+            self.assertIn("--confirm-overwrite", words.read_text())
+            self.assertIn("Mine.tpre", words.read_text())
+
+    def test_two_categories_are_shown_or_hidden_together_or_each(self):
+        show, hide, match_all, match_any = (131, 729), (173, 729), (217, 729), (253, 729)
+        factory = self.config("Presets/Factory")
+        files = sorted(factory.rglob("*.tpre"), key=lambda file: (file.parent.name.lower(), file.name.lower()))
+        categories = {
+            file: set(re.search(r'categories="([^"]*)"', file.read_text()).group(1).split(",")) for file in files}
+        wanted = {"Bands", "Bass"}
+
+        self.host.click((345, 19))
+        for badge in ((307, 731), (360, 729)):
+            self.host.click(badge)
+        for toggles, is_shown in (
+                ((show, match_all), lambda own: wanted <= own),
+                ((show, match_any), lambda own: bool(wanted & own)),
+                ((hide, match_any), lambda own: not wanted & own),
+                ((hide, match_all), lambda own: not wanted <= own)):
+            for toggle in toggles:
+                self.host.click(toggle)
+            shown = [file for file in files if is_shown(categories[file])]
+            first = ["Home"] if not is_shown({"Tools"}) else ["Home", "Down"]  # below "Initial Patch", which has no file
+            for keys, file in ((["End"], shown[-1]), (first, shown[0])):
+                for key in keys:
+                    self.host.key(key)
+                expected = values_in(file.read_bytes())
+                self.host.await_that(
+                    lambda: expected.items() <= self.loaded_values().items(), f"{keys[-1]} loads {file.name}")
+
+    def test_a_row_reveals_its_file(self):
+        opened, row = self.folder / "opened", (400, 117)
+        self.restart_with("xdg-open", f'echo "$@" > "{opened}"\n')
+        self.host.click((345, 19))
+        self.host.await_still(self.content)
+        self.choose(row, 3, (row[0] + 40, row[1] + 12), (row[0] + 5, row[1] + 5, 60, 15))
+        self.host.await_that(opened.exists, "the desktop is asked")
+        self.host.await_that(
+            lambda: opened.read_text().strip() == str(self.config("Presets/Factory/Bass")), "for the preset's folder")
 
     def test_settings_reach_the_window_from_its_dialog_and_from_other_processes(self):
         scale_box = (649, 180)
+        following, its_settings = self.host, self.config("settings.settings")
+        self.host = self.open_host()
+        own_settings = next(
+            file for path in self.temporary.rglob("Presets") if (file := path.with_name(its_settings.name)) != its_settings)
+        its_settings.symlink_to(own_settings)
+
         self.host.click((721, 19))
         self.host.await_still((364, 102, 380, 160))
         self.choose(scale_box, 1, (scale_box[0], scale_box[1] + 120), (scale_box[0] - 70, scale_box[1] + 30, 100, 60))
         self.host.await_that(lambda: self.host.size() == "1602x1200", "the window is half as large again")
-
-        settings = self.config("settings.settings")
-        self.host.await_that(lambda: 'val="1.5"' in settings.read_text(), "the choice is saved")
-        saved = settings.stat().st_mtime
-        settings.write_text(settings.read_text().replace('val="1.5"', 'val="0.75"'))
-        os.utime(settings, (saved + 2, saved + 2))  # changes within one second are not told apart
-        self.host.await_that(lambda: self.host.size() == "801x600", "another process's choice arrives")
+        self.host.await_that(lambda: 'val="1.5"' in own_settings.read_text(), "the choice is saved")
+        self.host.await_that(lambda: following.size() == "1602x1200", "the other process follows")
+        following.quit()
 
     def test_the_tenth_click_on_the_name_brings_the_next_theme(self):
         corner = (990, 2, 20, 34)
