@@ -3,8 +3,6 @@
 #include "common/ColourIds.h"
 #include "settings/Settings.h"
 
-#include <cmath>
-
 namespace tessarin
 {
 
@@ -153,8 +151,10 @@ void TessarinEditor::applyScale()
 {
     auto userScale = processor.settings.getDoubleValue (Settings::scaleKey, Settings::defaultScale);
 
-    // The file can be written by hand.
-    if (! (userScale > 0.0 && std::isfinite (userScale)))
+    // The file can be written by hand. An X11 window has fewer than 32768 pixels a side.
+    constexpr auto greatestScale = 8.0;
+
+    if (! (userScale > 0.0 && userScale <= greatestScale))
         userScale = Settings::defaultScale;
 
     // The base class keeps the transform as the host's, so it gets the product.

@@ -106,7 +106,7 @@ TEST (OrvoEditor, KeepsItsSizeAndMultipliesTheScales)
     }
 
     // Whatever stands in the file, the window can be seen.
-    for (const auto* damaged : { "0", "-1", "abc", "nan", "inf" })
+    for (const auto* damaged : { "0", "-1", "abc", "nan", "inf", "40" })
     {
         open.plugin.processor.settings.setValue ("scale", damaged);
         open.editor->setScaleFactor (1.5f);
