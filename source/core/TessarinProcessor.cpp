@@ -58,7 +58,7 @@ void TessarinProcessor::setCurrentProgram (int index)
     // Hosts that restore a project set its program as well, which would undo the restore.
     constexpr juce::uint32 quietTimeMs = 1000;
 
-    if (getMillisecondCounter() - lastStateRestoreTime >= quietTimeMs)
+    if (getMillisecondCounter() - lastStateRestoreTime >= quietTimeMs && ! presetManager.isStandIn (index))
         presetManager.loadPreset (index);
 }
 

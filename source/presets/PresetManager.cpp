@@ -180,9 +180,11 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
         juce::Logger::writeToLog ("Preset not saved, since this file exists: " + chosen.getFullPathName());
 
     const auto hasName = chosen.getFileName() != PresetFiles::fileExtension;
+    const std::string_view bytes (text.toRawUTF8(), text.getNumBytesAsUTF8());
 
-    if (! hasName || wouldReplaceUnasked
-        || ! replaceFileAtomically (chosen, text.toRawUTF8(), text.getNumBytesAsUTF8()))
+    // With too long a description, no scan would read the file.
+    if (! hasName || wouldReplaceUnasked || parseCheckedXml (bytes) == nullptr
+        || ! replaceFileAtomically (chosen, bytes.data(), bytes.size()))
     {
         if (toastManager != nullptr)
             toastManager->showError ("Couldn't save preset!");
@@ -207,8 +209,17 @@ void PresetManager::updateHostDisplay()
 {
     using Details = juce::AudioProcessorListener::ChangeDetails;
 
-    const auto hasProgram = getCurrentPreset().index < numProgramsAtStart;
-    processor.updateHostDisplay (Details::getDefaultFlags().withProgramChanged (hasProgram));
+    processor.updateHostDisplay (Details::getDefaultFlags().withProgramChanged (! isNewToHost()));
+}
+
+bool PresetManager::isNewToHost() const
+{
+    return getCurrentPreset().index >= numProgramsAtStart;
+}
+
+bool PresetManager::isStandIn (int index) const
+{
+    return isNewToHost() && index == numProgramsAtStart - 1;
 }
 
 juce::String PresetManager::getProgramName (int index)

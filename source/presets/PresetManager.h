@@ -61,6 +61,11 @@ public:
         was asked. */
     void finishSaving (juce::File chosen, const juce::String& text);
 
+    /** A host sends this index for the current preset, which a save has added. The number of programs is fixed when a
+        VST3 module is loaded; JUCE's wrapper takes a later one for the last of them, and would load that in its place.
+    */
+    [[nodiscard]] bool isStandIn (int index) const;
+
     /** For a program number of the host; empty, and an error toast, if there is no such preset. */
     [[nodiscard]] juce::String getProgramName (int index);
 
@@ -93,6 +98,7 @@ private:
     void applyState (juce::XmlElement& xml);
     void selectIfListed (const juce::String& path);
     void updateHostDisplay();
+    [[nodiscard]] bool isNewToHost() const;
 
     TessarinProcessor& processor;
     juce::AudioProcessorValueTreeState& parameters;
@@ -102,8 +108,7 @@ private:
     juce::ValueTree presetTree;
     juce::Array<Preset> presets;
 
-    /** As many as a host knows: the format fixes it when the module is loaded. JUCE's wrapper takes a later one, which
-        a save has added, for the last of these, and would load that in its place. */
+    /** As many as a host knows. */
     int numProgramsAtStart = 0;
 
     std::unique_ptr<juce::FileChooser> fileChooser;

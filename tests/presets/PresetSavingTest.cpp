@@ -174,6 +174,12 @@ TEST_F (PresetSaving, LoadsNoOtherPresetThroughAHostThatKnowsTheFirstProgramsOnl
     }
 
     EXPECT_EQ (host.program, 0);
+
+    // What the wrapper does at a restore, if it comes later than the quiet time.
+    save (config.preset ("User/Zulu.tpre"));
+    processor.setCurrentProgram (host.lastProgram);
+    EXPECT_EQ (gain(), gainToKeep);
+
     save (config.preset ("User/Abc.tpre"));
     EXPECT_EQ (host.program, 1) << "one that it has a number for";
 }
@@ -207,6 +213,11 @@ TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
 
     save (config.preset ("User/.tpre"));
     expectNothingChanged ("ERROR: Couldn't save preset!", "no name");
+    processor.toastManager.toasts.clear();
+
+    auto& manager = processor.presetManager;
+    manager.finishSaving (loud, manager.makePresetText (String::repeatedString ("x", 1024 * 1024), {}, {}));
+    expectNothingChanged ("ERROR: Couldn't save preset!", "too long to be read again");
     processor.toastManager.toasts.clear();
 
     for (const rlim_t room : { 0u, 1000u })
