@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <string>
+
 /** A program of the desktop, such as its document viewer, first on the search path while this exists. It tells
     its last argument, and answers with a line. */
 struct FakeProgram
@@ -17,8 +19,8 @@ struct FakeProgram
         const auto pipe = folder.getChildFile ("pipe").getFullPathName();
         const auto script = folder.getChildFile (name);
         folder.createDirectory();
-        script.replaceWithText ("#!/bin/sh\nfor last; do :; done\nprintf %s \"$last\" >'" + pipe + "'\necho '"
-                                    + answer + "'\n",
+        script.replaceWithText ("#!/bin/sh\nfor last; do :; done\nprintf '%s\\n' \"$last\" >'" + pipe
+                                    + "'\necho '" + answer + "'\n",
                                 false, false, nullptr);
         script.setExecutePermission (true);
         mkfifo (pipe.toRawUTF8(), 0600);
@@ -33,15 +35,19 @@ struct FakeProgram
         close (reader);
     }
 
-    /** Waits until the program runs; empty if it never does. */
+    /** Of the first run that was not yet asked for. Waits until the program runs; empty if it never does. */
     juce::String readLastArgument() const
     {
         constexpr auto longestWaitMs = 10000;
         pollfd waiting { reader, POLLIN, 0 };
-        char text[4096];
-        const auto isReady = poll (&waiting, 1, longestWaitMs) == 1;
-        return juce::String::fromUTF8 (text,
-                                       isReady ? static_cast<int> (read (reader, text, sizeof (text))) : 0);
+        std::string argument;
+        char letter = 0;
+
+        // No further: the next run may have written already.
+        while (poll (&waiting, 1, longestWaitMs) == 1 && read (reader, &letter, 1) == 1 && letter != '\n')
+            argument += letter;
+
+        return juce::String::fromUTF8 (argument.c_str());
     }
 
     const juce::String previousPath = juce::SystemStats::getEnvironmentVariable ("PATH", {});
