@@ -3,6 +3,7 @@
 #include "common/Rounding.h"
 #include "common/StateTree.h"
 #include "core/StateBlock.h"
+#include "core/WindowSystemErrors.h"
 #include "settings/Settings.h"
 
 namespace tessarin
@@ -16,6 +17,8 @@ TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
       logger (TessarinLogger::getDefaultFile()),
       liveTreeMarker (*this)
 {
+    // JUCE talks to the server from the moment on that the module is loaded, with a window or without.
+    WindowSystemErrors::keepFromHost();
 }
 
 TessarinProcessor::~TessarinProcessor()

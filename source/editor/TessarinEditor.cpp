@@ -1,6 +1,7 @@
 #include "TessarinEditor.h"
 
 #include "common/ColourIds.h"
+#include "core/WindowSystemErrors.h"
 #include "settings/Settings.h"
 
 namespace tessarin
@@ -35,6 +36,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
       topBar (*this),
       presetBrowser (owner.presetManager)
 {
+    WindowSystemErrors::keepFromHost();
     setLookAndFeel (&lookAndFeel->lookAndFeel);
     setOpaque (true);
 
@@ -68,6 +70,9 @@ TessarinEditor::~TessarinEditor()
     processor.licenceManager.removeChangeListener (this);
     processor.settings.removeChangeListener (this);
     setLookAndFeel (nullptr);
+
+    if (const auto errors = WindowSystemErrors::takeCount(); errors > 0)
+        juce::Logger::writeToLog ("Errors of the window system, kept from the host: " + juce::String (errors));
 }
 
 void TessarinEditor::addChildren()

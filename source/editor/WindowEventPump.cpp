@@ -21,10 +21,15 @@ void WindowEventPump::timerCallback()
     if (system == nullptr || system->getDisplay() == nullptr)
         return;
 
-    const auto connection = juce::X11Symbols::getInstance()->xConnectionNumber (system->getDisplay());
+    // What is still on its way wakes JUCE by itself.
+    const auto* symbols = juce::X11Symbols::getInstance();
+
+    if (symbols->xEventsQueued (system->getDisplay(), QueuedAlready) == 0)
+        return;
 
     // An event may close the editor and delete this object.
-    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (connection);
+    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (
+        symbols->xConnectionNumber (system->getDisplay()));
 }
 
 } // namespace tessarin
