@@ -38,7 +38,7 @@ std::filesystem::path makeFolder()
 
 std::filesystem::path logFile()
 {
-    return std::filesystem::path (getenv ("XDG_CONFIG_HOME")) / "Tessarin/Orvo/log.log";
+    return configFolder() / "log.log";
 }
 
 [[noreturn]] void stealFocusForEver()
@@ -114,14 +114,60 @@ FleetingFocus::~FleetingFocus()
     waitpid (process, nullptr, 0);
 }
 
-TemporaryCopy::TemporaryCopy (const std::filesystem::path& file) : path (makeFolder() / file.filename())
+TemporaryFolder::TemporaryFolder() : path (makeFolder())
+{
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::filesystem::remove_all (path);
+}
+
+TemporaryCopy::TemporaryCopy (const std::filesystem::path& file) : path (folder.path / file.filename())
 {
     std::filesystem::copy_file (file, path);
 }
 
-TemporaryCopy::~TemporaryCopy()
+std::filesystem::path configFolder()
 {
-    std::filesystem::remove_all (path.parent_path());
+    return std::filesystem::path (getenv ("XDG_CONFIG_HOME")) / "Tessarin/Orvo";
+}
+
+void press (Display* display, Window window, const char* key)
+{
+    for (const auto type : { KeyPress, KeyRelease })
+    {
+        XEvent event {};
+        event.xkey.type = type;
+        event.xkey.display = display;
+        event.xkey.window = window;
+        event.xkey.root = DefaultRootWindow (display);
+        event.xkey.same_screen = True;
+        event.xkey.keycode = XKeysymToKeycode (display, XStringToKeysym (key));
+        XSendEvent (display, window, False, NoEventMask, &event);
+    }
+
+    XSync (display, False);
+}
+
+void click (Display* display, Window window, std::pair<int, int> place)
+{
+    for (const auto type : { ButtonPress, ButtonRelease })
+    {
+        XEvent event {};
+        event.xbutton.type = type;
+        event.xbutton.display = display;
+        event.xbutton.window = window;
+        event.xbutton.root = DefaultRootWindow (display);
+        event.xbutton.same_screen = True;
+        event.xbutton.button = Button1;
+        event.xbutton.x = event.xbutton.x_root = place.first;
+        event.xbutton.y = event.xbutton.y_root = place.second;
+        event.xbutton.state = type == ButtonRelease ? Button1Mask : 0;
+        XSendEvent (display, window, False, NoEventMask, &event);
+    }
+
+    XSync (display, False);
 }
 
 bool isMapped (const std::filesystem::path& library)
@@ -185,11 +231,13 @@ int main (int argc, char** argv)
     testing::InitGoogleTest (&argc, argv);
 
     // The plug-in's files, away from the user's.
-    const auto home = makeFolder();
-    setenv ("HOME", home.c_str(), 1);
-    setenv ("XDG_CONFIG_HOME", home.c_str(), 1);
+    const TemporaryFolder home;
+    setenv ("HOME", home.path.c_str(), 1);
+    setenv ("XDG_CONFIG_HOME", home.path.c_str(), 1);
 
-    const auto result = RUN_ALL_TESTS();
-    std::filesystem::remove_all (home);
-    return result;
+    // Without presets, a message lies over the window.
+    std::filesystem::create_directories (configFolder() / "Presets");
+    std::filesystem::copy (ORVO_PRESETS, configFolder() / "Presets/Factory",
+                           std::filesystem::copy_options::recursive);
+    return RUN_ALL_TESTS();
 }

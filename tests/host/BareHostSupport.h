@@ -43,17 +43,35 @@ private:
     int process;
 };
 
+/** A folder that goes with the test. */
+struct TemporaryFolder
+{
+    TemporaryFolder();
+    ~TemporaryFolder();
+
+    TemporaryFolder (const TemporaryFolder&) = delete;
+    TemporaryFolder& operator= (const TemporaryFolder&) = delete;
+
+    const std::filesystem::path path;
+};
+
 /** A second file of the same module, which the loader takes for another one. */
 struct TemporaryCopy
 {
     explicit TemporaryCopy (const std::filesystem::path&);
-    ~TemporaryCopy();
 
-    TemporaryCopy (const TemporaryCopy&) = delete;
-    TemporaryCopy& operator= (const TemporaryCopy&) = delete;
-
+    const TemporaryFolder folder;
     const std::filesystem::path path;
 };
+
+/** Where the plug-in keeps its files. */
+[[nodiscard]] std::filesystem::path configFolder();
+
+/** The key, down and up again, told to the window by the X server's own kind of event. */
+void press (Display*, Window, const char* key);
+
+/** The left button, down and up again, at this place of the window. */
+void click (Display*, Window, std::pair<int, int> place);
 
 /** Whether the process has the library's code in its memory. */
 [[nodiscard]] bool isMapped (const std::filesystem::path&);

@@ -1,0 +1,154 @@
+// A plug-in is a guest in the host's process. JUCE, which serves whole programs too, changes some things that belong to
+// the process: the working folder and the environment (file dialogs) and the locale (each key). The programs that it
+// starts inherit whatever the host has open, and one that shows a document is never asked how it ended.
+//
+// The module is linked so that the calls in question, from JUCE or anything else in the module, arrive here instead of
+// in the C library ("--wrap"). Nothing outside the module is concerned. Threads: any.
+
+#include <fcntl.h>
+#include <linux/close_range.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <clocale>
+#include <csignal>
+#include <cstring>
+#include <utility>
+
+extern "C"
+{
+    int __real_fork();
+    int __real_chdir (const char*);
+    int __real_execv (const char*, char* const*);
+    int __real_execvp (const char*, char* const*);
+    char* __real_setlocale (int, const char*);
+
+    int __wrap_fork();
+    int __wrap_chdir (const char*);
+    int __wrap_execv (const char*, char* const*);
+    int __wrap_execvp (const char*, char* const*);
+    int __wrap_pipe (int*);
+    int __wrap_setenv (const char*, const char*, int);
+    char* __wrap_setlocale (int, const char*);
+}
+
+namespace
+{
+/** Where the next child of this thread begins; empty for the host's folder. An object with a destructor would keep the
+    module loaded for as long as the thread lives. */
+thread_local std::array<char, PATH_MAX> childsFolder {};
+
+/** Whether the next child of this thread talks to us through a pipe; it is then waited for, too. */
+thread_local bool childTalks = false;
+
+/** In a child, before it becomes another program: it takes along neither the host's files, devices and locks, nor a
+    stream that somebody waits to see closed, nor the signals that the host blocks. */
+void leaveHost (bool keepsOutput)
+{
+    if (childsFolder[0] != 0) [[maybe_unused]]
+        const auto entered = __real_chdir (childsFolder.data());
+
+    const auto nothing = open ("/dev/null", O_RDWR);
+    dup2 (nothing, STDIN_FILENO);
+
+    if (! keepsOutput)
+    {
+        dup2 (nothing, STDOUT_FILENO);
+        dup2 (nothing, STDERR_FILENO);
+    }
+
+    constexpr auto first = STDERR_FILENO + 1;
+
+    if (close_range (first, UINT_MAX, CLOSE_RANGE_CLOEXEC) != 0)
+        for (auto file = first; file < getdtablesize(); ++file)
+            fcntl (file, F_SETFD, FD_CLOEXEC);
+
+    sigset_t none;
+    sigemptyset (&none);
+    sigprocmask (SIG_SETMASK, &none, nullptr);
+}
+} // namespace
+
+/** The locale stays; the answer is the one that is in force. */
+char* __wrap_setlocale (int category, const char*)
+{
+    return __real_setlocale (category, nullptr);
+}
+
+/** The environment stays. JUCE would tell a file dialog of a window of ours on top, and a plug-in has none. */
+int __wrap_setenv (const char*, const char*, int)
+{
+    return 0;
+}
+
+/** The working folder stays; the next child begins in this one. */
+int __wrap_chdir (const char* folder)
+{
+    struct stat status
+    {
+    };
+
+    if (stat (folder, &status) != 0)
+        return -1;
+
+    if (! S_ISDIR (status.st_mode) || std::strlen (folder) >= childsFolder.size())
+    {
+        errno = ENOTDIR;
+        return -1;
+    }
+
+    std::strcpy (childsFolder.data(), folder);
+    return 0;
+}
+
+/** Another child, such as one of the host's, does not keep the pipe open. */
+int __wrap_pipe (int* ends)
+{
+    childTalks = true;
+    return pipe2 (ends, O_CLOEXEC);
+}
+
+/** A child that nobody waits for has none of our processes for a parent, and leaves no trace when it ends. */
+int __wrap_fork()
+{
+    const auto isWaitedFor = std::exchange (childTalks, false);
+    const auto child = __real_fork();
+
+    if (child == 0 && ! isWaitedFor)
+        if (const auto grandchild = __real_fork(); grandchild != 0)
+            _exit (grandchild > 0 ? 0 : 1);
+
+    if (child > 0)
+        childsFolder[0] = 0;
+
+    if (child <= 0 || isWaitedFor)
+        return child;
+
+    auto status = 0;
+
+    while (waitpid (child, &status, 0) < 0 && errno == EINTR)
+    {
+    }
+
+    return status == 0 ? child : -1;
+}
+
+/** JUCE shows documents and folders through this one. */
+int __wrap_execv (const char* program, char* const* arguments)
+{
+    leaveHost (false);
+    __real_execv (program, arguments);
+    _exit (127);
+}
+
+/** JUCE asks programs through this one and reads what they print. */
+int __wrap_execvp (const char* program, char* const* arguments)
+{
+    leaveHost (true);
+    __real_execvp (program, arguments);
+    _exit (127);
+}
