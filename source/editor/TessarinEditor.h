@@ -2,6 +2,7 @@
 
 #include "core/TessarinProcessor.h"
 #include "editor/ClickFocus.h"
+#include "editor/HeldMouse.h"
 #include "editor/LicenceDialog.h"
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
@@ -62,6 +63,7 @@ public:
     juce::SharedResourcePointer<DLAF> lookAndFeel;
     TessarinProcessor& processor;
     juce::AudioProcessorValueTreeState& parameters;
+    const HeldMouse heldMouse { *this };
 
     LicenceDialog licenceDialog;
     SavePresetModal savePresetModal;
