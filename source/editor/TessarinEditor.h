@@ -4,6 +4,7 @@
 #include "editor/ClickFocus.h"
 #include "editor/HeldMouse.h"
 #include "editor/LicenceDialog.h"
+#include "editor/LicenceOverlay.h"
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
 #include "presets/PresetBrowser.h"
@@ -76,8 +77,9 @@ public:
     float hostScale = 1.0f;
     luna::TooltipPanel tooltipPanel;
 
-    /** Hidden unless licensing shows them. */
-    juce::Component licenceOverlay, licenceNotice;
+    /** Hidden unless licensing shows them. A click on the first opens the licence dialog. */
+    LicenceOverlay licenceOverlay { LicenceOverlay::Kind::cover };
+    LicenceOverlay licenceNotice { LicenceOverlay::Kind::notice };
 
     PresetBrowser presetBrowser;
     ClickFocus clickFocus { *this };

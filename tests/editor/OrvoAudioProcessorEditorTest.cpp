@@ -244,6 +244,49 @@ TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
     EXPECT_EQ (open.editor->tooltipPanel.statusLabel.getText(), "Trial");
 }
 
+TEST (OrvoEditor, ShowsAndHidesWhatLicensingLaysOverIt)
+{
+    OpenEditor open;
+    const auto status = [&] (const char* overlay, const char* notice)
+    {
+        tessarin::LicenceManager::Status s;
+        s.overlayText = overlay;
+        s.noticeText = notice;
+        open.plugin.processor.licenceManager.setStatus (s);
+        dispatchMessages();
+    };
+    const auto clickLayout = [&] (int index)
+    {
+        open.window->clickMouse (*open.editor->inputPanel.layoutButtons.buttons[index], { 10, 10 });
+        dispatchMessages();
+        return open.plugin.get ("layout");
+    };
+    const auto look = [&] (int x, int y) { return open.window->render().getPixelAt (x, y); };
+    const auto bar = look (300, 5), panel = open.editor->findColour (luna::ColourIds::panelColourId);
+
+    EXPECT_EQ (clickLayout (2), 2.0);
+
+    // The notice stands below the top bar and lets the mouse through.
+    status ("", "Trial");
+    EXPECT_EQ (look (300, 5), bar);
+    EXPECT_EQ (look (300, 45), panel);
+    EXPECT_EQ (clickLayout (1), 1.0);
+
+    // The overlay is over everything, also in a window that opens later.
+    status ("Expired", "");
+    open.close();
+    open.open();
+    EXPECT_EQ (look (300, 5), bar.overlaidWith (juce::Colour (0xbb000000)));
+    EXPECT_EQ (clickLayout (3), 1.0);
+    EXPECT_TRUE (open.editor->licenceDialog.isVisible());
+    open.window->typeKey (juce::KeyPress (juce::KeyPress::escapeKey));
+
+    status ("", "");
+    EXPECT_EQ (look (300, 5), bar);
+    EXPECT_NE (look (300, 45), panel);
+    EXPECT_EQ (clickLayout (3), 3.0);
+}
+
 namespace
 {
 /** A host that automates everything an editor follows, at full rate, and restores state in between. */
