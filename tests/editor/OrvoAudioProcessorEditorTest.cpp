@@ -16,6 +16,12 @@ struct LayoutCase
     int layout, width, height;
 };
 
+/** For the test's name in ctest. */
+void PrintTo (const LayoutCase& layoutCase, std::ostream* stream)
+{
+    *stream << "layout " << layoutCase.layout << " at " << layoutCase.width << "x" << layoutCase.height;
+}
+
 class EditorLayouts : public testing::TestWithParam<LayoutCase>
 {
 };
@@ -340,6 +346,11 @@ TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
     const TemporaryConfig config;
     config.addPreset ("Factory/Loud.tpre", stateText());
 
+    // As a plug-in's view lies in its host's window. A window of its own gets its size when the window manager has
+    // thought about it, and until then the old one.
+    juce::Component hostWindow;
+    hostWindow.addToDesktop (juce::ComponentPeer::windowIsTemporary);
+
     for (const auto& [numInstances, numRounds] : { std::pair { 1, 8 }, { 8, 1 } })
     {
         std::vector<std::unique_ptr<PluginUnderTest>> plugins;
@@ -358,7 +369,7 @@ TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
             for (auto& plugin : plugins)
             {
                 editors.emplace_back (plugin->processor.createEditorIfNeeded());
-                editors.back()->addToDesktop (0);
+                editors.back()->addToDesktop (0, hostWindow.getWindowHandle());
                 editors.back()->setVisible (true);
                 editors.back()->setSize (977 + 10 * round, 800 + round);
             }
