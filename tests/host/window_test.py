@@ -506,12 +506,17 @@ class PresetsTest(WindowTest):
         params = [f"{name}_{section}" for name in ("threshold", "gain", "mode") for section in ("single", "post")]
         values = lambda: [self.host.text(name) for name in params] + [self.host.text("in_gain"), self.host.text("layout")]
         defaults = values()
+        self.host.ask(f"save {self.folder}/state")
 
         self.host.click(previous)  # greyed out on the first one
         self.host.click(following)
         stepped = self.host.await_other(self.box, initial)
         self.host.await_that(lambda: values() != defaults, "the preset's values arrive")
         loaded = values()
+        self.host.ask(f"load {self.folder}/state")
+        self.host.await_that(lambda: self.host.look(*self.box) == initial, "a restore shows its preset")
+        self.host.click(following)
+        self.host.await_that(lambda: self.host.look(*self.box) == stepped and values() == loaded, "and steps from there")
         self.host.click(previous)
         self.host.await_that(lambda: self.host.look(*self.box) == initial and values() == defaults, "back at the start")
 
