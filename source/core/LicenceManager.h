@@ -27,6 +27,12 @@ public:
 
         juce::String registeredName;
         juce::String statusText;
+
+        /** Stands over the whole editor but its dialogs, and keeps the mouse from it; empty: there is none. */
+        juce::String overlayText;
+
+        /** Stands over the top of the editor's content, and takes no mouse; empty: there is none. */
+        juce::String noticeText;
         bool showLicenceButton = false;
     };
 
@@ -56,6 +62,10 @@ public:
     [[nodiscard]] const juce::String& getRegisteredName() const { return status.registeredName; }
 
     [[nodiscard]] const juce::String& getStatusText() const { return status.statusText; }
+
+    [[nodiscard]] const juce::String& getOverlayText() const { return status.overlayText; }
+
+    [[nodiscard]] const juce::String& getNoticeText() const { return status.noticeText; }
 
     [[nodiscard]] bool isLicenceButtonVisible() const { return status.showLicenceButton; }
 

@@ -125,8 +125,14 @@ void MultiModeClipperEditor::setUpButton (luna::IconButton& button,
                                           const juce::String& parameterId)
 {
     if (auto* parameter = state->getParameter (parameterId))
+    {
         attachment =
             std::make_unique<juce::ButtonParameterAttachment> (*parameter, button, state->undoManager);
+
+        // The button clicks only if it changes, which it can have done before the section did.
+        enablementWatches.push_back (
+            std::make_unique<juce::ParameterAttachment> (*parameter, [this] (float) { updateEnablement(); }));
+    }
 
     button.setToggleState (isOn (parameterId), juce::dontSendNotification);
     button.setClickingTogglesState (true);

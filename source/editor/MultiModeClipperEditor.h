@@ -8,6 +8,7 @@
 #include "widgets/SaturatorGraph.h"
 
 #include <memory>
+#include <vector>
 
 /** Edits one clipper section: its curve, mode and controls, arranged by the width that the panel is given.
 
@@ -71,6 +72,9 @@ private:
     const juce::String sectionId;
     juce::AudioProcessorValueTreeState* state;
     juce::CriticalSection& stateLock;
+
+    /** They tell of every change of "enable" and "link" once the section has it. */
+    std::vector<std::unique_ptr<juce::ParameterAttachment>> enablementWatches;
 
     tessarin::PostedUpdate modeUpdate { [this] { modeChanged(); } };
 

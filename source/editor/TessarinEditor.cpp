@@ -56,6 +56,11 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
 
     addChildren();
     presetBrowser.onCloseRequest = [this] { topBar.closePresetBrowser(); };
+    licenceOverlay.onClick = [this]
+    {
+        licenceDialog.setVisible (true);
+        licenceDialog.toFront (true);
+    };
     showLicence();
 }
 
@@ -109,15 +114,16 @@ void TessarinEditor::resized()
         overlay->setBounds (getLocalBounds());
 
     presetBrowser.setBounds (getContentArea());
+    licenceNotice.setBounds (getContentArea().removeFromTop (tooltipBarHeight));
     raiseOverlays();
 }
 
 /** The product's content comes later than the frame's children, and would cover them. */
 void TessarinEditor::raiseOverlays()
 {
-    for (auto* overlay :
-         std::initializer_list<juce::Component*> { &presetBrowser, &licenceOverlay, toastManager,
-                                                   &settingsModal, &savePresetModal, &licenceDialog })
+    for (auto* overlay : std::initializer_list<juce::Component*> {
+             &licenceNotice, &presetBrowser, &licenceOverlay, toastManager, &settingsModal, &savePresetModal,
+             &licenceDialog })
         overlay->toFront (false);
 }
 
@@ -208,7 +214,10 @@ void TessarinEditor::changeListenerCallback (juce::ChangeBroadcaster* source)
 
 void TessarinEditor::showLicence()
 {
-    tooltipPanel.statusLabel.setText (processor.licenceManager.getStatusText(), juce::dontSendNotification);
+    const auto& licence = processor.licenceManager;
+    tooltipPanel.statusLabel.setText (licence.getStatusText(), juce::dontSendNotification);
+    licenceOverlay.setText (licence.getOverlayText());
+    licenceNotice.setText (licence.getNoticeText());
     licenceDialog.refresh();
 }
 

@@ -2,7 +2,9 @@
 
 #include "core/TessarinProcessor.h"
 #include "editor/ClickFocus.h"
+#include "editor/HeldMouse.h"
 #include "editor/LicenceDialog.h"
+#include "editor/LicenceOverlay.h"
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
 #include "presets/PresetBrowser.h"
@@ -62,6 +64,7 @@ public:
     juce::SharedResourcePointer<DLAF> lookAndFeel;
     TessarinProcessor& processor;
     juce::AudioProcessorValueTreeState& parameters;
+    const HeldMouse heldMouse { *this };
 
     LicenceDialog licenceDialog;
     SavePresetModal savePresetModal;
@@ -74,8 +77,9 @@ public:
     float hostScale = 1.0f;
     luna::TooltipPanel tooltipPanel;
 
-    /** Hidden unless licensing shows them. */
-    juce::Component licenceOverlay, licenceNotice;
+    /** Hidden unless licensing shows them. A click on the first opens the licence dialog. */
+    LicenceOverlay licenceOverlay { LicenceOverlay::Kind::cover };
+    LicenceOverlay licenceNotice { LicenceOverlay::Kind::notice };
 
     PresetBrowser presetBrowser;
     ClickFocus clickFocus { *this };

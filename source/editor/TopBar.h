@@ -46,6 +46,8 @@ public:
 
     void presetLoaded (Preset) override { refreshPresetDisplay(); }
 
+    void presetRestored (Preset) override { refreshPresetDisplay(); }
+
     void run() override {}
 
     void timerCallback() override;

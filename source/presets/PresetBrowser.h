@@ -25,6 +25,8 @@ public:
     void presetSaved (Preset preset) override;
     void presetLoaded (Preset preset) override;
 
+    void presetRestored (Preset preset) override { presetLoaded (std::move (preset)); }
+
     void visibilityChanged() override;
     bool keyPressed (const juce::KeyPress&) override;
     void paint (juce::Graphics&) override;

@@ -262,12 +262,22 @@ Preset PresetManager::getCurrentPreset() const
 
 void PresetManager::selectByPath (const juce::String& path)
 {
-    const juce::ScopedLock scope (lock);
+    {
+        const juce::ScopedLock scope (lock);
 
-    if (! presets.isEmpty())
-        currentPreset = presets.getFirst();
+        if (! presets.isEmpty())
+            currentPreset = presets.getFirst();
 
-    selectIfListed (path);
+        selectIfListed (path);
+    }
+
+    restoreMessage.triggerAsyncUpdate();
+}
+
+void PresetManager::RestoreMessage::handleAsyncUpdate()
+{
+    owner.listeners.call ([preset = owner.getCurrentPreset()] (Listener& listener)
+                          { listener.presetRestored (preset); });
 }
 
 void PresetManager::selectIfListed (const juce::String& path)

@@ -32,6 +32,10 @@ public:
 
         /** After a load, with the new current preset. */
         virtual void presetLoaded (Preset preset) = 0;
+
+        /** Soon after a host's restore, with the preset that it has made current. On the message thread, whichever
+            thread the restore was on. */
+        virtual void presetRestored (Preset) {}
     };
 
     /** Scans the folders and makes the first preset current. All arguments must outlive the manager; the
@@ -76,8 +80,8 @@ public:
     [[nodiscard]] int getNumPresets() const;
     [[nodiscard]] Preset getCurrentPreset() const;
 
-    /** Makes the first preset with this path current, else the first of all; with an empty list nothing
-        changes. The file is not read, and no listener is told. */
+    /** For a host's restore: makes the first preset with this path current, else the first of all; with an empty
+        list nothing changes. The file is not read. The listeners are told later, on the message thread. */
     void selectByPath (const juce::String& path);
 
     void addListener (Listener* listener) { listeners.add (listener); }
@@ -94,6 +98,17 @@ public:
     std::shared_ptr<juce::XmlElement> initialState;
 
 private:
+    struct RestoreMessage final : juce::AsyncUpdater
+    {
+        explicit RestoreMessage (PresetManager& manager) : owner (manager) {}
+
+        ~RestoreMessage() override { cancelPendingUpdate(); }
+
+        void handleAsyncUpdate() override;
+
+        PresetManager& owner;
+    };
+
     std::unique_ptr<juce::XmlElement> select (int index);
     void applyState (juce::XmlElement& xml);
     void selectIfListed (const juce::String& path);
@@ -116,6 +131,8 @@ private:
 
     /** Covers `presets` and `currentPreset`; nothing is called with it held. */
     juce::CriticalSection lock;
+
+    RestoreMessage restoreMessage { *this };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetManager)
 };

@@ -72,7 +72,7 @@ public:
     /** Takes the preset's list index. */
     std::function<void (int)> onPresetClicked;
 
-    /** The list index of the current preset. Asked each time, since a host's restore changes it untold. */
+    /** The list index of the current preset. Asked each time, since a host's restore changes it before it is told. */
     std::function<int()> getCurrentIndex = [] { return -1; };
 
     Table table { *this };

@@ -21,8 +21,11 @@ ParameterChoiceButtons::ParameterChoiceButtons (juce::String id,
 
     state->addParameterListener (parameterId, this);
 
+    // Unless the host has sent a newer one since the line above.
+    auto none = noIndexYet;
+
     if (const auto* value = state->getRawParameterValue (parameterId))
-        currentIndex = roundToChoice (value->load());
+        currentIndex.compare_exchange_strong (none, roundToChoice (value->load()));
 
     handleAsyncUpdate();
 }

@@ -36,7 +36,10 @@ public:
     juce::OwnedArray<BetterTextButton> buttons;
     juce::String parameterId;
     juce::AudioProcessorValueTreeState* state;
-    std::atomic<int> currentIndex { 0 };
+
+    static constexpr auto noIndexYet = -1;
+    std::atomic<int> currentIndex { noIndexYet };
+
     int orientation = column;
 
     /** Between two buttons, in pixels. */

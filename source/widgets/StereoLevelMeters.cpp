@@ -29,7 +29,7 @@ StereoLevelMeters::StereoLevelMeters (Processor* processor, bool showPeakValues,
     addReadOut (leftPeakValue, "Max Peak Value: Click to reset", "Left maximum peak");
     addReadOut (rightPeakValue, "Max Peak Value: Click to reset", "Right maximum peak");
     addReadOut (leftRmsValue, "Max RMS Value: Click to reset", "Left maximum RMS");
-    addReadOut (rightRmsValue, "Max RMS Value: Click to reset", "Right maximum RMS");
+    addReadOut (rightRmsValue, "Max RMS Value: Click to reset", "Right maximum peak");
     setReadOutsVisible (showPeakValues, showRmsValues);
 }
 

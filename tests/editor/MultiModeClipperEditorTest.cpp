@@ -145,6 +145,32 @@ TEST (MultiModeClipperEditor, GreysOutWhatLinkAndEnableTakeOutOfTheUsersHands)
     EXPECT_TRUE (panel.enableButton.getToggleState());
 }
 
+TEST (MultiModeClipperEditor, OpensRightWhileItsSectionWaitsForABlockToEnd)
+{
+    OpenEditor open;
+    const auto& isOn = *open.plugin.processor.parameters.getRawParameterValue ("enable_single");
+
+    for (const auto value : { 0.0f, 1.0f })
+    {
+        open.close();
+
+        // As the audio thread holds it during a block. The parameter has its value before, the section after.
+        open.plugin.processor.processLock.enter();
+        std::thread host ([&] { open.plugin.set ("enable_single", static_cast<double> (value)); });
+
+        while (isOn.load() != value)
+            std::this_thread::yield();
+
+        open.open();
+        open.plugin.processor.processLock.exit();
+        host.join();
+        dispatchMessages();
+        EXPECT_EQ (open.editor->singleEditor.thresholdSlider.isEnabled(), value > 0.5f);
+        EXPECT_EQ (open.editor->singleEditor.makeupSlider.isEnabled(), value > 0.5f);
+        EXPECT_EQ (open.editor->singleEditor.enableButton.getToggleState(), value > 0.5f);
+    }
+}
+
 TEST (MultiModeClipperEditor, OffersItsModesInTwoGroups)
 {
     OpenEditor open;

@@ -16,6 +16,12 @@ struct LayoutCase
     int layout, width, height;
 };
 
+/** For the test's name in ctest. */
+void PrintTo (const LayoutCase& layoutCase, std::ostream* stream)
+{
+    *stream << "layout " << layoutCase.layout << " at " << layoutCase.width << "x" << layoutCase.height;
+}
+
 class EditorLayouts : public testing::TestWithParam<LayoutCase>
 {
 };
@@ -244,6 +250,49 @@ TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
     EXPECT_EQ (open.editor->tooltipPanel.statusLabel.getText(), "Trial");
 }
 
+TEST (OrvoEditor, ShowsAndHidesWhatLicensingLaysOverIt)
+{
+    OpenEditor open;
+    const auto status = [&] (const char* overlay, const char* notice)
+    {
+        tessarin::LicenceManager::Status s;
+        s.overlayText = overlay;
+        s.noticeText = notice;
+        open.plugin.processor.licenceManager.setStatus (s);
+        dispatchMessages();
+    };
+    const auto clickLayout = [&] (int index)
+    {
+        open.window->clickMouse (*open.editor->inputPanel.layoutButtons.buttons[index], { 10, 10 });
+        dispatchMessages();
+        return open.plugin.get ("layout");
+    };
+    const auto look = [&] (int x, int y) { return open.window->render().getPixelAt (x, y); };
+    const auto bar = look (300, 5), panel = open.editor->findColour (luna::ColourIds::panelColourId);
+
+    EXPECT_EQ (clickLayout (2), 2.0);
+
+    // The notice stands below the top bar and lets the mouse through.
+    status ("", "Trial");
+    EXPECT_EQ (look (300, 5), bar);
+    EXPECT_EQ (look (300, 45), panel);
+    EXPECT_EQ (clickLayout (1), 1.0);
+
+    // The overlay is over everything, also in a window that opens later.
+    status ("Expired", "");
+    open.close();
+    open.open();
+    EXPECT_EQ (look (300, 5), bar.overlaidWith (juce::Colour (0xbb000000)));
+    EXPECT_EQ (clickLayout (3), 1.0);
+    EXPECT_TRUE (open.editor->licenceDialog.isVisible());
+    open.window->typeKey (juce::KeyPress (juce::KeyPress::escapeKey));
+
+    status ("", "");
+    EXPECT_EQ (look (300, 5), bar);
+    EXPECT_NE (look (300, 45), panel);
+    EXPECT_EQ (clickLayout (3), 3.0);
+}
+
 namespace
 {
 /** A host that automates everything an editor follows, at full rate, and restores state in between. */
@@ -297,6 +346,11 @@ TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
     const TemporaryConfig config;
     config.addPreset ("Factory/Loud.tpre", stateText());
 
+    // As a plug-in's view lies in its host's window. A window of its own gets its size when the window manager has
+    // thought about it, and until then the old one.
+    juce::Component hostWindow;
+    hostWindow.addToDesktop (juce::ComponentPeer::windowIsTemporary);
+
     for (const auto& [numInstances, numRounds] : { std::pair { 1, 8 }, { 8, 1 } })
     {
         std::vector<std::unique_ptr<PluginUnderTest>> plugins;
@@ -315,7 +369,7 @@ TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
             for (auto& plugin : plugins)
             {
                 editors.emplace_back (plugin->processor.createEditorIfNeeded());
-                editors.back()->addToDesktop (0);
+                editors.back()->addToDesktop (0, hostWindow.getWindowHandle());
                 editors.back()->setVisible (true);
                 editors.back()->setSize (977 + 10 * round, 800 + round);
             }

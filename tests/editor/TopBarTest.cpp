@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace
 {
 using juce::String;
@@ -94,6 +96,42 @@ TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
         bar.setSize (width, 38);
         EXPECT_EQ (bar.presetBox.getWidth(), width == 699 ? 150 : 183);
     }
+}
+
+TEST_F (TopBar, GoesOnFromThePresetThatAHostRestores)
+{
+    const auto& table = editor.presetBrowser.table;
+    click (bar.presetBrowserButton);
+    std::vector<juce::MemoryBlock> states (5);
+
+    for (auto index = 0; index < 5; ++index)
+    {
+        processor.presetManager.loadPreset (index);
+        processor.getStateInformation (states[static_cast<size_t> (index)]);
+    }
+
+    // As a host compares two states, from a thread of its own and from the window's.
+    for (const auto& [index, ownThread] : { std::pair { 2, true }, { 0, false }, { 4, true }, { 1, true } })
+    {
+        const auto restore = [&, i = index]
+        {
+            const auto& state = states[static_cast<size_t> (i)];
+            processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
+        };
+
+        ownThread ? std::thread (restore).join() : restore();
+        dispatchMessages();
+        EXPECT_EQ (bar.presetBox.getSelectedId(), index + 1);
+        EXPECT_EQ (bar.previousButton.isEnabled(), index != 0) << index;
+        EXPECT_EQ (bar.nextButton.isEnabled(), index != 4) << index;
+        EXPECT_EQ (table.shownPresets[table.table.getSelectedRow()].index, index);
+        EXPECT_EQ (editor.presetBrowser.display.getPreset().index, index);
+    }
+
+    window.typeKey (juce::KeyPress (juce::KeyPress::downKey));
+    EXPECT_EQ (processor.getCurrentProgram(), 2);
+    bar.presetBox.setSelectedId (2, juce::sendNotificationSync);
+    EXPECT_EQ (processor.getCurrentProgram(), 1);
 }
 
 TEST_F (TopBar, ChangesTheThemeWithTenClicksOrShift)

@@ -1,4 +1,5 @@
 #include "AudioFile.h"
+#include "common/ConfigFolder.h"
 #include "Failure.h"
 #include "HostTestSupport.h"
 #include "PluginHost.h"
@@ -87,8 +88,10 @@ TEST (Program, WritesEveryFormatWithoutLossAndKeepsTheInputsOwn)
             for (const auto& [format, bits] :
                  { std::pair { "", 16 }, { "16", 16 }, { "24", 24 }, { "32", 32 }, { "float", 32 } })
             {
-                juce::StringArray words { "render",  "in.wav", juce::String ("out") + extension,
-                                          "--force", "--set",  "enable=Bypassed" };
+                juce::StringArray words { "render", "in.wav", juce::String ("out") + extension, "--force" };
+
+                // Bypassed, the audio passes at once, whatever latency is reported.
+                words.addArray ({ "--set", "enable=Bypassed", "--set", "oversampling=16x" });
                 if (*format != 0)
                     words.addArray ({ "--bits", format });
 
@@ -219,6 +222,13 @@ TEST (Program, RefusesBadInputInOneLineAndHarmsNoFile)
     juce::MemoryBlock whole;
     temporary.file ("in.wav").loadFileAsData (whole);
     temporary.file ("cut.wav").replaceWithData (whole.getData(), whole.getSize() / 2);
+    writeWav (temporary.file ("fast.wav"), noise, 96000.0, 16);
+
+    juce::MemoryBlock state;
+    juce::AudioProcessor::copyXmlToBinary (juce::XmlElement ("orvo"), state);
+    temporary.file ("cut.state").replaceWithData (state.getData(), state.getSize() - 4);
+    juce::AudioProcessor::copyXmlToBinary (juce::XmlElement ("other"), state);
+    temporary.file ("other.state").replaceWithData (state.getData(), state.getSize());
 
     const auto before = temporary.contents();
 
@@ -236,8 +246,12 @@ TEST (Program, RefusesBadInputInOneLineAndHarmsNoFile)
         { "render in.wav new.wav --set in_gain", "ID=VALUE" },
         { "render in.wav new.wav --set", "needs a value" },
         { "render in.wav new.wav --state text.wav", "not a state" },
+        { "state load cut.state", "cut.state: not a state" },
+        { "state load other.state", "not a state" },
+        { "state load other.state --set in_gain=3", "--set belongs to" },
         { "render in.wav new.wav --state missing", "cannot be read" },
-        { "render in.wav new.wav --block 0", "--block" },
+        { "render in.wav new.wav --block 0", "--block takes a number from 1 to 65536," },
+        { "bench --seconds 1.2.3", "--seconds takes a number from 0.1 to 600," },
         { "render in.wav new.wav --rate 48000", "--rate" },
         { "render in.wav new.wav --bits 12", "--bits" },
         { "render in.wav new.wav --plugin nowhere.vst3", "no module" },
@@ -250,6 +264,7 @@ TEST (Program, RefusesBadInputInOneLineAndHarmsNoFile)
         { "render in.wav sub/in.wav both", "two inputs of this name" },
         { "render in.wav old.wav text.wav", "text.wav" },
         { "render in.wav", "an input and an output" },
+        { "picture in.wav fast.wav new.png", "sample rate" },
         { "dance", "unknown command" },
     };
 
@@ -284,6 +299,12 @@ TEST (Program, PrintsItsTablesAndDrawsAPicture)
     EXPECT_EQ (linesOf ("params", "* (wrapper) *"), 1);
     EXPECT_EQ (linesOf ("params", "*dB*dB*dB*dB"), 19);
     EXPECT_EQ (linesOf ("bench --seconds 0.1", "* ns *x * ns *x"), 20);
+
+    const auto preset = tessarin::getConfigFolder().getChildFile ("Presets/User/Mine.tpre");
+    preset.create();
+    preset.replaceWithText ("<orvo categories=\"Bass\" description=\"one&#10;two\"/>");
+    EXPECT_EQ (linesOf ("presets", "  Mine * Bass * one two"), 1);
+    preset.deleteFile();
 
     writeWav (temporary.file ("in.wav"), smoothNoise (2, 4000, 0.9f), 48000.0, 16);
     EXPECT_EQ (runHost (temporary, { "picture", "in.wav", "in.wav", "it.png" }).exitCode, 0);

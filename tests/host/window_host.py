@@ -50,8 +50,9 @@ class Host:
             raise AssertionError(f"{command}: {answer}")
         return answer[3:]
 
-    def reopen(self):
+    def reopen(self, while_closing=lambda: None):
         self.ask("close")
+        while_closing()
         self._await("closed")
         self.ask("open")
         self.window = self.ask("window").split()[0]

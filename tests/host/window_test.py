@@ -394,6 +394,31 @@ class FrameTest(WindowTest):
         self.host.reopen()
         self.host.await_that(lambda: self.host.size() == "1200x900", "the size is kept")
 
+    def test_a_window_that_closes_in_mid_drag_ends_the_gesture_and_the_next_one_hears_the_mouse(self):
+        panels = (0, PLOT_Y - 20, 760, 300)
+        for parameter, default, (x, y) in (("threshold_mid_band", "0", knob_of("mid_band", "threshold")),
+                                           ("crossover_low", "160", (bar_of(160), 280))):
+            for is_released_first in (True, False):
+                drag = [(x, y), "mousedown 1", (x + 3, y + 5), (x + 8, y + 10)]
+                self.host.pointer(*drag)
+                self.host.await_that(lambda: self.host.text(parameter) and ("begin", parameter) in self.host.events,
+                                     "the drag begins")
+                release = lambda: self.host.pointer("mouseup 1")
+                self.host.reopen(release if is_released_first else lambda: None)
+                if not is_released_first:
+                    release()
+                self.assert_gesture(parameter)
+
+                self.host.ask(f"set {parameter}={default}")
+                self.host.await_still(panels)
+                self.host.events.clear()
+                self.host.pointer(*drag)
+                release()
+                self.assert_gesture(parameter)
+                self.host.ask(f"set {parameter}={default}")
+                self.host.await_still(panels)
+                self.host.events.clear()
+
     def test_keys_go_to_the_field_that_was_clicked_last(self):
         dialog, save_button = (384, 120, 340, 240), (621, 19)
         fields = ((384, 190), (384, 240), (384, 290), (564, 290))
@@ -481,12 +506,17 @@ class PresetsTest(WindowTest):
         params = [f"{name}_{section}" for name in ("threshold", "gain", "mode") for section in ("single", "post")]
         values = lambda: [self.host.text(name) for name in params] + [self.host.text("in_gain"), self.host.text("layout")]
         defaults = values()
+        self.host.ask(f"save {self.folder}/state")
 
         self.host.click(previous)  # greyed out on the first one
         self.host.click(following)
         stepped = self.host.await_other(self.box, initial)
         self.host.await_that(lambda: values() != defaults, "the preset's values arrive")
         loaded = values()
+        self.host.ask(f"load {self.folder}/state")
+        self.host.await_that(lambda: self.host.look(*self.box) == initial, "a restore shows its preset")
+        self.host.click(following)
+        self.host.await_that(lambda: self.host.look(*self.box) == stepped and values() == loaded, "and steps from there")
         self.host.click(previous)
         self.host.await_that(lambda: self.host.look(*self.box) == initial and values() == defaults, "back at the start")
 

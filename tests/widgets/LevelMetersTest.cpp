@@ -169,9 +169,17 @@ TEST_F (LevelMeters, AClickOnAReadOutClearsThePairOrAllOfTheBlock)
     };
 
     for (auto* side : { &meters.inputMeters, &meters.outputMeters })
-        for (auto* value :
-             { &side->leftPeakValue, &side->rightPeakValue, &side->leftRmsValue, &side->rightRmsValue })
+        for (auto& [value, level] : { std::pair { &side->leftPeakValue, &side->leftMeter },
+                                      { &side->rightPeakValue, &side->rightMeter },
+                                      { &side->leftRmsValue, &side->leftMeter },
+                                      { &side->rightRmsValue, &side->rightMeter } })
+        {
+            setMaxima (*level->channel, 0.5, 0.25);
+            level->timerCallback();
+            value->timerCallback();
+            EXPECT_EQ (value->getText() == "-6.0", value->getTitle().contains ("peak")) << value->getTitle();
             EXPECT_EQ (numLeftAfterClick (window, *value), 0);
+        }
 
     EXPECT_EQ (numLeftAfterClick (pairWindow, pair.rightRmsValue), 2);
     EXPECT_GT (out.left.maxPeak, 0.0);

@@ -3,7 +3,17 @@
 #include "Failure.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+
+namespace
+{
+/** As a user would write it. */
+juce::String toText (double number)
+{
+    return std::floor (number) < number ? juce::String (number) : juce::String (juce::roundToInt (number));
+}
+} // namespace
 
 Arguments::Arguments (const juce::StringArray& words, const std::vector<Option>& known)
 {
@@ -63,11 +73,14 @@ double Arguments::numberOf (juce::StringRef option, double fallback, double leas
         return fallback;
 
     const auto text = valueOf (option, {});
-    const auto value = text.getDoubleValue();
+    const auto bytes = text.toStdString();
+    const auto* end = bytes.data() + bytes.size();
+    auto value = 0.0;
+    const auto [rest, error] = std::from_chars (bytes.data(), end, value, std::chars_format::fixed);
 
-    if (text.isEmpty() || ! text.containsOnly ("0123456789.") || ! (value >= least && value <= most))
-        throw Failure (juce::String (option) + " takes a number from " + juce::String (least) + " to "
-                           + juce::String (most) + ", not \"" + text + "\"",
+    if (rest != end || error != std::errc() || ! (value >= least && value <= most))
+        throw Failure (juce::String (option) + " takes a number from " + toText (least) + " to "
+                           + toText (most) + ", not \"" + text + "\"",
                        Failure::wrongUsage);
 
     return value;

@@ -214,8 +214,9 @@ void runPicture (const Arguments& arguments)
     const auto target = fileFromOperand (arguments.operands[2]);
 
     if (before.audio.getNumSamples() != after.audio.getNumSamples()
-        || before.audio.getNumChannels() != after.audio.getNumChannels())
-        throw Failure ("the two audio files differ in length or channels");
+        || before.audio.getNumChannels() != after.audio.getNumChannels()
+        || ! juce::exactlyEqual (before.sampleRate, after.sampleRate))
+        throw Failure ("the two audio files differ in length, channels or sample rate");
 
     checkPictureTarget (target, arguments.has ("--force"));
 

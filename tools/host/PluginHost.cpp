@@ -1,5 +1,6 @@
 #include "PluginHost.h"
 
+#include "core/StateBlock.h"
 #include "Failure.h"
 
 #include <pluginterfaces/vst/ivstaudioprocessor.h>
@@ -173,12 +174,13 @@ juce::MemoryBlock PluginHost::getState() const
     throw Failure ("the module gave no state");
 }
 
-void PluginHost::setState (const juce::MemoryBlock& block)
+bool PluginHost::setState (const juce::MemoryBlock& block)
 {
-    constexpr juce::uint32 frameMagic = 0x21324356;
+    // The module has no way to say that it refuses one.
+    const auto state = tessarin::parseStateBlock (block.getData(), static_cast<int> (block.getSize()));
 
-    if (block.getSize() < 8 || juce::ByteOrder::littleEndianInt (block.getData()) != frameMagic)
-        throw Failure ("this is not a state of Orvo");
+    if (state == nullptr || ! state->getTagName().equalsIgnoreCase ("orvo"))
+        return false;
 
     juce::XmlElement xml ("VST3PluginState");
     xml.createNewChildElement ("IComponent")->addTextElement (block.toBase64Encoding());
@@ -186,6 +188,7 @@ void PluginHost::setState (const juce::MemoryBlock& block)
     juce::MemoryBlock frame;
     juce::AudioProcessor::copyXmlToBinary (xml, frame);
     instance->setStateInformation (frame.getData(), static_cast<int> (frame.getSize()));
+    return true;
 }
 
 juce::File findModule (const juce::String& path)

@@ -44,8 +44,8 @@ public:
     /** The module's own state block, the same bytes that any other host stores. */
     [[nodiscard]] juce::MemoryBlock getState() const;
 
-    /** Throws unless the block has the frame of a state. */
-    void setState (const juce::MemoryBlock& block);
+    /** False, and nothing is done, for a block that the module would not take either. */
+    [[nodiscard]] bool setState (const juce::MemoryBlock& block);
 
 private:
     void findParameters();

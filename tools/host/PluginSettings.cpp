@@ -25,7 +25,8 @@ void applyState (PluginHost& host, const juce::File& file)
     if (! file.existsAsFile() || ! file.loadFileAsData (block))
         throw Failure (file.getFullPathName() + ": cannot be read");
 
-    host.setState (block);
+    if (! host.setState (block))
+        throw Failure (file.getFullPathName() + ": not a state of Orvo");
 }
 
 void applySetting (PluginHost& host, const juce::String& setting)

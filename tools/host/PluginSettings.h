@@ -20,5 +20,5 @@ void applySetting (PluginHost& host, const juce::String& setting);
         Option                                                                                               \
     {                                                                                                        \
         "--set", "ID=VALUE",                                                                                 \
-            "a parameter: a number in its unit, or the text of a choice; repeatable, applied last"           \
+            "a parameter: a number in its unit (0.5 or 50% of a shape), or a choice; repeatable, last"       \
     }

@@ -21,7 +21,8 @@ void runPresets (const Arguments&)
             std::cout << (folder.isEmpty() ? "" : "\n") << (folder = preset.folder) << '\n';
 
         std::cout << "  " << preset.name.paddedRight (' ', 26) << ' '
-                  << preset.categories.paddedRight (' ', 26) << ' ' << preset.description << '\n';
+                  << preset.categories.paddedRight (' ', 26) << ' '
+                  << preset.description.replaceCharacters ("\r\n", "  ") << '\n';
     }
 }
 } // namespace

@@ -82,7 +82,7 @@ void checkJob (const Job& job, const std::vector<Job>& all, bool mayReplace)
     const auto path = job.output.getFullPathName();
 
     if (! hasAudioExtension (job.output))
-        throw Failure (path + ": an output's name ends in .wav, .aif or .aiff");
+        throw Failure (path + ": an output's name ends in .wav, .aif, .aiff or .aifc");
 
     if (job.output.isDirectory())
         throw Failure (path + ": is a folder");
@@ -126,7 +126,8 @@ public:
         : name (std::move (fileName)),
           total (static_cast<double> (shape.frames)),
           isLong (static_cast<double> (shape.frames) > 60.0 * shape.sampleRate),
-          isTerminal (isatty (2) == 1)
+          isTerminal (isatty (2) == 1),
+          next (isTerminal ? 0 : 25)
     {
     }
 
@@ -149,7 +150,7 @@ private:
     juce::String name;
     double total;
     bool isLong, isTerminal;
-    int next = 25;
+    int next;
 };
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -159,6 +160,12 @@ void watchForInterruption()
 {
     for (const auto number : { SIGINT, SIGTERM })
         std::signal (number, [] (int) { interrupted = 1; });
+}
+
+/** In samples. Bypassed, the module passes the audio at once, whatever latency it reports. */
+int getDelay (PluginHost& host)
+{
+    return host.getParameter ("enable").getValue() > 0.5f ? host.getLatency() : 0;
 }
 
 void printHeader()
@@ -177,7 +184,7 @@ void printResult (PluginHost& host, const Job& job, const AudioShape& shape, con
               << juce::String (juce::roundToInt (shape.sampleRate)).paddedLeft (' ', 6) << "  "
               << host.getParameter ("layout").getText().paddedRight (' ', 13)
               << host.getParameter ("oversampling").getText().paddedRight (' ', 12)
-              << juce::String (host.getLatency()).paddedLeft (' ', 9) << in.getPeakText().paddedLeft (' ', 9)
+              << juce::String (getDelay (host)).paddedLeft (' ', 9) << in.getPeakText().paddedLeft (' ', 9)
               << out.getPeakText().paddedLeft (' ', 10) << in.getLoudnessText().paddedLeft (' ', 10)
               << out.getLoudnessText().paddedLeft (' ', 10) << juce::String (speed, 1).paddedLeft (' ', 13)
               << std::endl;
@@ -195,7 +202,7 @@ void render (PluginHost& host, const Job& job, const Settings& settings)
 
     // The output of the first `latency` frames belongs before the file's start, so it is dropped, and as many
     // frames of silence bring the file's end out.
-    const auto latency = host.getLatency();
+    const auto latency = getDelay (host);
     Measurement in (shape.sampleRate, shape.channels, settings.blockSize);
     Measurement out (shape.sampleRate, shape.channels, settings.blockSize);
     Progress progress (shape, job.input.getFileName());

@@ -42,6 +42,10 @@ void runState (const Arguments& arguments)
     if (! isSave && ! isLoad)
         throw Failure ("state takes \"save FILE\" or \"load FILE\"", Failure::wrongUsage);
 
+    for (const auto* option : { "--preset", "--state", "--set", "--force" })
+        if (isLoad && arguments.has (option))
+            throw Failure (juce::String (option) + " belongs to \"state save\"", Failure::wrongUsage);
+
     PluginHost host (findModule (arguments.valueOf ("--plugin", {})));
     const auto file = fileFromOperand (operands[1]);
 
@@ -52,12 +56,7 @@ void runState (const Arguments& arguments)
         return;
     }
 
-    juce::MemoryBlock block;
-
-    if (! file.existsAsFile() || ! file.loadFileAsData (block))
-        throw Failure (file.getFullPathName() + ": cannot be read");
-
-    host.setState (block);
+    applyState (host, file);
     printSettings (host);
 }
 } // namespace

@@ -19,8 +19,10 @@ const std::vector<Command>& commands()
 
 void printUsage (const Command& command)
 {
-    std::cout << "usage: orvo-host " << command.name << ' ' << command.operands << '\n'
-              << command.help << '\n';
+    std::cout
+        << (juce::String ("usage: orvo-host ") + command.name + " [OPTIONS] " + command.operands).trimEnd()
+        << '\n'
+        << command.help << '\n';
 
     for (const auto& option : command.options)
         std::cout << "  "

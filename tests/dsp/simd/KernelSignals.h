@@ -7,6 +7,15 @@
 
 #include <cstring>
 
+namespace simd
+{
+/** For the tests' names in ctest. */
+inline void PrintTo (InstructionSet set, std::ostream* stream)
+{
+    *stream << (set == InstructionSet::avx2 ? "avx2" : "baseline");
+}
+} // namespace simd
+
 /** What every comparison of a kernel with its plain form runs through. */
 namespace kernels
 {
