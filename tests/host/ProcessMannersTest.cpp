@@ -62,10 +62,13 @@ public:
         : file (folder.path / name), told (folder.path / "told")
     {
         std::ofstream script (file);
-        script << "#!/bin/sh\nto='" << told.string() << "'\npwd > $to.new\n"
-               << "if [ $PPID = " << getpid() << " ]; then echo child; else echo stranger; fi >> $to.new\n"
-               << "for f in /proc/$$/fd/?; do readlink $f >> $to.new; done\n"
-               << "mv $to.new $to\necho '" << answer << "'\n";
+        script << "#!/usr/bin/python3\nimport os\n"
+               << "def opened(n): return os.path.lexists(f'/proc/self/fd/{n}')\n"
+               << "words = [os.getcwd(), 'child' if os.getppid() == " << getpid() << " else 'stranger']\n"
+               << "words += [os.readlink(f'/proc/self/fd/{n}') for n in range(64) if opened(n)]\n"
+               << "open('" << told.string() << ".new', 'w').write('\\n'.join(words))\n"
+               << "os.rename('" << told.string() << ".new', '" << told.string() << "')\nprint('" << answer
+               << "')\n";
         script.close();
         std::filesystem::permissions (file, std::filesystem::perms::owner_all);
         path = getenv ("PATH");
