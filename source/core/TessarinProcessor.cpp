@@ -5,8 +5,31 @@
 #include "core/StateBlock.h"
 #include "settings/Settings.h"
 
+#include <cmath>
+
 namespace tessarin
 {
+
+namespace
+{
+using Parameter = juce::AudioProcessorValueTreeState::Parameter;
+
+/** Gives the range the present value in place of one that is no number, so that it stays. Hosts automate with such
+    values and people type them, and JUCE would store them, for the next change of any parameter to carry them into the
+    audio. All of them come through here: from the host, as text, from a control and from a state. Any thread. */
+void refuseWhatIsNoNumber (Parameter& parameter)
+{
+    const auto original = parameter.range;
+    auto& range = parameter.range;
+
+    range = { original.start, original.end, {}, {}, [original, &parameter] (float, float, float value) {
+                 return original.snapToLegalValue (std::isfinite (value) ? value : parameter.get());
+             } };
+    range.interval = original.interval;
+    range.skew = original.skew;
+    range.symmetricSkew = original.symmetricSkew;
+}
+} // namespace
 
 TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
     : juce::AudioProcessor (buses),
@@ -220,7 +243,6 @@ void TessarinProcessor::addParameterRange (juce::String id, juce::String name,
                                            std::function<float (const juce::String&)> textToValue,
                                            bool listen)
 {
-    using Parameter = juce::AudioProcessorValueTreeState::Parameter;
     constexpr auto versionHint = 1;
 
     auto attributes = juce::AudioProcessorValueTreeStateParameterAttributes();
@@ -232,8 +254,10 @@ void TessarinProcessor::addParameterRange (juce::String id, juce::String name,
     if (textToValue)
         attributes = attributes.withValueFromStringFunction (std::move (textToValue));
 
-    parameters.createAndAddParameter (std::make_unique<Parameter> (juce::ParameterID { id, versionHint },
-                                                                   name, range, defaultValue, attributes));
+    auto parameter = std::make_unique<Parameter> (juce::ParameterID { id, versionHint }, name, range,
+                                                  defaultValue, attributes);
+    refuseWhatIsNoNumber (*parameter);
+    parameters.createAndAddParameter (std::move (parameter));
 
     if (listen)
     {

@@ -105,8 +105,8 @@ public:
     std::function<juce::uint32()> getMillisecondCounter = juce::Time::getMillisecondCounter;
 
 protected:
-    /** The helpers below make a parameter and add it at once. With `listen` its changes arrive in
-        `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
+    /** The helpers below make a parameter and add it at once. A value that is no number leaves it as it is. With
+        `listen` its changes arrive in `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
         no blank. */
     void addParameterFloat (juce::String id, juce::String name, float min, float max, float defaultValue,
                             juce::String unit, int decimals, bool listen);
