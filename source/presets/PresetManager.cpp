@@ -196,7 +196,7 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     updateHostDisplay();
 
     loadPresets();
-    selectIfListed (chosen.getFullPathName());
+    selectFile (chosen);
     updateHostDisplay();
 
     if (toastManager != nullptr)

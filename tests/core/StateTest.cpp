@@ -393,6 +393,56 @@ TEST_F (State, HoldsOffTheHostsProgramForASecond)
     }
 }
 
+TEST_F (State, IsNotOverwrittenByTheHostsProgramWhenItComesWhileThatIsDecided)
+{
+    const auto block = makeBlock (good);
+    auto comesInBetween = true;
+
+    // Another thread restores just when the host's program asks how late it is.
+    plugin.processor.getMillisecondCounter = [&]
+    {
+        if (std::exchange (comesInBetween, false))
+            std::thread (
+                [&]
+                {
+                const juce::ScopedTryLock wouldWait (plugin.processor.stateLock);
+
+                if (wouldWait.isLocked())
+                    plugin.restore (block);
+                else
+                    comesInBetween = true;
+            }).join();
+
+        return 5000u;
+    };
+
+    plugin.processor.setCurrentProgram (1);
+
+    if (std::exchange (comesInBetween, false))
+        plugin.restore (block);
+
+    EXPECT_EQ (plugin.get ("gain_single"), 7.0);
+    EXPECT_EQ (plugin.processor.getCurrentProgram(), 0);
+}
+
+TEST_F (State, OfACaptureOnAnotherThreadIsMarkedInTheLiveTreeLater)
+{
+    const auto& state = plugin.processor.parameters.state;
+    const auto captureElsewhere = [&] { std::thread ([&] { plugin.capture(); }).join(); };
+
+    plugin.processor.presetManager.loadPreset (1);
+    captureElsewhere();
+    EXPECT_FALSE (state.hasProperty ("preset_path")) << "the tree is the message thread's";
+    dispatchMessages();
+    EXPECT_EQ (state["preset_path"].toString(), loud.getFullPathName());
+    EXPECT_EQ (state["version"].toString(), "1.0.1");
+
+    captureElsewhere();
+    plugin.restore (makeBlock (good));
+    dispatchMessages();
+    EXPECT_FALSE (state.hasProperty ("preset_path")) << "a restore takes it away for good";
+}
+
 TEST_F (State, ObeysTheLicence)
 {
     tessarin::LicenceManager::Status status;

@@ -190,7 +190,7 @@ TEST_F (Presets, LeaveOutWhatIsNoPreset)
         { "text", "orvo" },
         { "unclosed", "<orvo>" },
         { "instruction", "<orvo><?a?>x</orvo>" },
-        { "large", "<orvo>" + String::repeatedString (" ", 2000000) + "</orvo>" },
+        { "large", "<orvo>" + String::repeatedString (" ", 9000000) + "</orvo>" },
     };
 
     for (const auto& [name, text] : files)

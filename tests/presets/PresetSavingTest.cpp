@@ -216,7 +216,7 @@ TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
     processor.toastManager.toasts.clear();
 
     auto& manager = processor.presetManager;
-    manager.finishSaving (loud, manager.makePresetText (String::repeatedString ("x", 1024 * 1024), {}, {}));
+    manager.finishSaving (loud, manager.makePresetText (String::repeatedString ("x", 9000000), {}, {}));
     expectNothingChanged ("ERROR: Couldn't save preset!", "too long to be read again");
     processor.toastManager.toasts.clear();
 
