@@ -35,7 +35,6 @@ TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
     : juce::AudioProcessor (buses),
       parameters (*this, nullptr),
       presetManager (*this, parameters, &toastManager, &onStateRestored),
-      settings (Settings::getUsableFile(), Settings::getOptions()),
       logger (TessarinLogger::getDefaultFile()),
       liveTreeMarker (*this)
 {

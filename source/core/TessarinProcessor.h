@@ -2,6 +2,7 @@
 
 #include "core/LicenceManager.h"
 #include "presets/PresetManager.h"
+#include "settings/SettingsFile.h"
 #include "settings/TessarinLogger.h"
 #include "widgets/ToastManager.h"
 
@@ -88,7 +89,7 @@ public:
     /** Serialises the capture and the restore of state. */
     juce::CriticalSection stateLock;
 
-    juce::PropertiesFile settings;
+    SettingsFile settings;
     std::function<void (juce::ValueTree&)> onStateRestored;
 
     /** In milliseconds of `getMillisecondCounter`. */
