@@ -96,7 +96,8 @@ public:
 private:
     std::unique_ptr<juce::XmlElement> select (int index);
     void applyState (juce::XmlElement& xml);
-    void selectIfListed (const juce::String& path);
+    bool selectFirst (const std::function<bool (const Preset&)>& isWanted);
+    void selectFile (const juce::File& file);
     void updateHostDisplay();
     [[nodiscard]] bool isNewToHost() const;
 
