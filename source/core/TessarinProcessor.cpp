@@ -2,8 +2,8 @@
 
 #include "common/Rounding.h"
 #include "common/StateTree.h"
+#include "common/StrictUtf8.h"
 #include "core/StateBlock.h"
-#include "settings/Settings.h"
 
 #include <cmath>
 
@@ -129,6 +129,9 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
     markCaptured (state);
     copyXmlToBinary (*state.createXml(), destData);
 
+    if (! isReadableStateBlock (destData.getData(), static_cast<int> (destData.getSize())))
+        copyXmlToBinary (*StateTree::makeBareState (state, parameters).createXml(), destData);
+
     if (juce::MessageManager::existsAndIsCurrentThread())
         markCaptured (parameters.state);
     else
@@ -139,7 +142,7 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
 
 void TessarinProcessor::markCaptured (juce::ValueTree& state)
 {
-    state.setProperty (StateTree::presetPath, presetManager.getCurrentPreset().path, nullptr);
+    state.setProperty (StateTree::presetPath, makeValidText (presetManager.getCurrentPreset().path), nullptr);
     state.setProperty (StateTree::version, JucePlugin_VersionString, nullptr);
 }
 

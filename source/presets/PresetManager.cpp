@@ -156,9 +156,11 @@ void PresetManager::promptUserToSave (juce::String name, juce::String descriptio
 {
     const auto text = makePresetText (description, categories, author);
 
-    // The dialog adds no extension by itself, and its warning must be about the file that will be written.
+    // The dialog adds no extension by itself, and its warning must be about the file that will be written. A name may
+    // begin with "~", which getChildFile would take for somebody's home.
     const auto initialFile =
-        name.isEmpty() ? userFolder : userFolder.getChildFile (name + PresetFiles::fileExtension);
+        name.isEmpty() ? userFolder
+                       : juce::File (userFolder.getFullPathName() + "/" + name + PresetFiles::fileExtension);
 
     fileChooser = std::make_unique<juce::FileChooser> ("Choose the location to save...", initialFile,
                                                        juce::String ("*") + PresetFiles::fileExtension);

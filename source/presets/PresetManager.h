@@ -51,7 +51,7 @@ public:
     void promptUserToSave (juce::String name, juce::String description, juce::String categories,
                            juce::String author);
 
-    /** The state as the text of a preset file. */
+    /** The state as the text of a preset file, without what came with it and makes it unreadable. */
     [[nodiscard]] juce::String makePresetText (const juce::String& description,
                                                const juce::String& categories, const juce::String& author);
 
@@ -76,8 +76,8 @@ public:
     [[nodiscard]] int getNumPresets() const;
     [[nodiscard]] Preset getCurrentPreset() const;
 
-    /** Makes the first preset with this path current, else the first of all; with an empty list nothing
-        changes. The file is not read, and no listener is told. */
+    /** Makes the first preset with this path current, as a state holds it (see `makeValidText`), else the first of
+        all; with an empty list nothing changes. No file is looked at, and no listener is told. */
     void selectByPath (const juce::String& path);
 
     void addListener (Listener* listener) { listeners.add (listener); }

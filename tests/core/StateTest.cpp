@@ -1,9 +1,10 @@
-#include "core/PluginUnderTest.h"
-#include "support/TemporaryConfig.h"
+#include "core/StatefulPlugin.h"
+#include "support/Messages.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 namespace
 {
@@ -187,7 +188,7 @@ TEST_F (State, OfDamagedOrForeignOriginChangesNothing)
         stateAround ("&#0;"),
         stateAround ("&#xd800;"),
         stateAround (levels ("<a>") + levels ("</a>")),
-        stateAround (std::string (2000000, ' ')),
+        stateAround (std::string (9000000, ' ')),
     };
 
     for (const auto& text : texts)
