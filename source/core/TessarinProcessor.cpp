@@ -80,6 +80,9 @@ void TessarinProcessor::setCurrentProgram (int index)
     // Hosts that restore a project set its program as well, which would undo the restore.
     constexpr juce::uint32 quietTimeMs = 1000;
 
+    // A restore that comes in between would be overwritten.
+    const juce::ScopedLock scope (stateLock);
+
     if (getMillisecondCounter() - lastStateRestoreTime >= quietTimeMs && ! presetManager.isStandIn (index))
         presetManager.loadPreset (index);
 }

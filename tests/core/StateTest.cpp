@@ -32,40 +32,6 @@ MemoryBlock makeBlock (const std::string& text)
     return makeBlock (text, magicNumber, static_cast<juce::uint32> (text.size()));
 }
 
-struct StatefulPlugin : PluginUnderTest
-{
-    MemoryBlock capture()
-    {
-        MemoryBlock block;
-        processor.getStateInformation (block);
-        return block;
-    }
-
-    void restore (const MemoryBlock& block)
-    {
-        processor.setStateInformation (block.getData(), static_cast<int> (block.getSize()));
-    }
-
-    expected::Values values()
-    {
-        expected::Values all;
-
-        for (const auto& parameter : expected::parameters())
-            all[parameter.id] = get (parameter.id);
-
-        return all;
-    }
-
-    /** A value of its own for each parameter, none the default. */
-    void moveEverything()
-    {
-        auto place = 0.05;
-
-        for (const auto& row : expected::parameters())
-            set (row.id, row.min + (row.max - row.min) * (place += 0.9 / 70.0));
-    }
-};
-
 /** A factory folder and one user preset, so that there are programs 0 and 1. */
 struct State : testing::Test
 {
