@@ -360,38 +360,6 @@ TEST_F (State, HoldsOffTheHostsProgramForASecond)
     }
 }
 
-TEST_F (State, IsNotOverwrittenByTheHostsProgramWhenItComesWhileThatIsDecided)
-{
-    const auto block = makeBlock (good);
-    auto comesInBetween = true;
-
-    // Another thread restores just when the host's program asks how late it is.
-    plugin.processor.getMillisecondCounter = [&]
-    {
-        if (std::exchange (comesInBetween, false))
-            std::thread (
-                [&]
-                {
-                const juce::ScopedTryLock wouldWait (plugin.processor.stateLock);
-
-                if (wouldWait.isLocked())
-                    plugin.restore (block);
-                else
-                    comesInBetween = true;
-            }).join();
-
-        return 5000u;
-    };
-
-    plugin.processor.setCurrentProgram (1);
-
-    if (std::exchange (comesInBetween, false))
-        plugin.restore (block);
-
-    EXPECT_EQ (plugin.get ("gain_single"), 7.0);
-    EXPECT_EQ (plugin.processor.getCurrentProgram(), 0);
-}
-
 TEST_F (State, OfACaptureOnAnotherThreadIsMarkedInTheLiveTreeLater)
 {
     const auto& state = plugin.processor.parameters.state;
