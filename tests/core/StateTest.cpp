@@ -255,26 +255,6 @@ TEST_F (State, KeepsOrResetsWhatHasNoUsableEntry)
     }
 }
 
-TEST_F (State, OfNoNumbersKeepsOrResetsEveryParameter)
-{
-    for (const auto* value : { "nan", "inf" })
-    {
-        String children;
-
-        for (const auto& row : expected::parameters())
-            children << entry (row.id, value);
-
-        plugin.moveEverything();
-        const auto moved = plugin.values();
-        plugin.restore (makeBlock (stateText (children).toStdString()));
-        EXPECT_EQ (plugin.values(), moved) << value;
-
-        config.addPreset ("User/Loud.tpre", stateText (children));
-        EXPECT_TRUE (plugin.processor.presetManager.loadPreset (1));
-        EXPECT_EQ (plugin.values(), expected::defaults()) << value;
-    }
-}
-
 TEST_F (State, ShowsThePresetThatItCameFrom)
 {
     const auto& state = plugin.processor.parameters.state;
