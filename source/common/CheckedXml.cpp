@@ -1,5 +1,7 @@
 #include "CheckedXml.h"
 
+#include "common/StrictUtf8.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -27,50 +29,6 @@ std::string_view trim (std::string_view text)
     return text.substr (0, end == std::string_view::npos ? 0 : end + 1);
 }
 
-bool isUnicodeScalar (juce::uint32 codePoint)
-{
-    return codePoint <= 0x10ffff && ! (codePoint >= 0xd800 && codePoint <= 0xdfff);
-}
-
-/** The Unicode standard's table 3-7: shortest forms only, no surrogates. */
-bool isStrictUtf8 (std::string_view text)
-{
-    constexpr std::array<juce::uint32, 5> smallestOfLength { 0, 0, 0x80, 0x800, 0x10000 };
-
-    for (size_t i = 0; i < text.size();)
-    {
-        const auto lead = static_cast<juce::uint8> (text[i]);
-        const auto length = lead < 0x80   ? 1u
-                            : lead < 0xc0 ? 0u
-                            : lead < 0xe0 ? 2u
-                            : lead < 0xf0 ? 3u
-                            : lead < 0xf8 ? 4u
-                                          : 0u;
-
-        if (length == 0 || i + length > text.size())
-            return false;
-
-        auto codePoint = length == 1 ? juce::uint32 { lead } : lead & (0x7fu >> length);
-
-        for (auto k = 1u; k < length; ++k)
-        {
-            const auto next = static_cast<juce::uint8> (text[i + k]);
-
-            if ((next & 0xc0) != 0x80)
-                return false;
-
-            codePoint = (codePoint << 6) | (next & 0x3fu);
-        }
-
-        if (codePoint < smallestOfLength[length] || ! isUnicodeScalar (codePoint))
-            return false;
-
-        i += length;
-    }
-
-    return true;
-}
-
 bool isPlainText (std::string_view text)
 {
     return text.size() <= largestXmlText && text.find ('\0') == std::string_view::npos && isStrictUtf8 (text);
@@ -89,27 +47,49 @@ juce::String toString (std::string_view text)
     return juce::String::fromUTF8 (text.data(), static_cast<int> (text.size()));
 }
 
-/** Nothing if it is no regular file (reading a pipe would never end), too large, or unreadable. */
-std::optional<std::string> readFile (const juce::File& file)
+struct FileContent
 {
-    std::error_code notFound;
+    enum class Kind
+    {
+        text,
 
-    if (! std::filesystem::is_regular_file (file.getFullPathName().toStdString(), notFound))
-        return {};
+        /** No regular file (reading a pipe would never end), or too large. */
+        unfit,
+        unreadable
+    };
+
+    Kind kind = Kind::unreadable;
+    std::string text;
+};
+
+FileContent readFile (const juce::File& file)
+{
+    using Kind = FileContent::Kind;
+    std::error_code failure;
+    const auto status = std::filesystem::status (file.getFullPathName().toStdString(), failure);
+
+    if (! std::filesystem::is_regular_file (status))
+        return { std::filesystem::exists (status) ? Kind::unfit : Kind::unreadable, {} };
 
     juce::FileInputStream stream (file);
 
-    if (stream.failedToOpen() || stream.getTotalLength() > static_cast<juce::int64> (largestXmlText))
+    if (stream.failedToOpen())
         return {};
 
-    std::string content (static_cast<size_t> (stream.getTotalLength()), '\0');
-    const auto numBytes = stream.read (content.data(), static_cast<int> (content.size()));
+    const auto length = stream.getTotalLength();
 
-    if (numBytes < 0)
+    if (length > static_cast<juce::int64> (largestXmlText))
+        return { Kind::unfit, {} };
+
+    std::string text (static_cast<size_t> (length), '\0');
+    const auto numBytes = stream.read (text.data(), static_cast<int> (text.size()));
+
+    // A network drive may fail only now.
+    if (stream.getStatus().failed() || numBytes < 0)
         return {};
 
-    content.resize (static_cast<size_t> (numBytes));
-    return content;
+    text.resize (static_cast<size_t> (numBytes));
+    return { Kind::text, std::move (text) };
 }
 
 /** Walks the text's markup once. Each step consumes what it accepts and says whether it did. */
@@ -177,7 +157,7 @@ private:
 
     bool checkOpeningTag()
     {
-        if (depth == 0 && ++numRoots > 1)
+        if ((depth == 0 && ++numRoots > 1) || ++numNames > mostNames)
             return false;
 
         text.remove_prefix (1);
@@ -212,10 +192,10 @@ private:
         text. */
     bool checkAttribute (std::vector<std::string_view>& others)
     {
-        constexpr size_t mostAttributes = 64;
+        constexpr size_t mostAttributes = 128;
         const auto name = takeName();
 
-        if (name.empty() || others.size() == mostAttributes
+        if (name.empty() || others.size() == mostAttributes || ++numNames > mostNames
             || std::find (others.begin(), others.end(), name) != others.end())
             return false;
 
@@ -328,33 +308,50 @@ private:
     std::array<std::string_view, deepestLevel> openNames;
     int depth = 0;
     int numRoots = 0;
+
+    /** Of tags and attributes. JUCE keeps each name in one sorted array for good: time grows with their square. */
+    int numNames = 0;
+    static constexpr auto mostNames = 10000;
 };
 } // namespace
 
-std::unique_ptr<juce::XmlElement> parseCheckedXml (std::string_view text)
+bool isCheckedXml (std::string_view text)
 {
     text = skipByteOrderMark (text);
+    return isPlainText (text) && MarkupCheck (text).passes();
+}
 
-    if (! isPlainText (text) || ! MarkupCheck (text).passes())
-        return nullptr;
-
-    return juce::parseXML (toString (text));
+std::unique_ptr<juce::XmlElement> parseCheckedXml (std::string_view text)
+{
+    return isCheckedXml (text) ? juce::parseXML (toString (skipByteOrderMark (text))) : nullptr;
 }
 
 std::unique_ptr<juce::XmlElement> parseCheckedXml (const juce::File& file)
 {
     const auto content = readFile (file);
-    return content ? parseCheckedXml (std::string_view (*content)) : nullptr;
+    return content.kind == FileContent::Kind::text ? parseCheckedXml (std::string_view (content.text))
+                                                   : nullptr;
+}
+
+XmlFile checkXmlFile (const juce::File& file)
+{
+    const auto content = readFile (file);
+
+    if (content.kind == FileContent::Kind::unreadable)
+        return XmlFile::unreadable;
+
+    return content.kind == FileContent::Kind::text && isCheckedXml (content.text) ? XmlFile::good
+                                                                                  : XmlFile::damaged;
 }
 
 std::optional<juce::String> loadCheckedText (const juce::File& file)
 {
     const auto content = readFile (file);
 
-    if (! content || ! isPlainText (*content))
+    if (content.kind != FileContent::Kind::text || ! isPlainText (content.text))
         return {};
 
-    return toString (skipByteOrderMark (*content));
+    return toString (skipByteOrderMark (content.text));
 }
 
 } // namespace tessarin

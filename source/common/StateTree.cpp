@@ -76,4 +76,18 @@ void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValu
     }
 }
 
+juce::ValueTree makeBareState (const juce::ValueTree& root,
+                               const juce::AudioProcessorValueTreeState& parameters)
+{
+    juce::ValueTree bare (root.getType());
+
+    for (const auto& kept : { presetPath, version })
+        if (root.hasProperty (kept))
+            bare.setProperty (kept, root[kept], nullptr);
+
+    sanitise (bare);
+    addMissingParameters (bare, parameters, MissingValue::present);
+    return bare;
+}
+
 } // namespace tessarin::StateTree

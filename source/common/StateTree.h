@@ -35,4 +35,9 @@ enum class MissingValue
 void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters,
                            MissingValue missingValue);
 
+/** The parameters alone, with their present values, and the root's version and path: for a tree that came with so
+    much else that nothing would read it again. */
+[[nodiscard]] juce::ValueTree makeBareState (const juce::ValueTree& root,
+                                             const juce::AudioProcessorValueTreeState& parameters);
+
 } // namespace tessarin::StateTree

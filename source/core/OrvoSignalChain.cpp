@@ -140,10 +140,6 @@ void OrvoAudioProcessor::prepareChain()
 
 void OrvoAudioProcessor::parameterChanged (const juce::String& parameterID, float newValue)
 {
-    // JUCE passes on what a host sends, whatever it is.
-    if (! std::isfinite (newValue))
-        return;
-
     const juce::ScopedLock scope (processLock);
 
     const auto found = addresses.find (parameterID);

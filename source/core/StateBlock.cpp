@@ -5,19 +5,22 @@
 namespace tessarin
 {
 
-std::unique_ptr<juce::XmlElement> parseStateBlock (const void* data, int sizeInBytes)
+namespace
+{
+/** Empty for a block without any. */
+std::string_view findText (const void* data, int sizeInBytes)
 {
     constexpr auto headerSize = 8;
     constexpr juce::uint32 magicNumber = 0x21324356;
 
     if (sizeInBytes <= headerSize || juce::ByteOrder::littleEndianInt (data) != magicNumber)
-        return nullptr;
+        return {};
 
     const auto* bytes = static_cast<const char*> (data);
     const auto length = static_cast<int> (juce::ByteOrder::littleEndianInt (bytes + 4));
 
     if (length <= 0)
-        return nullptr;
+        return {};
 
     std::string_view text (bytes + headerSize,
                            static_cast<size_t> (juce::jmin (sizeInBytes - headerSize, length)));
@@ -26,7 +29,18 @@ std::unique_ptr<juce::XmlElement> parseStateBlock (const void* data, int sizeInB
     while (! text.empty() && text.back() == '\0')
         text.remove_suffix (1);
 
-    return parseCheckedXml (text);
+    return text;
+}
+} // namespace
+
+std::unique_ptr<juce::XmlElement> parseStateBlock (const void* data, int sizeInBytes)
+{
+    return parseCheckedXml (findText (data, sizeInBytes));
+}
+
+bool isReadableStateBlock (const void* data, int sizeInBytes)
+{
+    return isCheckedXml (findText (data, sizeInBytes));
 }
 
 } // namespace tessarin

@@ -15,4 +15,7 @@ namespace tessarin
 */
 [[nodiscard]] std::unique_ptr<juce::XmlElement> parseStateBlock (const void* data, int sizeInBytes);
 
+/** Whether `parseStateBlock` would get as far as JUCE's parser. */
+[[nodiscard]] bool isReadableStateBlock (const void* data, int sizeInBytes);
+
 } // namespace tessarin

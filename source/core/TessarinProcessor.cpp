@@ -2,18 +2,40 @@
 
 #include "common/Rounding.h"
 #include "common/StateTree.h"
+#include "common/StrictUtf8.h"
 #include "core/StateBlock.h"
 #include "core/WindowSystemErrors.h"
-#include "settings/Settings.h"
+
+#include <cmath>
 
 namespace tessarin
 {
+
+namespace
+{
+using Parameter = juce::AudioProcessorValueTreeState::Parameter;
+
+/** Gives the range the present value in place of one that is no number, so that it stays. Hosts automate with such
+    values and people type them, and JUCE would store them, for the next change of any parameter to carry them into the
+    audio. All of them come through here: from the host, as text, from a control and from a state. Any thread. */
+void refuseWhatIsNoNumber (Parameter& parameter)
+{
+    const auto original = parameter.range;
+    auto& range = parameter.range;
+
+    range = { original.start, original.end, {}, {}, [original, &parameter] (float, float, float value) {
+                 return original.snapToLegalValue (std::isfinite (value) ? value : parameter.get());
+             } };
+    range.interval = original.interval;
+    range.skew = original.skew;
+    range.symmetricSkew = original.symmetricSkew;
+}
+} // namespace
 
 TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
     : juce::AudioProcessor (buses),
       parameters (*this, nullptr),
       presetManager (*this, parameters, &toastManager, &onStateRestored),
-      settings (Settings::getUsableFile(), Settings::getOptions()),
       logger (TessarinLogger::getDefaultFile()),
       liveTreeMarker (*this)
 {
@@ -60,6 +82,9 @@ void TessarinProcessor::setCurrentProgram (int index)
 {
     // Hosts that restore a project set its program as well, which would undo the restore.
     constexpr juce::uint32 quietTimeMs = 1000;
+
+    // A restore that comes in between would be overwritten.
+    const juce::ScopedLock scope (stateLock);
 
     if (getMillisecondCounter() - lastStateRestoreTime >= quietTimeMs && ! presetManager.isStandIn (index))
         presetManager.loadPreset (index);
@@ -110,6 +135,9 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
     markCaptured (state);
     copyXmlToBinary (*state.createXml(), destData);
 
+    if (! isReadableStateBlock (destData.getData(), static_cast<int> (destData.getSize())))
+        copyXmlToBinary (*StateTree::makeBareState (state, parameters).createXml(), destData);
+
     if (juce::MessageManager::existsAndIsCurrentThread())
         markCaptured (parameters.state);
     else
@@ -120,7 +148,7 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
 
 void TessarinProcessor::markCaptured (juce::ValueTree& state)
 {
-    state.setProperty (StateTree::presetPath, presetManager.getCurrentPreset().path, nullptr);
+    state.setProperty (StateTree::presetPath, makeValidText (presetManager.getCurrentPreset().path), nullptr);
     state.setProperty (StateTree::version, JucePlugin_VersionString, nullptr);
 }
 
@@ -223,7 +251,6 @@ void TessarinProcessor::addParameterRange (juce::String id, juce::String name,
                                            std::function<float (const juce::String&)> textToValue,
                                            bool listen)
 {
-    using Parameter = juce::AudioProcessorValueTreeState::Parameter;
     constexpr auto versionHint = 1;
 
     auto attributes = juce::AudioProcessorValueTreeStateParameterAttributes();
@@ -235,8 +262,10 @@ void TessarinProcessor::addParameterRange (juce::String id, juce::String name,
     if (textToValue)
         attributes = attributes.withValueFromStringFunction (std::move (textToValue));
 
-    parameters.createAndAddParameter (std::make_unique<Parameter> (juce::ParameterID { id, versionHint },
-                                                                   name, range, defaultValue, attributes));
+    auto parameter = std::make_unique<Parameter> (juce::ParameterID { id, versionHint }, name, range,
+                                                  defaultValue, attributes);
+    refuseWhatIsNoNumber (*parameter);
+    parameters.createAndAddParameter (std::move (parameter));
 
     if (listen)
     {

@@ -2,6 +2,7 @@
 
 #include "core/LicenceManager.h"
 #include "presets/PresetManager.h"
+#include "settings/SettingsFile.h"
 #include "settings/TessarinLogger.h"
 #include "widgets/ToastManager.h"
 
@@ -88,7 +89,7 @@ public:
     /** Serialises the capture and the restore of state. */
     juce::CriticalSection stateLock;
 
-    juce::PropertiesFile settings;
+    SettingsFile settings;
     std::function<void (juce::ValueTree&)> onStateRestored;
 
     /** In milliseconds of `getMillisecondCounter`. */
@@ -105,8 +106,8 @@ public:
     std::function<juce::uint32()> getMillisecondCounter = juce::Time::getMillisecondCounter;
 
 protected:
-    /** The helpers below make a parameter and add it at once. With `listen` its changes arrive in
-        `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
+    /** The helpers below make a parameter and add it at once. A value that is no number leaves it as it is. With
+        `listen` its changes arrive in `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
         no blank. */
     void addParameterFloat (juce::String id, juce::String name, float min, float max, float defaultValue,
                             juce::String unit, int decimals, bool listen);

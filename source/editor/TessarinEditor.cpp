@@ -14,9 +14,9 @@ constexpr auto tooltipBarHeight = 30;
 
 /** Before any child is made, since children read their colours when they are. Another instance may have changed the
     settings since this one read them. */
-juce::SharedResourcePointer<DLAF> withTheme (juce::PropertiesFile& settings)
+juce::SharedResourcePointer<DLAF> withTheme (SettingsFile& settings)
 {
-    Settings::reload (settings);
+    settings.refresh();
 
     juce::SharedResourcePointer<DLAF> shared;
     shared->lookAndFeel.setTheme (settings.getValue (Settings::themeKey, Settings::defaultTheme));
@@ -162,10 +162,11 @@ void TessarinEditor::applyScale()
 {
     auto userScale = processor.settings.getDoubleValue (Settings::scaleKey, Settings::defaultScale);
 
-    // The file can be written by hand. An X11 window has fewer than 32768 pixels a side.
-    constexpr auto greatestScale = 8.0;
+    // The file can be written by hand. An X11 window has fewer than 32768 pixels a side, and below a quarter nobody
+    // finds the settings to undo it.
+    constexpr auto leastScale = 0.25, greatestScale = 8.0;
 
-    if (! (userScale > 0.0 && userScale <= greatestScale))
+    if (! (userScale >= leastScale && userScale <= greatestScale))
         userScale = Settings::defaultScale;
 
     // The base class keeps the transform as the host's, so it gets the product.
@@ -207,7 +208,7 @@ void TessarinEditor::changeListenerCallback (juce::ChangeBroadcaster* source)
     if (source != &processor.settings)
         return;
 
-    Settings::reload (processor.settings);
+    processor.settings.refresh();
     applyScale();
     loadTheme();
 }

@@ -7,6 +7,7 @@
 #include "editor/TessarinEditor.h"
 #include "presets/PresetFiles.h"
 #include "settings/Settings.h"
+#include "settings/ThemeResolver.h"
 
 #include <LunaBinary.h>
 
@@ -277,13 +278,13 @@ void TopBar::mouseDown (const juce::MouseEvent& event)
 
 void TopBar::showNextTheme()
 {
-    static const juce::StringArray cycle { "Default", "Ice", "Night", "TwentyTwenty" };
+    const auto& cycle = ThemeResolver::getEmbeddedThemeNames();
 
     // An unknown name has the index -1, so that it goes to the first, as the last one does.
     auto& settings = processor.settings;
     const auto current = cycle.indexOf (settings.getValue (Settings::themeKey, Settings::defaultTheme));
     settings.setValue (Settings::themeKey, cycle[(current + 1) % cycle.size()]);
-    settings.saveIfNeeded();
+    settings.saveOrLog();
     editor.loadTheme();
 }
 

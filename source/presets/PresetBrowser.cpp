@@ -148,10 +148,14 @@ void PresetBrowser::loadPreset (int index)
 
 void PresetBrowser::loadRandomPreset()
 {
-    const auto& shown = table.shownPresets;
+    juce::Array<int> indices;
 
-    if (! shown.isEmpty())
-        loadPreset (shown[juce::Random::getSystemRandom().nextInt (shown.size())].index);
+    for (const auto& preset : table.shownPresets)
+        if (preset.index >= 0)
+            indices.add (preset.index);
+
+    if (! indices.isEmpty())
+        loadPreset (indices[juce::Random::getSystemRandom().nextInt (indices.size())]);
 }
 
 void PresetBrowser::showPreset (const Preset& preset)

@@ -22,6 +22,12 @@ juce::ValueTree makeInitialPatch()
                { categories, "Tools" } } };
 }
 
+/** Empty for a file named just ".tpre", where JUCE would give all of it. */
+juce::String nameOf (const juce::File& file)
+{
+    return file.getFileName().upToLastOccurrenceOf (".", false, false);
+}
+
 /** An invalid tree if the file is no preset. */
 juce::ValueTree readPreset (const juce::File& file, const juce::String& stateTag, bool isFactory)
 {
@@ -36,10 +42,9 @@ juce::ValueTree readPreset (const juce::File& file, const juce::String& stateTag
     if (! state.hasType (stateTag))
         return {};
 
-    juce::ValueTree preset { presetType,
-                             { { path, file.getFullPathName() },
-                               { name, file.getFileNameWithoutExtension() },
-                               { factory, isFactory } } };
+    juce::ValueTree preset {
+        presetType, { { path, file.getFullPathName() }, { name, nameOf (file) }, { factory, isFactory } }
+    };
 
     for (const auto& attribute : { author, categories, description })
         preset.setProperty (attribute, state.getProperty (attribute).toString(), nullptr);

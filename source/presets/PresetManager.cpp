@@ -4,11 +4,15 @@
 #include "common/CheckedXml.h"
 #include "common/ConfigFolder.h"
 #include "common/StateTree.h"
+#include "common/StrictUtf8.h"
 #include "core/TessarinProcessor.h"
 #include "presets/PresetFiles.h"
 #include "widgets/ToastManager.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
+
+#include <algorithm>
+#include <filesystem>
 
 namespace tessarin
 {
@@ -128,16 +132,23 @@ juce::String PresetManager::makePresetText (const juce::String& description, con
 
     processor.stateCaptured (state, false);
 
-    const auto xml = state.createXml();
-    xml->removeAttribute (StateTree::presetPath);
-    xml->setAttribute (PresetFiles::author, author);
-    xml->setAttribute (PresetFiles::description, description);
-    xml->setAttribute (PresetFiles::categories, categories);
+    state.removeProperty (StateTree::presetPath, nullptr);
 
-    constexpr size_t initialSize = 2048;
-    juce::MemoryOutputStream text (initialSize);
-    xml->writeTo (text);
-    return text.toUTF8();
+    const auto render = [&] (const juce::ValueTree& tree)
+    {
+        const auto xml = tree.createXml();
+        xml->setAttribute (PresetFiles::author, author);
+        xml->setAttribute (PresetFiles::description, description);
+        xml->setAttribute (PresetFiles::categories, categories);
+
+        constexpr size_t initialSize = 2048;
+        juce::MemoryOutputStream text (initialSize);
+        xml->writeTo (text);
+        return text.toUTF8();
+    };
+
+    auto text = render (state);
+    return isCheckedXml (text.toRawUTF8()) ? text : render (StateTree::makeBareState (state, parameters));
 }
 
 void PresetManager::promptUserToSave (juce::String name, juce::String description, juce::String categories,
@@ -145,9 +156,11 @@ void PresetManager::promptUserToSave (juce::String name, juce::String descriptio
 {
     const auto text = makePresetText (description, categories, author);
 
-    // The dialog adds no extension by itself, and its warning must be about the file that will be written.
+    // The dialog adds no extension by itself, and its warning must be about the file that will be written. A name may
+    // begin with "~", which getChildFile would take for somebody's home.
     const auto initialFile =
-        name.isEmpty() ? userFolder : userFolder.getChildFile (name + PresetFiles::fileExtension);
+        name.isEmpty() ? userFolder
+                       : juce::File (userFolder.getFullPathName() + "/" + name + PresetFiles::fileExtension);
 
     fileChooser = std::make_unique<juce::FileChooser> ("Choose the location to save...", initialFile,
                                                        juce::String ("*") + PresetFiles::fileExtension);
@@ -171,7 +184,7 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     const auto addsExtension = ! chosen.getFileName().endsWith (PresetFiles::fileExtension);
 
     if (addsExtension)
-        chosen = chosen.getSiblingFile (chosen.getFileName() + PresetFiles::fileExtension);
+        chosen = juce::File (chosen.getFullPathName() + PresetFiles::fileExtension);
 
     // The dialog has warned about the name as it was typed, not about this one.
     const auto wouldReplaceUnasked = addsExtension && chosen.exists();
@@ -183,7 +196,7 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     const std::string_view bytes (text.toRawUTF8(), text.getNumBytesAsUTF8());
 
     // With too long a description, no scan would read the file.
-    if (! hasName || wouldReplaceUnasked || parseCheckedXml (bytes) == nullptr
+    if (! hasName || wouldReplaceUnasked || ! isCheckedXml (bytes)
         || ! replaceFileAtomically (chosen, bytes.data(), bytes.size()))
     {
         if (toastManager != nullptr)
@@ -196,13 +209,30 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
     updateHostDisplay();
 
     loadPresets();
-    selectIfListed (chosen.getFullPathName());
+    selectFile (chosen);
     updateHostDisplay();
 
     if (toastManager != nullptr)
         toastManager->showToast ("Preset saved", toastSuccess, true);
 
     listeners.call ([preset = getCurrentPreset()] (Listener& listener) { listener.presetSaved (preset); });
+}
+
+/** The dialog may have taken another road to the folder than the scan: through a symbolic link, or past one. */
+void PresetManager::selectFile (const juce::File& file)
+{
+    const auto toPath = [] (const juce::String& path) { return std::filesystem::path (path.toStdString()); };
+    const auto path = file.getFullPathName();
+
+    if (selectFirst ([&] (const Preset& preset) { return preset.path == path; }))
+        return;
+
+    selectFirst (
+        [&] (const Preset& preset)
+        {
+        std::error_code failure;
+        return std::filesystem::equivalent (toPath (preset.path), toPath (path), failure);
+    });
 }
 
 void PresetManager::updateHostDisplay()
@@ -268,7 +298,7 @@ void PresetManager::selectByPath (const juce::String& path)
         if (! presets.isEmpty())
             currentPreset = presets.getFirst();
 
-        selectIfListed (path);
+        selectFirst ([&path] (const Preset& preset) { return makeValidText (preset.path) == path; });
     }
 
     restoreMessage.triggerAsyncUpdate();
@@ -280,18 +310,16 @@ void PresetManager::RestoreMessage::handleAsyncUpdate()
                           { listener.presetRestored (preset); });
 }
 
-void PresetManager::selectIfListed (const juce::String& path)
+bool PresetManager::selectFirst (const std::function<bool (const Preset&)>& isWanted)
 {
     const juce::ScopedLock scope (lock);
+    const auto* found = std::find_if (presets.begin(), presets.end(), isWanted);
 
-    for (const auto& preset : presets)
-    {
-        if (preset.path != path)
-            continue;
+    if (found == presets.end())
+        return false;
 
-        currentPreset = preset;
-        return;
-    }
+    currentPreset = *found;
+    return true;
 }
 
 } // namespace tessarin

@@ -55,7 +55,7 @@ public:
     void promptUserToSave (juce::String name, juce::String description, juce::String categories,
                            juce::String author);
 
-    /** The state as the text of a preset file. */
+    /** The state as the text of a preset file, without what came with it and makes it unreadable. */
     [[nodiscard]] juce::String makePresetText (const juce::String& description,
                                                const juce::String& categories, const juce::String& author);
 
@@ -80,8 +80,9 @@ public:
     [[nodiscard]] int getNumPresets() const;
     [[nodiscard]] Preset getCurrentPreset() const;
 
-    /** For a host's restore: makes the first preset with this path current, else the first of all; with an empty
-        list nothing changes. The file is not read. The listeners are told later, on the message thread. */
+    /** For a host's restore: makes the first preset with this path current, as a state holds it (see `makeValidText`),
+        else the first of all; with an empty list nothing changes. No file is looked at. The listeners are told later, on
+        the message thread. */
     void selectByPath (const juce::String& path);
 
     void addListener (Listener* listener) { listeners.add (listener); }
@@ -111,7 +112,8 @@ private:
 
     std::unique_ptr<juce::XmlElement> select (int index);
     void applyState (juce::XmlElement& xml);
-    void selectIfListed (const juce::String& path);
+    bool selectFirst (const std::function<bool (const Preset&)>& isWanted);
+    void selectFile (const juce::File& file);
     void updateHostDisplay();
     [[nodiscard]] bool isNewToHost() const;
 

@@ -41,35 +41,13 @@ double getScale (int id)
     return index < scaleChoices.size() ? static_cast<double> (scaleChoices[index].factor)
                                        : Settings::defaultScale;
 }
-
-void logWhySavingFailed (const juce::File& file)
-{
-    const auto log = [] (const char* line) { juce::Logger::writeToLog (line); };
-
-    log ("Unable to save the custom settings...");
-
-    if (! file.exists())
-        log ("   ...Settings file doesn't exist");
-    else if (! file.hasWriteAccess())
-        log ("   ...Settings file has no write access");
-    else
-        log ("   ...Settings file has write access");
-
-    const auto folder = file.getParentDirectory();
-    const auto isWritable = folder.hasWriteAccess();
-
-    if (folder.exists())
-        log (isWritable ? "   ...Parent folder has write access" : "   ...Parent folder has no write access");
-    else if (! isWritable)
-        log ("   ...Parent folder doesn't exist, and cannot be created as we have no write access");
-}
 } // namespace
 
-SettingsModal::SettingsModal (juce::PropertiesFile& settings, ToastManager& toasts)
+SettingsModal::SettingsModal (SettingsFile& settings, ToastManager& toasts)
     : ModalWindow ("Settings"),
       toastManager (toasts),
       properties (settings),
-      fileListener (settings.getFile())
+      fileListener (Settings::getFile())
 {
     addChildren();
     fillBoxes();
@@ -166,18 +144,12 @@ void SettingsModal::comboBoxChanged (juce::ComboBox* box)
         setVisible (false);
     }
 
-    save();
-}
-
-void SettingsModal::save()
-{
-    if (! properties.saveIfNeeded())
-        logWhySavingFailed (properties.getFile());
+    properties.saveOrLog();
 }
 
 void SettingsModal::changeListenerCallback (juce::ChangeBroadcaster*)
 {
-    Settings::reload (properties);
+    properties.refresh();
     showSettings();
 
     // The editor applies scale and theme.

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "settings/FileListener.h"
+#include "settings/SettingsFile.h"
 #include "widgets/ModalWindow.h"
 #include "widgets/ToastManager.h"
-
-#include <juce_data_structures/juce_data_structures.h>
 
 namespace tessarin
 {
@@ -19,7 +18,7 @@ class SettingsModal final : public ModalWindow,
 {
 public:
     /** Both outlive the dialog. */
-    SettingsModal (juce::PropertiesFile&, ToastManager&);
+    SettingsModal (SettingsFile&, ToastManager&);
     ~SettingsModal() override;
 
     void resized() override;
@@ -36,7 +35,7 @@ public:
 
     /** Not in use: failures go to the log alone. */
     ToastManager& toastManager;
-    juce::PropertiesFile& properties;
+    SettingsFile& properties;
     juce::Label versionLabel;
     juce::ComboBox scaleBox;
     juce::Label scaleLabel;
@@ -53,7 +52,6 @@ private:
     void addChildren();
     void fillBoxes();
     void showSettings();
-    void save();
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (SettingsModal)
 };

@@ -52,6 +52,21 @@ TEST (SignalChainMetering, MeasuresBeforeTheInputGainAndBehindTheCeiling)
     EXPECT_EQ (processor.outputLoudness.shortTerm, -300.0f);
 }
 
+TEST (SignalChainMetering, ShowsAFreshLoudnessWithThePreparation)
+{
+    PluginUnderTest plugin;
+    auto& processor = plugin.processor;
+    plugin.render (signals::noise (2, 4 * 48000, 0.5f));
+    ASSERT_GT (processor.outputLoudness.integrated, -20.0f);
+
+    // No block has come yet.
+    processor.prepareToPlay (sampleRate, 512);
+
+    for (const auto* loudness : { &processor.inputLoudness, &processor.outputLoudness })
+        for (const auto value : { loudness->momentary, loudness->shortTerm, loudness->integrated })
+            EXPECT_EQ (value, -300.0f);
+}
+
 TEST (SignalChainMetering, FeedsTheTapsAtBothEnds)
 {
     constexpr auto numPoints = 40, samplesPerPoint = 6000;

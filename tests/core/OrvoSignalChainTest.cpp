@@ -192,26 +192,46 @@ TEST (SignalChain, StaysStableWithACrossoverAboveHalfTheRate)
     }
 }
 
-TEST (SignalChain, IgnoresAParameterValueThatIsNoNumber)
+TEST (SignalChain, KeepsWhatWasThereForAParameterValueThatIsNoNumber)
 {
     PluginUnderTest plugin, untouched;
-    const auto signal = signals::noise (2, 4800);
+    const auto signal = signals::noise (2, 1024);
+    constexpr auto nan = std::numeric_limits<float>::quiet_NaN();
 
     for (auto* each : { &plugin, &untouched })
     {
         each->set (randomValues (multiBand, 1, 2));
-        each->set ("oversampling", 1);
-        each->render (signal);
+        each->set ({ { "oversampling", 1 }, { "enable", 1 } });
     }
 
     for (const auto& [id, value] : expected::defaults())
-        plugin.processor.parameterChanged (juce::String (id), std::numeric_limits<float>::quiet_NaN());
+    {
+        auto& parameter = plugin.parameter (id);
+        const auto raw = plugin.get (id);
+        std::vector<float> refused { nan, -nan };
 
-    EXPECT_EQ (plugin.processor.levels.input.left.getData().maxPeak,
-               untouched.processor.levels.input.left.getData().maxPeak)
-        << "the meters do not start anew";
-    EXPECT_EQ (signals::largestDifference (plugin.render (signal), untouched.render (signal)), 0.0);
+        // As hosts do with what is typed.
+        for (const auto* text : { "nan", "-NaN", "inf", "-Inf", "nandB" })
+            refused.push_back (parameter.getValueForText (text));
+
+        for (const auto host : refused)
+        {
+            parameter.setValueNotifyingHost (host);
+            parameter.setValue (host);
+            ASSERT_EQ (plugin.get (id), raw) << id;
+            ASSERT_EQ (parameter.convertFrom0to1 (parameter.getValue()), static_cast<float> (raw)) << id;
+        }
+
+        // The next change of another parameter takes all values anew.
+        for (auto* each : { &plugin, &untouched })
+            each->set ("shape_single", 0.3 + 0.001 * static_cast<double> (id.length()));
+
+        ASSERT_EQ (signals::largestDifference (plugin.render (signal), untouched.render (signal)), 0.0) << id;
+    }
+
     EXPECT_EQ (plugin.processor.getLatencySamples(), untouched.processor.getLatencySamples());
+    EXPECT_FLOAT_EQ (plugin.parameter ("gain_post").getValueForText ("1e9"), 1.0f)
+        << "beyond the end is its end";
 }
 
 TEST (SignalChain, FollowsTheRulesOfRouting)

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace
@@ -47,13 +50,21 @@ public:
 
     void beforeStateCapture (bool preset, bool initial) override { note ("beforeCapture", preset, initial); }
 
-    void beforeStateRestore (bool preset, bool initial) override { note ("beforeRestore", preset, initial); }
+    void beforeStateRestore (bool preset, bool initial) override
+    {
+        note ("beforeRestore", preset, initial);
+
+        if (auto meanwhile = std::exchange (beforeNextRestore, {}))
+            meanwhile();
+    }
 
     void afterStateCapture (bool preset, bool initial) override { note ("afterCapture", preset, initial); }
 
     void afterStateRestore (bool preset, bool initial) override { note ("afterRestore", preset, initial); }
 
     float gain() const { return parameters.getRawParameterValue ("gain_single")->load(); }
+
+    std::function<void()> beforeNextRestore;
 
     Calls takeCalls() { return std::exchange (calls, {}); }
 
@@ -114,5 +125,42 @@ TEST (StateHooks, RunInOrderAroundEveryCaptureAndRestore)
     file.deleteFile();
     EXPECT_FALSE (processor.presetManager.loadPreset (1) || processor.presetManager.loadPreset (5));
     EXPECT_EQ (processor.takeCalls(), (Calls { "beforeRestore 1 0", "beforeRestore 1 0" }));
+}
+
+TEST (StateHooks, LeaveNoGapForARestoreBetweenTheHostsProgramAndItsPreset)
+{
+    const TemporaryConfig config;
+    config.preset ("Factory").createDirectory();
+    config.addPreset ("User/Loud.tpre", stateText (entry ("gain_single", "9")));
+    HookedProcessor processor;
+    processor.getMillisecondCounter = [] { return 5000u; };
+
+    juce::MemoryBlock block;
+    processor.getStateInformation (block);
+    const auto restore = [&]
+    { processor.setStateInformation (block.getData(), static_cast<int> (block.getSize())); };
+    auto waits = false;
+
+    // The program is to be loaded, and another thread of the host restores its project.
+    processor.beforeNextRestore = [&]
+    {
+        std::thread (
+            [&]
+            {
+            const juce::ScopedTryLock lock (processor.stateLock);
+            waits = ! lock.isLocked();
+
+            if (! waits)
+                restore();
+        }).join();
+    };
+
+    processor.setCurrentProgram (1);
+
+    if (waits)
+        restore();
+
+    EXPECT_EQ (processor.gain(), 0.0f) << "the project's";
+    EXPECT_EQ (processor.getCurrentProgram(), 0);
 }
 } // namespace

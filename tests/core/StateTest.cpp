@@ -1,9 +1,10 @@
-#include "core/PluginUnderTest.h"
-#include "support/TemporaryConfig.h"
+#include "core/StatefulPlugin.h"
+#include "support/Messages.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 namespace
 {
@@ -30,40 +31,6 @@ MemoryBlock makeBlock (const std::string& text)
 {
     return makeBlock (text, magicNumber, static_cast<juce::uint32> (text.size()));
 }
-
-struct StatefulPlugin : PluginUnderTest
-{
-    MemoryBlock capture()
-    {
-        MemoryBlock block;
-        processor.getStateInformation (block);
-        return block;
-    }
-
-    void restore (const MemoryBlock& block)
-    {
-        processor.setStateInformation (block.getData(), static_cast<int> (block.getSize()));
-    }
-
-    expected::Values values()
-    {
-        expected::Values all;
-
-        for (const auto& parameter : expected::parameters())
-            all[parameter.id] = get (parameter.id);
-
-        return all;
-    }
-
-    /** A value of its own for each parameter, none the default. */
-    void moveEverything()
-    {
-        auto place = 0.05;
-
-        for (const auto& row : expected::parameters())
-            set (row.id, row.min + (row.max - row.min) * (place += 0.9 / 70.0));
-    }
-};
 
 /** A factory folder and one user preset, so that there are programs 0 and 1. */
 struct State : testing::Test
@@ -187,7 +154,7 @@ TEST_F (State, OfDamagedOrForeignOriginChangesNothing)
         stateAround ("&#0;"),
         stateAround ("&#xd800;"),
         stateAround (levels ("<a>") + levels ("</a>")),
-        stateAround (std::string (2000000, ' ')),
+        stateAround (std::string (9000000, ' ')),
     };
 
     for (const auto& text : texts)
@@ -371,6 +338,24 @@ TEST_F (State, HoldsOffTheHostsProgramForASecond)
             EXPECT_EQ (plugin.get ("gain_single"), 9.0);
         }
     }
+}
+
+TEST_F (State, OfACaptureOnAnotherThreadIsMarkedInTheLiveTreeLater)
+{
+    const auto& state = plugin.processor.parameters.state;
+    const auto captureElsewhere = [&] { std::thread ([&] { plugin.capture(); }).join(); };
+
+    plugin.processor.presetManager.loadPreset (1);
+    captureElsewhere();
+    EXPECT_FALSE (state.hasProperty ("preset_path")) << "the tree is the message thread's";
+    dispatchMessages();
+    EXPECT_EQ (state["preset_path"].toString(), loud.getFullPathName());
+    EXPECT_EQ (state["version"].toString(), "1.0.1");
+
+    captureElsewhere();
+    plugin.restore (makeBlock (good));
+    dispatchMessages();
+    EXPECT_FALSE (state.hasProperty ("preset_path")) << "a restore takes it away for good";
 }
 
 TEST_F (State, ObeysTheLicence)

@@ -112,12 +112,16 @@ TEST (OrvoEditor, KeepsItsSizeAndMultipliesTheScales)
     }
 
     // Whatever stands in the file, the window can be seen.
-    for (const auto* damaged : { "0", "-1", "abc", "nan", "inf", "40" })
+    for (const auto* damaged : { "0", "-1", "abc", "nan", "inf", "40", "0.0001", "0.24" })
     {
         open.plugin.processor.settings.setValue ("scale", damaged);
         open.editor->setScaleFactor (1.5f);
         EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (1.5f)) << damaged;
     }
+
+    open.plugin.processor.settings.setValue ("scale", 0.25);
+    open.editor->setScaleFactor (1.0f);
+    EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (0.25f)) << "less than offered";
 
     open.editor->setBoundsConstrained ({ 10, 10 });
     EXPECT_EQ (open.editor->getBounds().getBottomRight(), juce::Point (977, 800));
@@ -243,6 +247,14 @@ TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
     EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (1.5f));
     EXPECT_EQ (open.editor->lookAndFeel->lookAndFeel.themeName, "Night");
 
+    // Without a window nothing watches the file.
+    open.close();
+    settingsFile.replaceWithText ("<PROPERTIES><VALUE name=\"scale\" val=\"0.5\"/><VALUE name=\"theme\" "
+                                  "val=\"Ice\"/></PROPERTIES>");
+    open.open();
+    EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (0.5f));
+    EXPECT_EQ (open.editor->lookAndFeel->lookAndFeel.themeName, "Ice");
+
     tessarin::LicenceManager::Status status;
     status.statusText = "Trial";
     open.plugin.processor.licenceManager.setStatus (status);
@@ -291,6 +303,67 @@ TEST (OrvoEditor, ShowsAndHidesWhatLicensingLaysOverIt)
     EXPECT_EQ (look (300, 5), bar);
     EXPECT_NE (look (300, 45), panel);
     EXPECT_EQ (clickLayout (3), 3.0);
+}
+
+TEST (OrvoEditor, FollowsAChangeThatComesAtOnceAfterAnother)
+{
+    OpenEditor open;
+
+    for (const auto& [layout, panel] : { std::pair { 2, &open.editor->sideChannelEditor },
+                                         std::pair { 3, &open.editor->leftChannelEditor } })
+    {
+        // The first arrives, and the second comes before its 16 ms are over.
+        open.plugin.set ("layout", 1);
+
+        while (juce::detail::dispatchNextMessageOnSystemQueue (true))
+        {
+        }
+
+        open.plugin.set ("layout", layout);
+
+        for (auto tries = 0; tries < 50 && ! panel->isVisible(); ++tries)
+            dispatchMessages();
+
+        EXPECT_TRUE (panel->isVisible()) << layout;
+        EXPECT_FALSE (open.editor->bandEditor.isVisible()) << layout;
+    }
+}
+
+TEST (OrvoEditor, LeavesNobodyBehindWhoListens)
+{
+    OpenEditor open;
+    auto& processor = open.plugin.processor;
+    juce::MemoryBlock state;
+    processor.getStateInformation (state);
+
+    // The sanitizers see who answers after the end: to what is sent later, and to what was under way.
+    for (const auto closesFirst : { true, false })
+    {
+        if (closesFirst)
+            open.close();
+
+        tessarin::LicenceManager::Status status;
+        status.statusText = "Trial";
+        processor.licenceManager.setStatus (status);
+        processor.settings.setValue ("theme", "Night");
+        processor.settings.saveOrLog();
+        EXPECT_TRUE (processor.presetManager.loadPreset (1));
+        processor.presetManager.finishSaving (open.config.preset ("Factory/New.tpre"),
+                                              processor.presetManager.makePresetText ({}, {}, {}));
+        processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
+        processor.toastManager.showError ("Lost");
+        open.plugin.set ({ { "layout", 1 }, { "enable", 0 }, { "mode_single", 3 } });
+        juce::SharedResourcePointer<tessarin::DLAF>()->lookAndFeel.setTheme ("Ice");
+
+        if (! closesFirst)
+            open.close();
+
+        dispatchMessages();
+        open.open();
+        EXPECT_EQ (open.editor->lookAndFeel->lookAndFeel.themeName, "Night");
+        EXPECT_EQ (open.editor->tooltipPanel.statusLabel.getText(), "Trial");
+        EXPECT_TRUE (open.editor->bandEditor.isVisible());
+    }
 }
 
 namespace

@@ -149,6 +149,11 @@ TEST_F (TopBar, ChangesTheThemeWithTenClicksOrShift)
 
     processor.settings.setValue ("theme", "Light");
     EXPECT_EQ (themeAfterClicks (10), "Default");
+
+    config.file ("settings.settings").deleteFile();
+    config.file ("settings.settings").createDirectory();
+    EXPECT_EQ (themeAfterClicks (10), "Ice") << "in force";
+    EXPECT_TRUE (config.log().contains ("Unable to save the custom settings..."));
 }
 
 TEST_F (TopBar, OpensTheManualOrTellsWhereItShouldBe)

@@ -74,6 +74,7 @@ struct Harness
         }
 
         const auto before = values();
+        const auto program = processor.getCurrentProgram();
         juce::MemoryBlock block;
         processor.getStateInformation (block);
         reset();
@@ -82,6 +83,8 @@ struct Harness
 
         for (size_t i = 0; i < before.size(); ++i)
             require (juce::approximatelyEqual (before[i], after[i]), "a captured state restores every value");
+
+        require (processor.getCurrentProgram() == program, "and the preset");
 
         juce::MidiBuffer midi;
         juce::AudioBuffer<float> audio (2, blockSize);
@@ -95,7 +98,8 @@ struct Harness
     juce::ScopedJuceInitialiser_GUI juceInitialiser;
     TemporaryConfig config;
     const bool hasFactory = config.preset ("Factory").createDirectory().wasOk();
-    const juce::File presetFile = config.addPreset ("User/Fuzzed.tpre", stateText());
+    const juce::File presetFile =
+        config.addPreset (juce::CharPointer_UTF8 ("User/Fuzzed\xed\xa0\x80.tpre"), stateText());
     OrvoAudioProcessor processor;
 };
 } // namespace

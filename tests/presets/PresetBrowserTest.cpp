@@ -301,6 +301,21 @@ TEST_F (Browser, PicksARandomPresetAmongTheShownRowsOnly)
     EXPECT_EQ (picked, rows());
 }
 
+TEST_F (Browser, PicksNoRandomPresetThatIsGone)
+{
+    clickBadge ("C");
+    config.preset ("User/One.tpre").deleteFile();
+    manager.finishSaving (config.preset ("User/New.tpre"), manager.makePresetText ({}, {}, {}));
+    ASSERT_EQ (browser.table.shownPresets.size(), 2) << "its row stays";
+
+    for (auto i = 0; i < 60; ++i)
+    {
+        manager.loadPreset (0);
+        browser.randomButton.onClick();
+        EXPECT_EQ (current(), "Zed");
+    }
+}
+
 TEST_F (Browser, DoesNothingWithoutRows)
 {
     clickBadge ("B");

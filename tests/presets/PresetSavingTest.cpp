@@ -135,6 +135,30 @@ TEST_F (PresetSaving, MakesTheNewPresetCurrentWithoutTouchingTheParameters)
     EXPECT_EQ (gain(), -9.0);
 }
 
+TEST_F (PresetSaving, FindsTheNewPresetByEveryRoadToItsFolder)
+{
+    const auto user = config.preset ("User"), real = config.base.getChildFile ("Real");
+    ASSERT_TRUE (user.moveFileTo (real) && real.createSymbolicLink (user, false));
+    File (real.getFullPathName() + "/~Sub").createDirectory();
+
+    // A dialog gives either path, and a name that begins with a tilde is nobody's home.
+    for (const auto& [folder, name] :
+         { std::pair { real, "Real" }, std::pair { user, "Linked" }, std::pair { real, "~root" },
+           std::pair { File (user.getFullPathName() + "/~Sub"), "~Bare" } })
+    {
+        save (File (folder.getFullPathName() + "/" + name));
+        const auto preset = processor.presetManager.getCurrentPreset();
+        EXPECT_EQ (preset.name, name);
+        EXPECT_TRUE (preset.path.startsWith (user.getFullPathName())) << "as the scan found it";
+        EXPECT_EQ (lastToast(), "Preset saved") << name;
+    }
+
+    save (config.base.getChildFile ("Elsewhere.tpre"));
+    EXPECT_TRUE (config.base.getChildFile ("Elsewhere.tpre").existsAsFile());
+    EXPECT_EQ (lastToast(), "Preset saved");
+    EXPECT_EQ (saved.joinIntoString (" "), "Real Linked ~root ~Bare ~Bare") << "no preset of the list";
+}
+
 TEST_F (PresetSaving, LoadsNoOtherPresetThroughAHostThatKnowsTheFirstProgramsOnly)
 {
     struct Host final : juce::AudioProcessorListener
@@ -216,7 +240,7 @@ TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
     processor.toastManager.toasts.clear();
 
     auto& manager = processor.presetManager;
-    manager.finishSaving (loud, manager.makePresetText (String::repeatedString ("x", 1024 * 1024), {}, {}));
+    manager.finishSaving (loud, manager.makePresetText (String::repeatedString ("x", 9000000), {}, {}));
     expectNothingChanged ("ERROR: Couldn't save preset!", "too long to be read again");
     processor.toastManager.toasts.clear();
 

@@ -162,6 +162,31 @@ TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)
     EXPECT_EQ (fileDialog.readLastArgument(), "--filename=User") << "the folder itself, without a name";
 }
 
+TEST (SaveDialog, IsReplacedByASecondAndOutlivesTheWindow)
+{
+    OpenEditor open;
+    auto& manager = open.plugin.processor.presetManager;
+    auto& toasts = open.plugin.processor.toastManager.toasts;
+    const auto user = open.config.preset ("User");
+    user.createDirectory();
+
+    // The user takes the folder and name that the dialog offers: the quotes end and begin around the shell's variables.
+    const FakeProgram fileDialog ("zenity", open.config.file ("bin"), "'\"$PWD/${last#--filename=}\"'");
+    manager.promptUserToSave ("First", {}, {}, {});
+    manager.promptUserToSave ("~root", {}, {}, {});
+    open.close();
+    toasts.clear();
+
+    for (auto i = 0; i < 10000 && toasts.isEmpty(); ++i)
+        juce::detail::dispatchNextMessageOnSystemQueue (false);
+
+    ASSERT_FALSE (toasts.isEmpty());
+    EXPECT_EQ (toasts[0]->text, "Preset saved");
+    EXPECT_EQ (user.getNumberOfChildFiles (juce::File::findFiles), 1) << "the first dialog is gone";
+    open.open();
+    EXPECT_EQ (open.editor->topBar.presetBox.getText(), "~root");
+}
+
 TEST (SaveDialog, GoesWithASuccessfulSaveOnly)
 {
     OpenEditor open;

@@ -22,7 +22,7 @@ struct LogProbe : public juce::Logger
 /** The settings and the dialog of one instance. */
 struct Instance
 {
-    juce::PropertiesFile settings { tessarin::Settings::getFile(), tessarin::Settings::getOptions() };
+    tessarin::SettingsFile settings;
     tessarin::ToastManager toasts;
     tessarin::SettingsModal modal { settings, toasts };
 };

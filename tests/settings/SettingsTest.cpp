@@ -1,15 +1,33 @@
 #include "settings/Settings.h"
 
 #include "core/OrvoAudioProcessor.h"
+#include "support/ReadOnly.h"
 #include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <cstring>
+#include <memory>
 
 namespace
 {
 using juce::String;
+
+/** The process can open no file. */
+struct NoDescriptors
+{
+    NoDescriptors()
+    {
+        getrlimit (RLIMIT_NOFILE, &previous);
+        const rlimit none { 0, previous.rlim_max };
+        setrlimit (RLIMIT_NOFILE, &none);
+    }
+
+    ~NoDescriptors() { setrlimit (RLIMIT_NOFILE, &previous); }
+
+    rlimit previous {};
+};
 
 TEST (Settings, AreNotWrittenBeforeTheyChange)
 {
@@ -87,6 +105,132 @@ TEST (Settings, FallBackToTheDefaultsWhenTheFileIsDamaged)
     processor.settings.setValue ("scale", 1.25);
     EXPECT_FALSE (processor.settings.saveIfNeeded());
     EXPECT_EQ (processor.settings.getDoubleValue ("scale", 1.0), 1.25) << "in force without a file";
+}
+
+String withValues (const char* scale, const char* prologue = "")
+{
+    return String (prologue) + "<PROPERTIES><VALUE name=\"scale\" val=\"" + scale + "\"/></PROPERTIES>";
+}
+
+TEST (Settings, LeaveAFileAloneThatCannotBeReadJustNow)
+{
+    const TemporaryConfig config;
+    const auto file = config.file ("settings.settings"), folder = file.getParentDirectory();
+    folder.createDirectory();
+    file.replaceWithText (withValues ("1.5"));
+
+    const auto expectDefaultsThenTheFile = [&] (const char* reason, const auto& makeUnreadable)
+    {
+        auto outOfReach = makeUnreadable();
+        OrvoAudioProcessor processor;
+        EXPECT_EQ (processor.settings.getDoubleValue ("scale", 1.0), 1.0) << reason;
+        processor.settings.refresh();
+        outOfReach.reset();
+
+        EXPECT_EQ (file.loadFileAsString(), withValues ("1.5")) << reason;
+        processor.settings.refresh();
+        EXPECT_EQ (processor.settings.getDoubleValue ("scale", 1.0), 1.5) << reason;
+    };
+
+    expectDefaultsThenTheFile ("no descriptor", [] { return std::make_unique<NoDescriptors>(); });
+
+    // The folder is everybody's, so that nothing but the rule keeps the file in its place.
+    chmod (folder.getFullPathName().toRawUTF8(), 0777);
+    expectDefaultsThenTheFile ("no permission",
+                               [&] {
+        return std::make_unique<ReadOnly> (std::initializer_list<juce::File> { file }, 0);
+    });
+}
+
+TEST (Settings, AreNotReadFromADamagedFileThatCannotBeMoved)
+{
+    const TemporaryConfig config;
+    const auto file = config.file ("settings.settings"), aside = config.file ("settings.damaged");
+    const auto damaged = withValues ("2.0", "<!DOCTYPE PROPERTIES>");
+    aside.getChildFile ("in the way").create();
+    file.replaceWithText (damaged);
+
+    {
+        OrvoAudioProcessor processor;
+        auto& settings = processor.settings;
+        settings.refresh();
+        EXPECT_EQ (settings.getDoubleValue ("scale", 1.0), 1.0) << "JUCE's parser would take it";
+
+        settings.setValue ("scale", 1.25);
+        settings.saveOrLog();
+        EXPECT_EQ (settings.getDoubleValue ("scale", 1.0), 1.25) << "in force without a file";
+        EXPECT_TRUE (config.log().contains ("Unable to save the custom settings..."));
+    }
+
+    EXPECT_EQ (file.loadFileAsString(), damaged);
+
+    // A file may turn bad while a window is open.
+    aside.deleteRecursively();
+    file.replaceWithText (withValues ("1.5"));
+    OrvoAudioProcessor processor;
+    aside.getChildFile ("in the way").create();
+    file.replaceWithText (damaged);
+    processor.settings.refresh();
+    EXPECT_EQ (processor.settings.getDoubleValue ("scale", 1.0), 1.5);
+}
+
+TEST (Settings, ThatCouldNotBeSavedGiveWayToANewerFile)
+{
+    enum Ending
+    {
+        nobodyElseSaves,
+        refreshes,
+        ends
+    };
+
+    for (const auto hasFile : { true, false })
+    {
+        for (const auto ending : { nobodyElseSaves, refreshes, ends })
+        {
+            SCOPED_TRACE (testing::Message() << hasFile << " " << ending);
+            const TemporaryConfig config;
+            const auto file = config.file ("settings.settings");
+            file.getParentDirectory().createDirectory();
+
+            if (hasFile)
+                file.replaceWithText (withValues ("1.5"));
+
+            auto failing = std::make_unique<OrvoAudioProcessor>();
+            auto& settings = failing->settings;
+
+            {
+                const ReadOnly readOnly { file.getParentDirectory() };
+                settings.setValue ("scale", 2.0);
+                settings.saveOrLog();
+                settings.refresh();
+            }
+
+            EXPECT_EQ (settings.getDoubleValue ("scale"), 2.0) << "in force";
+
+            if (ending != nobodyElseSaves)
+            {
+                OrvoAudioProcessor other;
+                other.settings.setValue ("scale", 0.75);
+                other.settings.saveOrLog();
+            }
+
+            if (ending == refreshes)
+            {
+                settings.refresh();
+                EXPECT_EQ (settings.getDoubleValue ("scale"), 0.75);
+                EXPECT_FALSE (settings.needsToBeSaved());
+
+                settings.setValue ("scale", 1.25);
+                settings.refresh();
+                EXPECT_EQ (settings.getDoubleValue ("scale"), 1.25) << "a new value waits to be saved";
+            }
+
+            failing.reset();
+            EXPECT_EQ (OrvoAudioProcessor().settings.getDoubleValue ("scale"), ending == nobodyElseSaves ? 2.0
+                                                                               : ending == refreshes ? 1.25
+                                                                                                     : 0.75);
+        }
+    }
 }
 
 TEST (Settings, LieWhereTheEnvironmentSays)

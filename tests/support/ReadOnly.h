@@ -6,12 +6,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/** Files and folders that cannot be written while this exists, by root neither: the process works as nobody. */
+/** Files and folders that cannot be written, or with another mode not be read, while this exists, by root neither: the
+    process works as nobody. */
 struct ReadOnly
 {
-    ReadOnly (std::initializer_list<juce::File> filesToUse) : files (filesToUse)
+    ReadOnly (std::initializer_list<juce::File> filesToUse, mode_t mode = 0555) : files (filesToUse)
     {
-        setMode (0555);
+        setMode (mode);
         isSwitched = user == 0 && setresuid (nobody, nobody, user) == 0;
     }
 
