@@ -64,8 +64,10 @@ double Arguments::numberOf (juce::StringRef option, double fallback, double leas
 
     const auto text = valueOf (option, {});
     const auto value = text.getDoubleValue();
+    const auto isNumber = text.containsAnyOf ("0123456789") && text.containsOnly ("0123456789.")
+                          && text.indexOfChar ('.') == text.lastIndexOfChar ('.');
 
-    if (text.isEmpty() || ! text.containsOnly ("0123456789.") || ! (value >= least && value <= most))
+    if (! isNumber || ! (value >= least && value <= most))
         throw Failure (juce::String (option) + " takes a number from " + juce::String (least) + " to "
                            + juce::String (most) + ", not \"" + text + "\"",
                        Failure::wrongUsage);

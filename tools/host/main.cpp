@@ -19,7 +19,8 @@ const std::vector<Command>& commands()
 
 void printUsage (const Command& command)
 {
-    std::cout << "usage: orvo-host " << command.name << ' ' << command.operands << '\n'
+    std::cout << "usage: orvo-host " << command.name << (*command.operands != 0 ? " " : "")
+              << command.operands << '\n'
               << command.help << '\n';
 
     for (const auto& option : command.options)
@@ -67,6 +68,11 @@ void run (juce::StringArray words)
 
     words.remove (0);
     const Arguments arguments (words, command->options);
+
+    if (*command->operands == 0 && ! arguments.operands.isEmpty())
+        throw Failure (juce::String (command->name) + " takes options alone, not \"" + arguments.operands[0]
+                           + "\"",
+                       Failure::wrongUsage);
 
     if (! command->opensWindows)
         forbidDisplay();
