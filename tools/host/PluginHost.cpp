@@ -175,9 +175,11 @@ juce::MemoryBlock PluginHost::getState() const
 
 void PluginHost::setState (const juce::MemoryBlock& block)
 {
-    constexpr juce::uint32 frameMagic = 0x21324356;
+    // The module passes over what it cannot read without a word.
+    const auto content =
+        juce::AudioProcessor::getXmlFromBinary (block.getData(), static_cast<int> (block.getSize()));
 
-    if (block.getSize() < 8 || juce::ByteOrder::littleEndianInt (block.getData()) != frameMagic)
+    if (content == nullptr || ! content->getTagName().equalsIgnoreCase ("orvo"))
         throw Failure ("this is not a state of Orvo");
 
     juce::XmlElement xml ("VST3PluginState");

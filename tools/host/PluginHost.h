@@ -44,7 +44,7 @@ public:
     /** The module's own state block, the same bytes that any other host stores. */
     [[nodiscard]] juce::MemoryBlock getState() const;
 
-    /** Throws unless the block has the frame of a state. */
+    /** Throws unless the block has the frame and the root of a state. */
     void setState (const juce::MemoryBlock& block);
 
 private:
