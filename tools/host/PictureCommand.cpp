@@ -214,8 +214,9 @@ void runPicture (const Arguments& arguments)
     const auto target = fileFromOperand (arguments.operands[2]);
 
     if (before.audio.getNumSamples() != after.audio.getNumSamples()
-        || before.audio.getNumChannels() != after.audio.getNumChannels())
-        throw Failure ("the two audio files differ in length or channels");
+        || before.audio.getNumChannels() != after.audio.getNumChannels()
+        || juce::roundToInt (before.sampleRate) != juce::roundToInt (after.sampleRate))
+        throw Failure ("the two audio files differ in length, channels or rate");
 
     checkPictureTarget (target, arguments.has ("--force"));
 
