@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace
 {
 constexpr auto emptyValue = -std::numeric_limits<float>::infinity();
@@ -97,4 +100,39 @@ TEST_F (History, SmoothsTheFallOfTheSecondTap)
         << "the rise is instant";
 }
 
+TEST_F (History, IsPushedAndResizedByTwoThreads)
+{
+    // At this rate each sample completes a point.
+    history.prepare (60.0);
+    std::atomic<bool> isFinished { false };
+    std::thread audio (
+        [&]
+        {
+        while (! isFinished)
+            for (auto index : { 0, 1 })
+                pushLevel (index, 0.5f, 700);
+    });
+
+    auto isSound = true;
+
+    for (auto round = 0; round < 4000 && isSound; ++round)
+    {
+        history.setPoints (round * 37 % 500);
+
+        if (round % 3 == 0)
+            history.clear();
+
+        const juce::ScopedLock scope (history.lock);
+        for (const auto& each : history.taps)
+        {
+            isSound = isSound && each.values.size() == each.points && each.writeIndex <= each.points;
+            for (auto value : each.values)
+                isSound = isSound && (value == emptyValue || std::abs (value + 6.0206f) < 0.001f);
+        }
+    }
+
+    isFinished = true;
+    audio.join();
+    EXPECT_TRUE (isSound);
+}
 } // namespace
