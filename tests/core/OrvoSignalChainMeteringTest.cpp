@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 namespace
 {
@@ -207,6 +208,15 @@ TEST (SignalChainMetering, StartsAnewWithEveryChangeOfAParameterButEnable)
             EXPECT_EQ (meter->integratedLoudness == -300.0f, isRestarted);
             EXPECT_EQ (meter->maxMomentaryLoudness == -300.0f, isRestarted);
             EXPECT_EQ (meter->blocksMeasured == 0, isRestarted);
+        }
+
+        if (isRestarted) // no block may come for a while
+        {
+            EXPECT_EQ (std::tuple (processor.inputLoudness.shortTermMax, processor.outputLoudness.integrated,
+                                   processor.inputMaxPeakDb, processor.outputMaxPeakDb),
+                       std::tuple (-300.0f, -300.0f, -100.0f, -100.0f));
+            EXPECT_EQ (std::pair (processor.shortTermDifference, processor.peakDifference),
+                       std::pair (0.0f, 0.0f));
         }
 
         const auto& after = levels.output.right;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
 
 namespace
@@ -100,39 +101,41 @@ TEST_F (History, SmoothsTheFallOfTheSecondTap)
         << "the rise is instant";
 }
 
-TEST_F (History, IsPushedAndResizedByTwoThreads)
+TEST_F (History, WaitsInEveryCallForWhoeverHoldsItsLock)
 {
-    // At this rate each sample completes a point.
-    history.prepare (60.0);
-    std::atomic<bool> isFinished { false };
-    std::thread audio (
-        [&]
-        {
-        while (! isFinished)
-            for (auto index : { 0, 1 })
-                pushLevel (index, 0.5f, 700);
-    });
+    const std::pair<const char*, std::function<void()>> calls[] {
+        { "push", [this] { pushLevel (0, 0.5f, 800); } },
+        { "setPoints", [this] { history.setPoints (200); } },
+        { "clear", [this] { history.clear(); } },
+        { "prepare", [this] { history.prepare (96000.0); } },
+    };
 
-    auto isSound = true;
-
-    for (auto round = 0; round < 4000 && isSound; ++round)
+    for (const auto& call : calls)
     {
-        history.setPoints (round * 37 % 500);
-
-        if (round % 3 == 0)
-            history.clear();
-
-        const juce::ScopedLock scope (history.lock);
-        for (const auto& each : history.taps)
+        std::atomic<bool> isStarted { false }, isDone { false };
+        const auto run = [&]
         {
-            isSound = isSound && each.values.size() == each.points && each.writeIndex <= each.points;
-            for (auto value : each.values)
-                isSound = isSound && (value == emptyValue || std::abs (value + 6.0206f) < 0.001f);
-        }
-    }
+            isStarted = true;
+            call.second();
+            isDone = true;
+        };
+        std::thread other;
 
-    isFinished = true;
-    audio.join();
-    EXPECT_TRUE (isSound);
+        {
+            const juce::ScopedLock scope (history.lock);
+            const auto before = tap (0).writeIndex + tap (1).samplesPerPoint;
+            other = std::thread (run);
+
+            // Many more turns than the call would need.
+            for (auto turn = 0; turn < 20000 && ! isDone; turn += isStarted ? 1 : 0)
+                std::this_thread::yield();
+
+            EXPECT_FALSE (isDone) << call.first;
+            EXPECT_EQ (tap (0).writeIndex + tap (1).samplesPerPoint, before) << call.first;
+        }
+
+        other.join();
+        EXPECT_TRUE (isDone);
+    }
 }
 } // namespace

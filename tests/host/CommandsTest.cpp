@@ -374,6 +374,7 @@ TEST (Commands, RefuseBadInputInOneLineAndHarmNoFile)
         { 1, "render slow.wav new.wav", "7999 Hz" },
         { 1, "render in.wav new.wav --set threshold_side=-3", "unknown parameter" },
         { 1, "render in.wav new.wav --set threshold_single=-18.1", "out of range" },
+        { 1, "render in.wav new.wav --set shape_post=101%", "out of range" },
         { 1, "render in.wav new.wav --set in_gain=loud", "takes a number" },
         { 1, "render in.wav new.wav --set in_gain=3Hz", "takes a number" },
         { 1, "render in.wav new.wav --set in_gain=nan", "takes a number" },

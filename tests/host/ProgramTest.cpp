@@ -71,7 +71,16 @@ TEST (Program, KeepsEveryFormatAndHoldsWhatIsBeyondFullScale)
         EXPECT_EQ (bytes.getSize() % 2, 0u);
         EXPECT_EQ (bytes.getSize() - 8, words[2].endsWith ("wav") ? juce::ByteOrder::littleEndianInt (size)
                                                                   : juce::ByteOrder::bigEndianInt (size));
-        return readAudio (temporary.file (words[2]));
+        const auto contents = readAudio (temporary.file (words[2]));
+
+        if (words[2].endsWith ("wav"))
+        {
+            const auto frameBytes = contents.audio.getNumChannels() * contents.bits / 8;
+            EXPECT_EQ (juce::ByteOrder::littleEndianInt (size + 24), contents.sampleRate * frameBytes);
+            EXPECT_EQ (juce::ByteOrder::littleEndianShort (size + 28), frameBytes);
+        }
+
+        return contents;
     };
     const auto shapeOf = [] (const AudioFileContents& contents)
     {
