@@ -110,10 +110,11 @@ TEST (Program, KeepsEveryFormatAndHoldsWhatIsBeyondFullScale)
                 {
                     const auto value = audio.getSample (i / frames, i % frames);
                     const auto fullScale = std::ldexp (1.0, bits - 1);
-                    const auto held = std::isnan (value)
-                                          ? 0.0
-                                          : std::clamp (std::nearbyint (fullScale * double { value }),
-                                                        -fullScale, fullScale - 1.0);
+                    const auto held =
+                        std::isnan (value)
+                            ? 0.0
+                            : std::clamp (std::nearbyint (fullScale * static_cast<double> (value)),
+                                          -fullScale, fullScale - 1.0);
                     EXPECT_EQ (written.stored[static_cast<size_t> (i)],
                                isFloat ? std::bit_cast<int> (value)
                                        : static_cast<int> (std::ldexp (held, 32 - bits)))
