@@ -86,34 +86,4 @@ TEST_P (ChainKernels, PassTheBlockBitForBitAsOversamplerAndFiltersDo)
         }
     }
 }
-
-TEST (ChainKernels, DifferLittleBetweenProcessorsWithAndWithoutAvx2)
-{
-    const auto signal = signals::noise (2, 3000, 1.2f);
-
-    for (auto layout = 0; layout < 4; ++layout)
-    {
-        for (auto mode = 0; mode < 5; ++mode)
-        {
-            std::vector<Buffer> outputs;
-
-            for (const auto set : kernels::supportedSets())
-            {
-                const kernels::Selection selection (set);
-                PluginUnderTest plugin;
-                plugin.set ({ { "layout", layout }, { "oversampling", 1 } });
-                for (const auto* section : { "low_band", "mid_band", "high_band", "single", "mid_channel",
-                                             "high_channel", "left_channel", "right_channel", "post" })
-                    plugin.set ({ { std::string ("threshold_") + section, -6.0 },
-                                  { std::string ("shape_") + section, 0.4 },
-                                  { std::string ("mode_") + section, mode },
-                                  { std::string ("gain_") + section, 3.0 } });
-                outputs.push_back (plugin.render (signal));
-            }
-
-            EXPECT_LE (signals::largestDifference (outputs.front(), outputs.back()), 1.0e-5)
-                << "layout " << layout << ", mode " << mode;
-        }
-    }
-}
 } // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
 
 namespace
 {
@@ -148,6 +149,45 @@ TEST (SignalChainMetering, FeedsTheSpectrumInMultiBandAloneWithTheMeanOfTheChann
     EXPECT_EQ (magnitudes, picture) << "the picture stays";
 }
 
+TEST (SignalChainMetering, StartsAnewWithEachPreparationAtItsRate)
+{
+    PluginUnderTest plugin;
+    auto& processor = plugin.processor;
+    processor.waveformTaps.setPoints (50); // a tenth of a second each
+    plugin.set ("layout", 1.0);
+
+    for (const auto rate : { 48000.0, 96000.0, 22050.0 })
+    {
+        SCOPED_TRACE (rate);
+        plugin.prepare (2, rate, 512);
+        EXPECT_EQ (processor.inputLoudness.momentaryMax, -300.0f);
+        EXPECT_EQ (processor.outputLoudness.integrated, -300.0f);
+        EXPECT_EQ (processor.levels.output.right.getData().heldPeak, 0.0);
+        EXPECT_EQ (processor.spectrum.magnitudes,
+                   juce::Array<float> (std::vector<float> (2048).data(), 2048));
+        EXPECT_EQ (processor.spectrum.sampleRate, rate);
+
+        const auto seconds = [rate] (double s) { return juce::roundToInt (s * rate); };
+        const auto amplitude = 0.25;
+        processor.waveformTaps.clear();
+        plugin.render (signals::sine (2, seconds (3.5), 997.0, rate, amplitude));
+        EXPECT_NEAR (processor.inputLoudness.shortTerm, signals::toDb (amplitude), 0.05);
+        EXPECT_NEAR (processor.outputLoudness.momentary, signals::toDb (amplitude), 0.05);
+        EXPECT_EQ (processor.waveformTaps.taps.getReference (1).writeIndex, 35);
+        const auto bin = juce::roundToInt (997.0 * 2048.0 / rate);
+        EXPECT_GT (processor.spectrum.magnitudes[bin], 0.5 * amplitude);
+
+        // A held peak stays for a second; half of the RMS window of 0.3 s is full when half of that has passed.
+        auto silence = signals::silence (2, seconds (0.15));
+        silence.setSample (0, 0, 0.5f);
+        plugin.render (silence);
+        EXPECT_NEAR (processor.levels.input.left.getData().rms, 0.5 * amplitude, 0.002);
+        EXPECT_NEAR (processor.levels.input.left.getData().peak, 0.5 * std::exp (-0.15 / 0.3), 0.001);
+        plugin.render (signals::silence (2, seconds (0.8)));
+        EXPECT_EQ (processor.levels.input.left.getData().heldPeak, 0.5);
+    }
+}
+
 TEST (SignalChainMetering, StartsAnewWithEveryChangeOfAParameterButEnable)
 {
     PluginUnderTest plugin (2, 22050.0);
@@ -183,6 +223,15 @@ TEST (SignalChainMetering, StartsAnewWithEveryChangeOfAParameterButEnable)
             EXPECT_EQ (meter->integratedLoudness == -300.0f, isRestarted);
             EXPECT_EQ (meter->maxMomentaryLoudness == -300.0f, isRestarted);
             EXPECT_EQ (meter->blocksMeasured == 0, isRestarted);
+        }
+
+        if (isRestarted) // no block may come for a while
+        {
+            EXPECT_EQ (std::tuple (processor.inputLoudness.shortTermMax, processor.outputLoudness.integrated,
+                                   processor.inputMaxPeakDb, processor.outputMaxPeakDb),
+                       std::tuple (-300.0f, -300.0f, -100.0f, -100.0f));
+            EXPECT_EQ (std::pair (processor.shortTermDifference, processor.peakDifference),
+                       std::pair (0.0f, 0.0f));
         }
 
         const auto& after = levels.output.right;

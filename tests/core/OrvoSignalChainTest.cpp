@@ -294,6 +294,29 @@ TEST (SignalChain, FollowsTheRulesOfRouting)
     }
 }
 
+TEST (SignalChain, KeepsTheCrossoversMemoryWhileOtherLayoutsRun)
+{
+    auto before = signals::noise (2, 700), after = signals::noise (2, 700, 1.0f, 2);
+
+    for (const auto detour : { 0.0, 2.0, 3.0 })
+    {
+        PluginUnderTest plugin, direct, fresh;
+
+        for (auto* each : { &plugin, &direct, &fresh })
+            each->set (randomValues (multiBand, 1, 4));
+
+        plugin.render (before);
+        direct.render (before);
+        plugin.set ("layout", detour);
+        plugin.render (signals::noise (2, 900, 1.0f, 3));
+        plugin.set ("layout", multiBand);
+
+        const auto expectedOutput = direct.render (after);
+        EXPECT_EQ (signals::largestDifference (plugin.render (after), expectedOutput), 0.0) << detour;
+        EXPECT_GT (signals::largestDifference (fresh.render (after), expectedOutput), 0.001);
+    }
+}
+
 TEST (SignalChain, RoundsTheInputGainToWholeDecibels)
 {
     PluginUnderTest plugin;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace
 {
 using signals::Buffer;
@@ -138,34 +140,91 @@ TEST (LUFSMeter, ReadsLowWhileItsWindowsFillAndIntegratesInStepsOfATenth)
                  1.0e-3);
 }
 
-TEST (LUFSMeter, KeepsTheFirstThreeSecondsOfSignalOutOfTheRange)
+/** Gates over all that was measured each tenth of a second, kept as a plain sorted list of tenths of a LU. */
+struct Measured
+{
+    void add (double loudness, bool isListed)
+    {
+        if (loudness > -70.0)
+        {
+            power += std::pow (10.0, 0.1 * loudness);
+            ++loud;
+        }
+
+        if (loudness > -100.0 && isListed)
+            tenths.insert (static_cast<int> (std::round (10.0 * loudness)));
+    }
+
+    /** Those within `depth` LU of the mean; none while nothing reaches so far. */
+    std::vector<int> gated (double depth) const
+    {
+        const auto gate = loud > 0 ? 10.0 * std::log10 (power / loud) - depth : -70.0;
+
+        if (tenths.empty() || *tenths.rbegin() * 0.1 <= gate)
+            return {};
+
+        return { tenths.lower_bound (static_cast<int> (10.0 * gate)), tenths.end() };
+    }
+
+    double power = 0.0;
+    int loud = 0;
+    std::multiset<int> tenths;
+};
+
+TEST (LUFSMeter, GatesAndRanksEveryTenthOfASecond)
 {
     Listener meter;
-    meter.hearSilence (2.0); // is no signal
-    meter.hearTone (-23.0, 2.9);
-    EXPECT_EQ (meter.loudnessRangeStart, kf::noLoudness);
-    EXPECT_EQ (meter.getData().range, 0.0f);
+    juce::Random random (3);
 
-    meter.hearTone (-23.0, 0.1);
-    EXPECT_NEAR (static_cast<double> (meter.loudnessRangeStart), -23.0, 0.1);
-    EXPECT_NEAR (static_cast<double> (meter.loudnessRangeEnd), -23.0, 0.1);
-}
+    for (auto run = 0; run < 3; ++run, meter.reset())
+    {
+        Measured momentary, shortTerm;
+        auto withSignal = 0, moved = 0;
+        auto level = 0.0, integrated = -300.0, start = -300.0, end = -300.0;
 
-TEST (LUFSMeter, HoldsTheRangeThroughSilence)
-{
-    Listener meter;
-    meter.hearTone (-20.0, 10.0);
-    const auto start = meter.loudnessRangeStart;
-    const auto end = meter.loudnessRangeEnd;
+        for (auto tenth = 0; tenth < 900; ++tenth)
+        {
+            // Programme between -35 and 0, now and then a fade to what gates hide, or nothing at all.
+            if (random.nextInt (12) == 0)
+                level = random.nextInt (5) == 0 ? -45.0 - 65.0 * random.nextDouble()
+                                                : -35.0 * random.nextDouble() * random.nextDouble();
 
-    meter.hearSilence (2.5);
-    EXPECT_EQ (meter.loudnessRangeStart, start);
-    EXPECT_EQ (meter.loudnessRangeEnd, end);
-    EXPECT_LT (meter.shortTermLoudness, -26.0f);
+            const auto isSilent = random.nextInt (10) == 0;
+            isSilent ? meter.hearSilence (0.1) : meter.hearTone (level, 0.1);
+            withSignal += isSilent ? 0 : 1;
 
-    // The fall was counted: with signal it shows.
-    meter.hearTone (-80.0, 0.3);
-    EXPECT_LT (meter.loudnessRangeStart, start - 1.0f);
+            const auto loudnessOf = [] (const std::vector<double>& meanSquare)
+            { return 10.0 * std::log10 (meanSquare[0] + meanSquare[1]) - 0.691; };
+            momentary.add (loudnessOf (meter.momentaryMeanSquare), true);
+            shortTerm.add (loudnessOf (meter.shortTermMeanSquare), withSignal >= 30);
+
+            if (const auto above = momentary.gated (10.0); ! above.empty())
+            {
+                auto sum = 0.0;
+                for (auto each : above)
+                    sum += std::pow (10.0, 0.01 * each);
+                integrated = 10.0 * std::log10 (sum / static_cast<double> (above.size()));
+            }
+
+            if (const auto above = shortTerm.gated (20.0); ! above.empty() && ! isSilent)
+            {
+                // The tenth of all below, and the twentieth above, rounded up to whole blocks.
+                const auto count = static_cast<double> (above.size());
+                const auto before = start;
+                start = 0.1 * above[static_cast<size_t> (std::ceil (0.1 * count)) - 1];
+                moved += std::abs (start - before) > 0.05 ? 1 : 0;
+                end = 0.1 * above[above.size() - static_cast<size_t> (std::ceil (0.05 * count))];
+            }
+
+            ASSERT_NEAR (static_cast<double> (meter.integratedLoudness), integrated, 1.0e-3)
+                << run << ", " << tenth;
+            ASSERT_NEAR (static_cast<double> (meter.loudnessRangeStart), start, 1.0e-4)
+                << run << ", " << tenth;
+            ASSERT_NEAR (static_cast<double> (meter.loudnessRangeEnd), end, 1.0e-4) << run << ", " << tenth;
+        }
+
+        EXPECT_GT (moved, 10) << "a range that stands still proves nothing";
+    }
 }
 
 TEST (LUFSMeter, ShowsNothingForSilence)

@@ -72,20 +72,4 @@ TEST (SpectrumData, IsTheWindowedTransformOfAFrame)
         EXPECT_NEAR (magnitude (spectrum, bin), expected, 1.0e-6) << "bin " << bin;
     }
 }
-
-TEST (SpectrumData, TransformsAsItsFftMemberWould)
-{
-    SpectrumData spectrum;
-    spectrum.prepare (rate);
-    const auto noise = signals::noise (1, size);
-    push (spectrum, noise);
-
-    std::vector<float> expected (2 * size);
-    juce::FloatVectorOperations::multiply (expected.data(), noise.getReadPointer (0),
-                                           spectrum.window.getRawDataPointer(), size);
-    spectrum.fft->performFrequencyOnlyForwardTransform (expected.data());
-
-    for (auto i = 0; i < size; ++i)
-        ASSERT_NEAR (spectrum.fftData[i], expected[static_cast<size_t> (i)], 1.0e-4f) << i;
-}
 } // namespace

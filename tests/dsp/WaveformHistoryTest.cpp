@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <functional>
+#include <thread>
+
 namespace
 {
 constexpr auto emptyValue = -std::numeric_limits<float>::infinity();
@@ -97,4 +101,41 @@ TEST_F (History, SmoothsTheFallOfTheSecondTap)
         << "the rise is instant";
 }
 
+TEST_F (History, WaitsInEveryCallForWhoeverHoldsItsLock)
+{
+    const std::pair<const char*, std::function<void()>> calls[] {
+        { "push", [this] { pushLevel (0, 0.5f, 800); } },
+        { "setPoints", [this] { history.setPoints (200); } },
+        { "clear", [this] { history.clear(); } },
+        { "prepare", [this] { history.prepare (96000.0); } },
+    };
+
+    for (const auto& call : calls)
+    {
+        std::atomic<bool> isStarted { false }, isDone { false };
+        const auto run = [&]
+        {
+            isStarted = true;
+            call.second();
+            isDone = true;
+        };
+        std::thread other;
+
+        {
+            const juce::ScopedLock scope (history.lock);
+            const auto before = tap (0).writeIndex + tap (1).samplesPerPoint;
+            other = std::thread (run);
+
+            // Many more turns than the call would need.
+            for (auto turn = 0; turn < 20000 && ! isDone; turn += isStarted ? 1 : 0)
+                std::this_thread::yield();
+
+            EXPECT_FALSE (isDone) << call.first;
+            EXPECT_EQ (tap (0).writeIndex + tap (1).samplesPerPoint, before) << call.first;
+        }
+
+        other.join();
+        EXPECT_TRUE (isDone);
+    }
+}
 } // namespace

@@ -41,10 +41,15 @@ juce::File builtModule()
 
 ProgramRun runHost (const TemporaryFolder& temporary, juce::StringArray words)
 {
+    words.insert (0, ORVO_HOST);
+    return runProgram (temporary, words);
+}
+
+ProgramRun runProgram (const TemporaryFolder& temporary, juce::StringArray words)
+{
     const TemporaryFolder streams;
     const auto output = streams.file ("out"), errors = streams.file ("err");
 
-    words.insert (0, ORVO_HOST);
     for (auto& word : words)
         word = "'" + word + "'";
 
@@ -56,6 +61,11 @@ ProgramRun runHost (const TemporaryFolder& temporary, juce::StringArray words)
              output.loadFileAsString(), errors.loadFileAsString() };
 }
 
+juce::StringArray linesOf (const juce::String& text)
+{
+    return juce::StringArray::fromLines (text.trimCharactersAtEnd ("\n"));
+}
+
 AudioFileContents readAudio (const juce::File& file)
 {
     juce::AudioFormatManager formats;
@@ -65,12 +75,18 @@ AudioFileContents readAudio (const juce::File& file)
     if (const std::unique_ptr<juce::AudioFormatReader> reader (formats.createReaderFor (file));
         reader != nullptr)
     {
-        contents = {
-            {}, reader->sampleRate, static_cast<int> (reader->bitsPerSample), reader->usesFloatingPointData
-        };
+        contents.sampleRate = reader->sampleRate;
+        contents.bits = static_cast<int> (reader->bitsPerSample);
+        contents.isFloat = reader->usesFloatingPointData;
         contents.audio.setSize (static_cast<int> (reader->numChannels),
                                 static_cast<int> (reader->lengthInSamples));
-        reader->read (&contents.audio, 0, contents.audio.getNumSamples(), 0, true, true);
+        const auto frames = contents.audio.getNumSamples();
+        reader->read (&contents.audio, 0, frames, 0, true, true);
+
+        const auto numChannels = contents.audio.getNumChannels();
+        contents.stored.resize (static_cast<size_t> (frames * numChannels));
+        int* const channels[] { contents.stored.data(), contents.stored.data() + (numChannels - 1) * frames };
+        reader->read (channels, numChannels, 0, frames, false);
     }
 
     return contents;

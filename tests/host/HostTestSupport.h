@@ -25,8 +25,14 @@ struct ProgramRun
     juce::String output, errors;
 };
 
-/** Runs orvo-host on the built module, its streams kept apart. A crash has the exit code -1. */
+/** Runs orvo-host on the built module in that folder, its streams kept apart. A crash has the exit code -1. */
 [[nodiscard]] ProgramRun runHost (const TemporaryFolder&, juce::StringArray words);
+
+/** The same for any program. */
+[[nodiscard]] ProgramRun runProgram (const TemporaryFolder&, juce::StringArray words);
+
+/** What the program printed, without the last line's end. */
+[[nodiscard]] juce::StringArray linesOf (const juce::String& text);
 
 struct AudioFileContents
 {
@@ -34,6 +40,9 @@ struct AudioFileContents
     double sampleRate = 0.0;
     int bits = 0;
     bool isFloat = false;
+
+    /** Channel after channel: whole numbers in the upper bits of 32, or the bits of floats. */
+    std::vector<int> stored;
 };
 
 /** Through JUCE's own reader for the name's extension. An empty buffer if there is no such audio. */

@@ -1,14 +1,14 @@
 #include "AudioFile.h"
-#include "common/ConfigFolder.h"
 #include "Failure.h"
 #include "HostTestSupport.h"
 #include "PluginHost.h"
 
-#include <juce_graphics/juce_graphics.h>
-
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <limits>
+#include <tuple>
 
 namespace
 {
@@ -48,272 +48,246 @@ TEST_P (Rendering, LinesUpWithTheInputAndKeepsItsLength)
 
 INSTANTIATE_TEST_SUITE_P (EveryFactor, Rendering, testing::Values ("Off", "2x", "4x", "8x", "16x"));
 
-TEST (Program, ClipsAFileAtTheThreshold)
+TEST (Program, KeepsEveryFormatAndHoldsWhatIsBeyondFullScale)
 {
+    // Full scale and its neighbours, halves of the last bit, what lies beyond, and what is no number; an odd count.
+    const std::vector<float> values { 0.0f,          0.5f,      -0.5f,     1.0f,         -1.0f,
+                                      0.99999f,      -0.99999f, 1.5e-5f,   1.0f / 65536, 3.0f / 65536,
+                                      -5.0f / 65536, 1.00001f,  -1.00001f, 1.5f,         -1.5f,
+                                      2.0f,          -2.0f,     3.0f,      1.0e9f,       -1.0e9f,
+                                      3.0e38f,       -3.0e38f,  1.0e-9f,   0.333f,       std::nanf ("") };
+    const auto frames = static_cast<int> (values.size());
     const TemporaryFolder temporary;
-    writeWav (temporary.file ("in.wav"), smoothNoise (1, 8000, 0.5f), 48000.0, 32);
-
-    const auto run =
-        runHost (temporary, { "render", "in.wav", "out.wav", "--set", "mode_single=hard", "--set",
-                              "threshold_single=-6", "--set", "in_gain=12dB", "--set", "enable_post=off" });
-    ASSERT_EQ (run.exitCode, 0) << run.errors;
-
-    const auto threshold = static_cast<float> (std::pow (10.0, -6.0 / 20.0));
-    const auto gain = static_cast<float> (std::pow (10.0, 12.0 / 20.0));
-    const auto input = readAudio (temporary.file ("in.wav")).audio;
-    const auto output = readAudio (temporary.file ("out.wav")).audio;
-    auto clipped = 0;
-
-    ASSERT_EQ (output.getNumSamples(), input.getNumSamples());
-    for (auto i = 0; i < input.getNumSamples(); ++i)
+    const auto render = [&] (juce::StringArray words)
     {
-        const auto driven = gain * input.getSample (0, i);
-        clipped += std::abs (driven) > threshold ? 1 : 0;
-        ASSERT_NEAR (output.getSample (0, i), juce::jlimit (-threshold, threshold, driven), 2.0e-6f) << i;
-    }
+        words.insert (0, "render");
+        // Bypassed, the audio passes at once, whatever latency is reported.
+        words.addArray ({ "--force", "--set", "enable=Bypassed", "--set", "oversampling=16x" });
+        const auto run = runHost (temporary, words);
+        EXPECT_EQ (run.exitCode, 0) << run.errors;
 
-    EXPECT_GT (clipped, 500);
-}
+        juce::MemoryBlock bytes;
+        temporary.file (words[2]).loadFileAsData (bytes);
+        const auto* size = static_cast<const char*> (bytes.getData()) + 4;
+        EXPECT_EQ (bytes.getSize() % 2, 0u);
+        EXPECT_EQ (bytes.getSize() - 8, words[2].endsWith ("wav") ? juce::ByteOrder::littleEndianInt (size)
+                                                                  : juce::ByteOrder::bigEndianInt (size));
+        const auto contents = readAudio (temporary.file (words[2]));
 
-TEST (Program, WritesEveryFormatWithoutLossAndKeepsTheInputsOwn)
-{
-    const TemporaryFolder temporary;
-
-    for (const auto channels : { 1, 2 })
-    {
-        writeWav (temporary.file ("in.wav"), smoothNoise (channels, 3001, 1.0f), 96000.0, 16);
-        const auto input = readAudio (temporary.file ("in.wav"));
-
-        for (const auto* extension : { ".wav", ".aiff" })
-            for (const auto& [format, bits] :
-                 { std::pair { "", 16 }, { "16", 16 }, { "24", 24 }, { "32", 32 }, { "float", 32 } })
-            {
-                juce::StringArray words { "render", "in.wav", juce::String ("out") + extension, "--force" };
-
-                // Bypassed, the audio passes at once, whatever latency is reported.
-                words.addArray ({ "--set", "enable=Bypassed", "--set", "oversampling=16x" });
-                if (*format != 0)
-                    words.addArray ({ "--bits", format });
-
-                const auto run = runHost (temporary, words);
-                ASSERT_EQ (run.exitCode, 0) << run.errors;
-
-                const auto output = readAudio (temporary.file (juce::String ("out") + extension));
-                EXPECT_EQ (output.bits, bits) << extension << format;
-                EXPECT_EQ (output.isFloat, juce::String (format) == "float") << extension << format;
-                EXPECT_EQ (output.sampleRate, 96000.0);
-                EXPECT_TRUE (output.audio == input.audio) << extension << format;
-            }
-
-        // The last AIFF file as input, and back.
-        const auto run =
-            runHost (temporary, { "render", "out.aiff", "back.wav", "--force", "--set", "enable=Bypassed" });
-        ASSERT_EQ (run.exitCode, 0) << run.errors;
-        EXPECT_TRUE (readAudio (temporary.file ("back.wav")).audio == input.audio);
-    }
-}
-
-TEST (Program, RendersFilesOfMixedRatesAndChannelsIntoAFolder)
-{
-    const TemporaryFolder temporary;
-    writeWav (temporary.file ("a.wav"), smoothNoise (1, 4410, 0.5f), 44100.0, 16);
-    writeWav (temporary.file ("b.wav"), smoothNoise (2, 900, 0.5f), 96000.0, 24);
-    writeWav (temporary.file ("empty.wav"), juce::AudioBuffer<float> (2, 0), 48000.0, 32);
-
-    const auto run = runHost (temporary, { "render", "a.wav", "b.wav", "empty.wav", "done", "--set",
-                                           "layout=Multi Band", "--set", "oversampling=8x" });
-    ASSERT_EQ (run.exitCode, 0) << run.errors;
-    EXPECT_EQ (juce::StringArray::fromLines (run.output.trimEnd()).size(), 4) << run.output;
-
-    for (const auto* name : { "a.wav", "b.wav", "empty.wav" })
-    {
-        const auto before = readAudio (temporary.file (name));
-        const auto after = readAudio (temporary.file (juce::String ("done/") + name));
-        EXPECT_EQ (after.audio.getNumChannels(), before.audio.getNumChannels());
-        EXPECT_EQ (after.audio.getNumSamples(), before.audio.getNumSamples());
-        EXPECT_EQ (after.sampleRate, before.sampleRate);
-        EXPECT_EQ (after.bits, before.bits);
-    }
-
-    // A file's result does not hang on the files before it.
-    ASSERT_EQ (runHost (temporary, { "render", "b.wav", "alone.wav", "--set", "layout=Multi Band", "--set",
-                                     "oversampling=8x" })
-                   .exitCode,
-               0);
-    EXPECT_TRUE (readAudio (temporary.file ("alone.wav")).audio
-                 == readAudio (temporary.file ("done/b.wav")).audio);
-}
-
-TEST (Program, RendersWithAStateAsWithTheSettingsThatMadeIt)
-{
-    const TemporaryFolder temporary;
-    writeWav (temporary.file ("in.wav"), smoothNoise (2, 3000, 0.9f), 48000.0, 32);
-    juce::StringArray words { "render", "in.wav", "set.wav" };
-
-    {
-        PluginHost host (builtModule());
-        for (const auto& [id, value] : { std::pair { "layout", "Left / Right" },
-                                         { "threshold_left_channel", "-12.5" },
-                                         { "mode_right_channel", "Boost" },
-                                         { "in_gain", "9" } })
+        if (words[2].endsWith ("wav"))
         {
-            host.getParameter (id).setFromText (value);
-            words.addArray ({ "--set", juce::String (id) + "=" + value });
+            const auto frameBytes = contents.audio.getNumChannels() * contents.bits / 8;
+            EXPECT_EQ (juce::ByteOrder::littleEndianInt (size + 24), contents.sampleRate * frameBytes);
+            EXPECT_EQ (juce::ByteOrder::littleEndianShort (size + 28), frameBytes);
         }
 
-        host.prepare (48000.0, 64);
-        const auto state = host.getState();
-        temporary.file ("it.state").replaceWithData (state.getData(), state.getSize());
+        return contents;
+    };
+    const auto shapeOf = [] (const AudioFileContents& contents)
+    {
+        return std::tuple (contents.audio.getNumChannels(), contents.sampleRate, contents.bits,
+                           contents.isFloat);
+    };
+
+    for (const auto& [channels, rate] : { std::pair { 1, 44100.0 }, { 2, 96000.0 } })
+    {
+        juce::AudioBuffer<float> audio (channels, frames);
+        for (auto i = 0; i < channels * frames; ++i)
+            audio.setSample (i / frames, i % frames,
+                             values[static_cast<size_t> (i < frames ? i : 2 * frames - 1 - i)]);
+        writeWav (temporary.file ("in.wav"), audio, rate, 32);
+
+        for (const juce::String name : { "out.wav", "out.aiff" })
+            for (const auto& [format, bits] :
+                 { std::pair { "16", 16 }, { "24", 24 }, { "32", 32 }, { "float", 32 } })
+            {
+                SCOPED_TRACE (testing::Message() << channels << " channels, " << format << ", " << name);
+                const auto isFloat = juce::String (format) == "float";
+                const auto written = render ({ "in.wav", name, "--bits", format });
+                EXPECT_EQ (shapeOf (written), std::tuple (channels, rate, bits, isFloat));
+                ASSERT_EQ (written.stored.size(), static_cast<size_t> (channels * frames));
+
+                for (auto i = 0; i < channels * frames; ++i)
+                {
+                    const auto value = audio.getSample (i / frames, i % frames);
+                    const auto fullScale = std::ldexp (1.0, bits - 1);
+                    const auto held =
+                        std::isnan (value)
+                            ? 0.0
+                            : std::clamp (std::nearbyint (fullScale * static_cast<double> (value)),
+                                          -fullScale, fullScale - 1.0);
+                    EXPECT_EQ (written.stored[static_cast<size_t> (i)],
+                               isFloat ? std::bit_cast<int> (value)
+                                       : static_cast<int> (std::ldexp (held, 32 - bits)))
+                        << value;
+                }
+
+                // In the input's own format, and in the other container.
+                for (const auto* again : { "again.wav", "again.aiff" })
+                {
+                    const auto kept = render ({ name, again });
+                    EXPECT_EQ (shapeOf (kept), shapeOf (written));
+                    EXPECT_EQ (kept.stored, written.stored) << again;
+                }
+            }
     }
 
-    ASSERT_EQ (runHost (temporary, words).exitCode, 0);
-    ASSERT_EQ (runHost (temporary, { "render", "in.wav", "state.wav", "--state", "it.state" }).exitCode, 0);
-    ASSERT_EQ (runHost (temporary, { "render", "in.wav", "plain.wav" }).exitCode, 0);
+    writeWav (temporary.file ("eight.wav"), smoothNoise (1, 333, 1.0f), 8000.0, 8);
+    const auto widened = render ({ "eight.wav", "out.wav" });
+    EXPECT_EQ (widened.bits, 16);
+    EXPECT_TRUE (widened.audio == readAudio (temporary.file ("eight.wav")).audio);
+}
 
-    const auto bySettings = readAudio (temporary.file ("set.wav")).audio;
-    EXPECT_TRUE (readAudio (temporary.file ("state.wav")).audio == bySettings);
-    EXPECT_FALSE (readAudio (temporary.file ("plain.wav")).audio == bySettings);
+/** After ITU-R BS.1770, of the mean squares of each tenth of a second of a tone near 1 kHz, where weighting and
+    offset cancel. The first windows of 0.4 s are read while they fill. */
+double integratedLoudness (const std::vector<double>& tenths)
+{
+    const auto meanAbove = [&] (double gate)
+    {
+        auto sum = 0.0, count = 0.0;
+
+        for (size_t i = 0; i < tenths.size(); ++i)
+        {
+            auto window = 0.0;
+            for (auto back = i; back + 4 > i && back < tenths.size(); --back)
+                window += 0.25 * tenths[back];
+
+            if (10.0 * std::log10 (window) > gate)
+            {
+                sum += window;
+                ++count;
+            }
+        }
+
+        return 10.0 * std::log10 (sum / count);
+    };
+
+    return meanAbove (meanAbove (-70.0) - 10.0);
+}
+
+TEST (Program, PrintsUnderItsTitlesWhatItDidToEachFile)
+{
+    struct
+    {
+        const char* name;
+        double rate;
+        int channels, bits;
+
+        /** Peaks of a tone in two halves. */
+        double firstDb, secondDb;
+        int tenthsInHalf;
+    } const clips[] { { "halves.wav", 48000.0, 2, 24, -12.0, -30.0, 40 },
+                      { "mono.wav", 96000.0, 1, 32, -26.0, -20.0, 30 },
+                      { "long.wav", 44100.0, 1, 16, -33.0, -20.0, 306 },
+                      { "silent.wav", 44100.0, 2, 16, -400.0, -400.0, 10 },
+                      { "empty.wav", 48000.0, 2, 32, -400.0, -400.0, 0 } };
+
+    const TemporaryFolder temporary;
+    juce::StringArray inputs;
+
+    for (const auto& [name, rate, channels, bits, firstDb, secondDb, tenths] : clips)
+    {
+        const auto half = juce::roundToInt (0.1 * tenths * rate);
+        juce::AudioBuffer<float> audio (channels, 2 * half);
+        for (auto channel = 0; channel < channels; ++channel)
+            for (auto i = 0; i < 2 * half; ++i)
+                audio.setSample (
+                    channel, i,
+                    static_cast<float> (std::pow (10.0, 0.05 * (i < half ? firstDb : secondDb))
+                                        * std::sin (juce::MathConstants<double>::twoPi * 1000.0 * i / rate)));
+        writeWav (temporary.file (name), audio, rate, bits);
+        inputs.add (name);
+    }
+
+    for (const auto& [layout, factor, gain] :
+         { std::tuple { "Left / Right", "4x", 6.0 }, { "Single Band", "Off", -3.0 } })
+    {
+        juce::StringArray words { "render" };
+        words.addArray (inputs);
+        words.addArray ({ "done", "--force", "--set", juce::String ("layout=") + layout, "--set",
+                          juce::String ("oversampling=") + factor, "--set",
+                          "in_gain=" + juce::String (gain) });
+        const auto start = juce::Time::getMillisecondCounterHiRes();
+        const auto run = runHost (temporary, words);
+        const auto wallSeconds = 0.001 * (juce::Time::getMillisecondCounterHiRes() - start);
+        ASSERT_EQ (run.exitCode, 0) << run.errors;
+        EXPECT_EQ (run.errors, "long.wav: 25 %\nlong.wav: 50 %\nlong.wav: 75 %\nlong.wav: 100 %\n");
+
+        PluginHost host (builtModule());
+        host.getParameter ("oversampling").setFromText (factor);
+        host.prepare (48000.0, 64);
+
+        const auto lines = linesOf (run.output);
+        ASSERT_EQ (lines.size(), 6) << run.output;
+
+        for (auto row = 1; row < 6; ++row)
+        {
+            const auto& clip = clips[row - 1];
+            const auto& line = lines[row];
+            SCOPED_TRACE (line);
+            const auto under = [&] (const char* title) { return line.substring (lines[0].indexOf (title)); };
+            const auto cell = [&] (const char* title)
+            {
+                const auto end = lines[0].indexOf (title) + juce::String (title).length();
+                EXPECT_TRUE (end == line.length() || line[end] == ' ') << title;
+                return line.substring (0, end).fromLastOccurrenceOf (" ", false, false);
+            };
+
+            EXPECT_TRUE (under ("file").startsWith (juce::String (clip.name) + "  "));
+            EXPECT_TRUE (under ("layout").startsWith (juce::String (layout) + " "));
+            EXPECT_TRUE (under ("oversampling").startsWith (juce::String (factor) + "  "));
+            EXPECT_EQ (cell ("rate"), juce::String (juce::roundToInt (clip.rate)));
+            EXPECT_EQ (cell ("latency"), juce::String (host.getLatency()));
+            EXPECT_GE (cell ("x real time").getDoubleValue(), 0.2 * clip.tenthsInHalf / wallSeconds);
+
+            const auto before = readAudio (temporary.file (clip.name));
+            const auto after = readAudio (temporary.file (juce::String ("done/") + clip.name));
+            EXPECT_EQ (std::tuple (after.sampleRate, after.bits, after.stored.size()),
+                       std::tuple (clip.rate, clip.bits, before.stored.size()));
+
+            const auto peakDb = std::max (clip.firstDb, clip.secondDb);
+            if (peakDb < -100.0)
+            {
+                EXPECT_EQ (cell ("peak in") + cell ("peak out") + cell ("LUFS in") + cell ("LUFS out"),
+                           "-inf-inf--");
+                continue;
+            }
+
+            std::vector<double> tenths;
+            for (auto tenth = 0; tenth < 2 * clip.tenthsInHalf; ++tenth)
+                tenths.push_back (
+                    0.5 * clip.channels
+                    * std::pow (10.0, 0.1 * (tenth < clip.tenthsInHalf ? clip.firstDb : clip.secondDb)));
+            const auto loudness = integratedLoudness (tenths);
+
+            EXPECT_NEAR (cell ("peak in").getDoubleValue(), peakDb, 0.011);
+            EXPECT_NEAR (cell ("peak out").getDoubleValue(), peakDb + gain, 0.05);
+            EXPECT_NEAR (cell ("LUFS in").getDoubleValue(), loudness, 0.11);
+            EXPECT_NEAR (cell ("LUFS out").getDoubleValue(), loudness + gain, 0.11);
+        }
+
+        // A file's result does not hang on the files before it. A folder takes a single file, too.
+        temporary.file ("alone").createDirectory();
+        words.removeRange (1, inputs.size() + 1);
+        words.addArray ({ "mono.wav", "alone" });
+        ASSERT_EQ (runHost (temporary, words).exitCode, 0);
+        EXPECT_TRUE (readAudio (temporary.file ("alone/mono.wav")).audio
+                     == readAudio (temporary.file ("done/mono.wav")).audio);
+    }
 }
 
 TEST (AudioFileWriter, TouchesNothingUntilItIsFinishedAndNoOldFileUnlessAllowed)
 {
     const TemporaryFolder temporary;
     const auto target = temporary.file ("out.wav");
-    const auto audio = smoothNoise (1, 100, 0.5f);
-    const AudioShape shape { 48000.0, 1, 100, SampleFormat::float32 };
     target.replaceWithText ("old");
     const auto before = temporary.contents();
-
     {
-        AudioFileWriter writer (target, shape);
-        writer.write (audio, 100);
+        AudioFileWriter writer (target, { 48000.0, 1, 100, SampleFormat::float32 });
+        writer.write (smoothNoise (1, 100, 0.5f), 100);
+        EXPECT_THROW (writer.finish (false), Failure);
+        EXPECT_EQ (target.loadFileAsString(), "old");
     }
     EXPECT_TRUE (temporary.contents() == before);
-
-    for (const auto mayReplace : { false, true })
-    {
-        AudioFileWriter writer (target, shape);
-        writer.write (audio, 100);
-
-        if (mayReplace)
-            EXPECT_NO_THROW (writer.finish (true));
-        else
-            EXPECT_THROW (writer.finish (false), Failure);
-
-        EXPECT_EQ (target.loadFileAsString() == "old", ! mayReplace);
-    }
-
-    EXPECT_EQ (temporary.contents().size(), 1);
-    EXPECT_TRUE (readAudio (target).audio == audio);
-}
-
-TEST (Program, RefusesBadInputInOneLineAndHarmsNoFile)
-{
-    const TemporaryFolder temporary;
-    const auto noise = smoothNoise (1, 500, 0.5f);
-    writeWav (temporary.file ("in.wav"), noise, 48000.0, 16);
-    writeWav (temporary.file ("old.wav"), noise, 48000.0, 16);
-    writeWav (temporary.file ("three.wav"), smoothNoise (3, 500, 0.5f), 48000.0, 16);
-    temporary.file ("sub").createDirectory();
-    temporary.file ("in.wav").copyFileTo (temporary.file ("sub/in.wav"));
-    temporary.file ("text.wav").replaceWithText ("no audio at all");
-    temporary.file ("in.wav").createSymbolicLink (temporary.file ("alias.wav"), false);
-
-    juce::MemoryBlock whole;
-    temporary.file ("in.wav").loadFileAsData (whole);
-    temporary.file ("cut.wav").replaceWithData (whole.getData(), whole.getSize() / 2);
-    writeWav (temporary.file ("fast.wav"), noise, 96000.0, 16);
-
-    juce::MemoryBlock state;
-    juce::AudioProcessor::copyXmlToBinary (juce::XmlElement ("orvo"), state);
-    temporary.file ("cut.state").replaceWithData (state.getData(), state.getSize() - 4);
-    juce::AudioProcessor::copyXmlToBinary (juce::XmlElement ("other"), state);
-    temporary.file ("other.state").replaceWithData (state.getData(), state.getSize());
-
-    const auto before = temporary.contents();
-
-    const std::vector<std::pair<juce::String, juce::String>> rows {
-        { "render missing.wav new.wav", "no such file" },
-        { "render sub new.wav", "not a file" },
-        { "render text.wav new.wav", "not a WAV or AIFF" },
-        { "render cut.wav new.wav", "cut short" },
-        { "render three.wav new.wav", "3 channels" },
-        { "render in.wav new.wav --set threshold_side=-3", "unknown parameter" },
-        { "render in.wav new.wav --set threshold_single=-18.1", "out of range" },
-        { "render in.wav new.wav --set in_gain=loud", "takes a number" },
-        { "render in.wav new.wav --set in_gain=nan", "takes a number" },
-        { "render in.wav new.wav --set layout=Mono", "is one of" },
-        { "render in.wav new.wav --set in_gain", "ID=VALUE" },
-        { "render in.wav new.wav --set", "needs a value" },
-        { "render in.wav new.wav --state text.wav", "not a state" },
-        { "state load cut.state", "cut.state: not a state" },
-        { "state load other.state", "not a state" },
-        { "state load other.state --set in_gain=3", "--set belongs to" },
-        { "render in.wav new.wav --state missing", "cannot be read" },
-        { "render in.wav new.wav --block 0", "--block takes a number from 1 to 65536," },
-        { "bench --seconds 1.2.3", "--seconds takes a number from 0.1 to 600," },
-        { "render in.wav new.wav --rate 48000", "--rate" },
-        { "render in.wav new.wav --bits 12", "--bits" },
-        { "render in.wav new.wav --plugin nowhere.vst3", "no module" },
-        { "render in.wav new.wav --loud", "unknown option" },
-        { "render in.wav old.wav", "exists already" },
-        { "render in.wav in.wav --force", "is an input" },
-        { "render in.wav alias.wav --force", "is an input" },
-        { "render in.wav new.mp3", "name ends in" },
-        { "render in.wav /proc/new.wav", "cannot be written" },
-        { "render in.wav sub/in.wav both", "two inputs of this name" },
-        { "render in.wav old.wav text.wav", "text.wav" },
-        { "render in.wav", "an input and an output" },
-        { "picture in.wav fast.wav new.png", "sample rate" },
-        { "dance", "unknown command" },
-    };
-
-    for (const auto& [words, message] : rows)
-    {
-        const auto run = runHost (temporary, juce::StringArray::fromTokens (words, false));
-
-        EXPECT_GT (run.exitCode, 0) << words;
-        EXPECT_EQ (juce::StringArray::fromLines (run.errors.trimEnd()).size(), 1)
-            << words << ": " << run.errors;
-        EXPECT_TRUE (run.errors.startsWith ("orvo-host: ") && run.errors.contains (message))
-            << words << ": " << run.errors;
-        EXPECT_TRUE (temporary.contents() == before) << words;
-    }
-}
-
-TEST (Program, PrintsItsTablesAndDrawsAPicture)
-{
-    const TemporaryFolder temporary;
-    const auto linesOf = [&] (const juce::String& words, const juce::String& start)
-    {
-        const auto run = runHost (temporary, juce::StringArray::fromTokens (words, false));
-        EXPECT_EQ (run.exitCode, 0) << run.errors;
-        auto count = 0;
-        for (const auto& line : juce::StringArray::fromLines (run.output))
-            count += line.matchesWildcard (start, false) ? 1 : 0;
-        return count;
-    };
-
-    EXPECT_EQ (linesOf ("info", "class"), 3);
-    EXPECT_EQ (linesOf ("info", "*accepted"), 2);
-    EXPECT_EQ (linesOf ("params", "* (wrapper) *"), 1);
-    EXPECT_EQ (linesOf ("params", "*dB*dB*dB*dB"), 19);
-    EXPECT_EQ (linesOf ("bench --seconds 0.1", "* ns *x * ns *x"), 20);
-
-    const auto preset = tessarin::getConfigFolder().getChildFile ("Presets/User/Mine.tpre");
-    preset.create();
-    preset.replaceWithText ("<orvo categories=\"Bass\" description=\"one&#10;two\"/>");
-    EXPECT_EQ (linesOf ("presets", "  Mine * Bass * one two"), 1);
-    preset.deleteFile();
-
-    writeWav (temporary.file ("in.wav"), smoothNoise (2, 4000, 0.9f), 48000.0, 16);
-    EXPECT_EQ (runHost (temporary, { "picture", "in.wav", "in.wav", "it.png" }).exitCode, 0);
-
-    const auto picture = juce::ImageFileFormat::loadFrom (temporary.file ("it.png"));
-    ASSERT_TRUE (picture.isValid());
-
-    // In the middle of the upper lane the loud waveform covers the ground.
-    EXPECT_EQ (picture.getBounds(), juce::Rectangle<int> (1400, 600));
-    EXPECT_NE (picture.getPixelAt (500, 160), picture.getPixelAt (500, 52));
 }
 } // namespace

@@ -43,33 +43,6 @@ juce::StringArray categoriesOf (const Entry& entry)
     return juce::StringArray::fromTokens (juce::String (entry.categories), ",", {});
 }
 
-std::map<std::string, std::string> readFiles (const juce::File& folder)
-{
-    std::map<std::string, std::string> files;
-
-    for (const auto& file : folder.findChildFiles (juce::File::findFiles, true))
-        if (file.getFileName() != ".gitattributes")
-            files[file.getRelativePathFrom (folder).toStdString()] = file.loadFileAsString().toStdString();
-
-    return files;
-}
-
-TEST (FactoryBank, IsTrackedAsTheTableWritesIt)
-{
-    const TemporaryConfig config;
-    const auto written = config.base.getChildFile ("bank");
-    OrvoAudioProcessor processor;
-
-    ASSERT_TRUE (writeBank (processor, written).wasOk());
-    const auto expected = readFiles (written);
-    const auto tracked = readFiles (trackedBank);
-
-    for (const auto& [path, text] : expected)
-        EXPECT_TRUE (tracked.contains (path) && tracked.at (path) == text) << path;
-
-    EXPECT_EQ (tracked.size(), expected.size());
-}
-
 TEST (FactoryBank, ListsLoadsAndSavesEveryPresetByteForByte)
 {
     const TemporaryConfig config;

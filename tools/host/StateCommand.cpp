@@ -13,15 +13,12 @@ void saveState (PluginHost& host, const juce::File& file, bool mayReplace)
         throw Failure (file.getFullPathName() + ": exists already; --force replaces it");
 
     const auto block = host.getState();
-    const auto unfinished = unfinishedFileFor (file);
+    const juce::TemporaryFile unfinished (file, unfinishedFileFor (file));
 
-    if (! unfinished.replaceWithData (block.getData(), block.getSize()))
-    {
-        unfinished.deleteFile();
+    if (! unfinished.getFile().replaceWithData (block.getData(), block.getSize()))
         throw Failure (file.getFullPathName() + ": cannot be written");
-    }
 
-    moveIntoPlace (unfinished, file, mayReplace);
+    moveIntoPlace (unfinished.getFile(), file, mayReplace);
     std::cout << file.getFullPathName() << ": " << block.getSize() << " bytes\n";
 }
 

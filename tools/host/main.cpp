@@ -70,6 +70,11 @@ void run (juce::StringArray words)
     words.remove (0);
     const Arguments arguments (words, command->options);
 
+    if (*command->operands == 0 && ! arguments.operands.isEmpty())
+        throw Failure (juce::String (command->name) + " takes options alone, not \"" + arguments.operands[0]
+                           + "\"",
+                       Failure::wrongUsage);
+
     if (! command->opensWindows)
         forbidDisplay();
 
