@@ -256,6 +256,10 @@ private:
     bool checkReference()
     {
         constexpr size_t longestReference = 12;
+
+        if (++numReferences > mostReferences)
+            return false;
+
         const auto end = text.substr (0, longestReference).find (';');
 
         if (end == std::string_view::npos)
@@ -312,6 +316,10 @@ private:
     /** Of tags and attributes. JUCE keeps each name in one sorted array for good: time grows with their square. */
     int numNames = 0;
     static constexpr auto mostNames = 10000;
+
+    /** JUCE measures the text so far for each of them: their time, too, grows with the square. */
+    int numReferences = 0;
+    static constexpr auto mostReferences = 250000;
 };
 } // namespace
 
