@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "core/WindowSystemErrors.h"
+#include "editor/KeyText.h"
 #include "settings/Settings.h"
 
 namespace tessarin
@@ -37,6 +38,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
       presetBrowser (owner.presetManager)
 {
     WindowSystemErrors::keepFromHost();
+    KeyText::becomeJucesSource();
     setLookAndFeel (&lookAndFeel->lookAndFeel);
     setOpaque (true);
 
