@@ -74,77 +74,6 @@ TEST (MultiModeClipperEditor, ArrangesItsControlsByItsWidth)
     EXPECT_EQ (panel.linkButton.getBounds(), (Rectangle<int> (199 - 75, 15, 25, 20)));
 }
 
-TEST (MultiModeClipperEditor, NamesAndHidesTheShapeByTheMode)
-{
-    struct Mode
-    {
-        const char* name;
-        const char* label;
-        bool hasShape;
-    };
-
-    const std::vector<Mode> modes { { "Hard", "Shape", false },
-                                    { "Soft I", "Shape", true },
-                                    { "Soft II", "Shape", false },
-                                    { "Pressure", "Pressure", true },
-                                    { "Boost", "Boost", true } };
-    OpenEditor open;
-    auto& panel = open.editor->singleEditor;
-    open.set ("shape_single", 0.5);
-
-    for (auto id : { 4, 3, 2, 1, 0, 3 })
-    {
-        const auto& mode = modes[static_cast<size_t> (id)];
-
-        // As a host does it, from its audio thread.
-        std::thread ([&] { open.plugin.set ("mode_single", id); }).join();
-        dispatchMessages();
-
-        EXPECT_EQ (panel.modeBox.getText(), mode.name);
-        EXPECT_EQ (panel.shapeSlider.nameLabel.getText(), mode.label);
-        EXPECT_EQ (panel.shapeSlider.isVisible(), mode.hasShape) << mode.name;
-        EXPECT_EQ (panel.graph.saturator, open.plugin.processor.singleClipper.current);
-        EXPECT_EQ (open.plugin.get ("shape_single"), 0.5);
-    }
-
-    // A change that arrives when the panel is gone finds nobody.
-    open.plugin.set ("mode_single", 1);
-    open.close();
-    dispatchMessages();
-    open.open();
-    EXPECT_EQ (open.editor->singleEditor.modeBox.getText(), "Soft I");
-}
-
-TEST (MultiModeClipperEditor, GreysOutWhatLinkAndEnableTakeOutOfTheUsersHands)
-{
-    OpenEditor open;
-    auto& panel = open.editor->singleEditor;
-
-    const auto click = [&] (juce::Component& button) { open.window->clickMouse (button, { 10, 10 }); };
-    const auto state = [&]
-    {
-        return std::vector { panel.thresholdSlider.isEnabled(), panel.shapeSlider.isEnabled(),
-                             panel.graph.isEnabled(),           panel.modeBox.isEnabled(),
-                             panel.modeLabel.isEnabled(),       panel.makeupSlider.isEnabled() };
-    };
-
-    GestureRecorder link (open.plugin.parameter ("link_single"));
-    click (panel.linkButton);
-    EXPECT_EQ (state(), (std::vector { true, true, true, true, true, false }));
-    EXPECT_EQ (link.events, (std::vector<std::string> { "begin", "=1", "end" }));
-
-    click (panel.enableButton);
-    EXPECT_EQ (open.plugin.get ("enable_single"), 0.0);
-    EXPECT_EQ (state(), std::vector (6, false));
-    EXPECT_TRUE (panel.enableButton.isEnabled() && panel.linkButton.isEnabled());
-
-    // By the host.
-    open.set ("enable_single", 1.0);
-    open.set ("link_single", 0.0);
-    EXPECT_EQ (state(), std::vector (6, true));
-    EXPECT_TRUE (panel.enableButton.getToggleState());
-}
-
 TEST (MultiModeClipperEditor, OpensRightWhileItsSectionWaitsForABlockToEnd)
 {
     OpenEditor open;
@@ -224,10 +153,4 @@ TEST (MultiModeClipperEditor, RecordsKnobsAsGestures)
     EXPECT_GT (open.plugin.get ("threshold_single"), before);
     EXPECT_EQ (threshold.events.front(), "begin");
     EXPECT_EQ (threshold.events.back(), "end");
-
-    // A window that closes in the middle of a drag.
-    open.window->pressMouse (*knob, { 30, 30 });
-    threshold.events.clear();
-    open.close();
-    EXPECT_EQ (threshold.events, (std::vector<std::string> { "end" }));
 }

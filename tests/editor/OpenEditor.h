@@ -5,6 +5,7 @@
 #include "OffscreenWindow.h"
 #include "support/Messages.h"
 #include "support/TemporaryConfig.h"
+#include "widgets/Pixels.h"
 
 /** A plug-in with a factory preset, and its editor in a window that takes real mouse events. */
 struct OpenEditor
@@ -31,6 +32,50 @@ struct OpenEditor
     {
         plugin.set (id, value);
         dispatchMessages();
+    }
+
+    /** What the window shows of a component. */
+    juce::Image pictureOf (const juce::Component& component)
+    {
+        const auto area = window->getLocalArea (&component, component.getLocalBounds());
+        return window->render().getClippedImage (area).createCopy();
+    }
+
+    bool shows (const juce::Component& component, juce::Colour colour)
+    {
+        const auto picture = pictureOf (component);
+        return pixels::count (picture, picture.getBounds(), colour) > 0;
+    }
+
+    /** Whether what the window shows of the component changes by itself after this. */
+    template <typename Action>
+    bool isMovedBy (const juce::Component& component, Action&& action)
+    {
+        const auto before = pictureOf (component);
+        action();
+        return eventually (
+            [&]
+            { return ! pixels::difference (before, pictureOf (component), before.getBounds()).isEmpty(); });
+    }
+
+    /** The parameters that this changes. */
+    template <typename Action>
+    std::string changedBy (Action&& action)
+    {
+        std::string changed;
+        std::map<std::string, float> before;
+
+        for (const auto& p : expected::parameters())
+            before[p.id] = plugin.parameter (p.id).getValue();
+
+        action();
+        dispatchMessages();
+
+        for (const auto& [id, value] : before)
+            if (! juce::exactlyEqual (plugin.parameter (id).getValue(), value))
+                changed += id + " ";
+
+        return changed;
     }
 
     TemporaryConfig config;

@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <thread>
+#include <tuple>
 
 using juce::Rectangle;
 
@@ -130,30 +132,6 @@ TEST (OrvoEditor, KeepsItsSizeAndMultipliesTheScales)
     EXPECT_TRUE (open.editor->isResizable());
 }
 
-TEST (OrvoEditor, NamesAndColoursThePanels)
-{
-    OpenEditor open;
-    auto& e = *open.editor;
-    const auto primary = e.findColour (luna::ColourIds::primaryColourId);
-
-    for (const auto& [panel, name, rotation] : { std::tuple { &e.lowBandEditor, "Low", 0.0f },
-                                                 { &e.midBandEditor, "Mid", -0.25f },
-                                                 { &e.highBandEditor, "High", -0.5f },
-                                                 { &e.midChannelEditor, "Mid", 0.0f },
-                                                 { &e.sideChannelEditor, "Side", -0.25f },
-                                                 { &e.leftChannelEditor, "Left", 0.0f },
-                                                 { &e.rightChannelEditor, "Right", -0.25f },
-                                                 { &e.singleEditor, "Clipper", 0.0f },
-                                                 { &e.postEditor, "Post", -0.75f } })
-    {
-        const auto colour = primary.withRotatedHue (rotation);
-        EXPECT_EQ (panel->titleLabel.getText(), name);
-        EXPECT_EQ (panel->graph.curveColour, colour) << name;
-        EXPECT_EQ (panel->makeupSlider.slider.findColour (luna::ColourIds::sliderTrackColourId), colour)
-            << name;
-    }
-}
-
 TEST (OrvoEditor, GreysOutTheContentOnBypassAndLeavesTheBarsAlone)
 {
     OpenEditor open;
@@ -262,6 +240,152 @@ TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
     EXPECT_EQ (open.editor->tooltipPanel.statusLabel.getText(), "Trial");
 }
 
+TEST (OrvoEditor, LeavesNobodyBehindWhenItCloses)
+{
+    OpenEditor open;
+    auto& p = open.plugin.processor;
+    juce::MemoryBlock state;
+    p.getStateInformation (state);
+    open.close();
+
+    // Everything that an open window listens to.
+    for (const auto& parameter : expected::parameters())
+        for (const auto value : { parameter.max, parameter.min, parameter.defaultValue })
+            open.plugin.set (parameter.id, value);
+
+    EXPECT_TRUE (p.presetManager.loadPreset (1));
+    p.presetManager.finishSaving (open.config.preset ("User/New.tpre"),
+                                  p.presetManager.makePresetText ({}, {}, {}));
+    p.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
+    p.licenceManager.setStatus ({});
+    p.settings.setValue ("scale", 2.0);
+    p.settings.sendChangeMessage();
+    p.toastManager.showError ("Alone");
+    dispatchMessages();
+    EXPECT_EQ (p.toastManager.getParentComponent(), nullptr);
+    open.open();
+    EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (2.0f));
+    EXPECT_EQ (open.editor->topBar.presetBox.getText(), p.getProgramName (p.getCurrentProgram()));
+}
+
+TEST (OrvoEditor, EndsADragThatItIsClosedIn)
+{
+    for (size_t i = 0; i < 6; ++i)
+    {
+        OpenEditor open;
+        open.set ("layout", 1);
+        auto& e = *open.editor;
+        const juce::Point<int> knob (30, 30);
+        const std::tuple<const char*, juce::Component*, juce::Point<int>> places[] {
+            { "in_gain", &e.inputPanel.inGainSlider.slider, knob },
+            { "threshold_post", &e.postEditor.thresholdSlider.slider, knob },
+            { "shape_mid_band", &e.midBandEditor.shapeSlider.slider, knob },
+            { "gain_high_band", &e.highBandEditor.makeupSlider.slider, knob },
+            { "crossover_low", &e.bandEditor, e.bandEditor.lowHandleBounds.getCentre() },
+            { "crossover_high", &e.bandEditor, e.bandEditor.highHandleBounds.getCentre() },
+        };
+        const auto& [id, target, position] = places[i];
+        GestureRecorder recorder (open.plugin.parameter (id));
+        open.window->pressMouse (*target, position);
+        open.window->dragMouse (*target, position.translated (4, 9));
+        open.window->dragMouse (*target, position.translated (4, -9));
+        open.close();
+        ASSERT_GE (recorder.events.size(), 3u) << id;
+        EXPECT_EQ (recorder.events.front(), "begin") << id;
+        EXPECT_EQ (recorder.events.back(), "end") << id;
+        EXPECT_EQ (std::count (recorder.events.begin(), recorder.events.end(), "end"), 1) << id;
+    }
+}
+
+namespace
+{
+/** What the window shows, with each of its overlays open once, but for what keeps the colours that its panel was
+    given: curves, arcs and bands. */
+std::vector<juce::Image> picturesOf (OpenEditor& open, int layout)
+{
+    auto& e = *open.editor;
+    std::vector<juce::Image> pictures;
+    open.set ("layout", layout);
+    std::vector<juce::Rectangle<int>> ownColours { e.bandEditor.getBounds() };
+
+    for (auto* panel : shownPanels (e))
+    {
+        ownColours.push_back (e.getLocalArea (&panel->graph, panel->graph.plot.expanded (2)));
+
+        for (auto* knob : { &panel->thresholdSlider, &panel->shapeSlider, &panel->makeupSlider })
+            ownColours.push_back (e.getLocalArea (&knob->slider, juce::Rectangle<int> (60, 68)));
+    }
+
+    const auto add = [&]
+    {
+        open.window->moveMouse (e, { 5, 5 });
+        dispatchMessages();
+        auto picture = open.pictureOf (e);
+
+        for (const auto& area : ownColours)
+            picture.clear (area);
+
+        pictures.push_back (picture);
+    };
+
+    add();
+    e.setPresetBrowserVisible (true);
+    add();
+    e.setPresetBrowserVisible (false);
+
+    for (auto* dialog : std::initializer_list<juce::Component*> { &e.settingsModal, &e.savePresetModal })
+    {
+        dialog->setVisible (true);
+        dialog->toFront (true);
+        add();
+        dialog->setVisible (false);
+    }
+
+    open.plugin.processor.toastManager.showToast ("Note", tessarin::toastNotice, true);
+    add();
+    open.plugin.processor.toastManager.toasts.clear();
+    e.toastManager->setVisible (false);
+    return pictures;
+}
+} // namespace
+
+TEST (OrvoEditor, ShowsANewThemeEverywhereAtOnce)
+{
+    OpenEditor open;
+    picturesOf (open, 0);
+    std::vector<std::vector<juce::Image>> seen;
+
+    for (const auto isFresh : { false, true })
+    {
+        if (isFresh)
+        {
+            open.close();
+            open.open();
+        }
+        else
+        {
+            open.plugin.processor.settings.setValue ("theme", "Ice");
+            dispatchMessages();
+        }
+
+        seen.emplace_back();
+
+        for (auto layout = 0; layout < 4; ++layout)
+            for (auto& picture : picturesOf (open, layout))
+                seen.back().push_back (picture);
+    }
+
+    // A window that changed its theme looks like one that was opened with it.
+    for (size_t i = 0; i < seen[0].size(); ++i)
+        EXPECT_EQ (pixels::difference (seen[0][i], seen[1][i], seen[0][i].getBounds()),
+                   juce::Rectangle<int>())
+            << i;
+
+    const auto& picture = seen[1][0];
+    EXPECT_EQ (picture.getPixelAt (open.editor->outputPanel.getX() + 5, 700), juce::Colour (0xffdfdfdf))
+        << "it is";
+}
+
 TEST (OrvoEditor, ShowsAndHidesWhatLicensingLaysOverIt)
 {
     OpenEditor open;
@@ -326,43 +450,6 @@ TEST (OrvoEditor, FollowsAChangeThatComesAtOnceAfterAnother)
 
         EXPECT_TRUE (panel->isVisible()) << layout;
         EXPECT_FALSE (open.editor->bandEditor.isVisible()) << layout;
-    }
-}
-
-TEST (OrvoEditor, LeavesNobodyBehindWhoListens)
-{
-    OpenEditor open;
-    auto& processor = open.plugin.processor;
-    juce::MemoryBlock state;
-    processor.getStateInformation (state);
-
-    // The sanitizers see who answers after the end: to what is sent later, and to what was under way.
-    for (const auto closesFirst : { true, false })
-    {
-        if (closesFirst)
-            open.close();
-
-        tessarin::LicenceManager::Status status;
-        status.statusText = "Trial";
-        processor.licenceManager.setStatus (status);
-        processor.settings.setValue ("theme", "Night");
-        processor.settings.saveOrLog();
-        EXPECT_TRUE (processor.presetManager.loadPreset (1));
-        processor.presetManager.finishSaving (open.config.preset ("Factory/New.tpre"),
-                                              processor.presetManager.makePresetText ({}, {}, {}));
-        processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
-        processor.toastManager.showError ("Lost");
-        open.plugin.set ({ { "layout", 1 }, { "enable", 0 }, { "mode_single", 3 } });
-        juce::SharedResourcePointer<tessarin::DLAF>()->lookAndFeel.setTheme ("Ice");
-
-        if (! closesFirst)
-            open.close();
-
-        dispatchMessages();
-        open.open();
-        EXPECT_EQ (open.editor->lookAndFeel->lookAndFeel.themeName, "Night");
-        EXPECT_EQ (open.editor->tooltipPanel.statusLabel.getText(), "Trial");
-        EXPECT_TRUE (open.editor->bandEditor.isVisible());
     }
 }
 

@@ -6,6 +6,7 @@
 #include "support/FakeProgram.h"
 #include "support/Messages.h"
 #include "support/TemporaryConfig.h"
+#include "widgets/Pixels.h"
 
 #include <gtest/gtest.h>
 
@@ -91,11 +92,66 @@ TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
     bar.presetBox.setSelectedId (2, juce::sendNotificationSync);
     expectShown (1);
 
-    for (const auto width : { 699, 700 })
+    // What others choose is shown too.
+    processor.setCurrentProgram (4);
+    expectShown (4);
+    processor.presetManager.finishSaving (config.preset ("User/Zed.tpre"),
+                                          processor.presetManager.makePresetText ({}, {}, {}));
+    EXPECT_EQ (bar.presetBox.getText(), "Zed");
+    EXPECT_TRUE (bar.previousButton.isEnabled() && bar.nextButton.isEnabled());
+    EXPECT_TRUE (describe (*bar.presetBox.getRootMenu()).endsWith ("User { Mine 4, Zed 5, Sub { Deep 6 } }"));
+    EXPECT_EQ (bar.presetBox.getTextWhenNothingSelected(), "Select a preset");
+}
+
+TEST_F (TopBar, StandsInTheMiddleOfItsBarWithTheNameAtTheLeft)
+{
+    struct Item
     {
+        juce::Component* component;
+        int width, marginBehind;
+    };
+
+    for (const auto& [width, hasLicence] :
+         { std::pair { 1067, false }, { 1067, true }, { 699, false }, { 700, false } })
+    {
+        tessarin::LicenceManager::Status status;
+        status.showLicenceButton = hasLicence;
+        processor.licenceManager.setStatus (status);
+        dispatchMessages();
         bar.setSize (width, 38);
-        EXPECT_EQ (bar.presetBox.getWidth(), width == 699 ? 150 : 183);
+        std::vector<Item> items { { &bar.presetBrowserButton, 25, 5 },
+                                  { &bar.presetBox, width <= 699 ? 150 : 183, 11 },
+                                  { &bar.previousButton, 25, 1 },
+                                  { &bar.nextButton, 25, 1 },
+                                  { &bar.saveButton, 25, 12 },
+                                  { &bar.manualButton, 25, 1 },
+                                  { &bar.updateButton, 25, hasLicence ? 1 : 12 },
+                                  { &bar.settingsButton, 25, 0 } };
+
+        if (hasLicence)
+            items.insert (items.end() - 1, { &bar.licenceButton, 25, 12 });
+
+        EXPECT_EQ (bar.licenceButton.isVisible(), hasLicence);
+        auto x = 0.5 * width;
+
+        for (const auto& item : items)
+            x -= 0.5 * (item.width + item.marginBehind);
+
+        for (const auto& [component, itemWidth, margin] : items)
+        {
+            EXPECT_NEAR (component->getX(), x, 0.5) << component->getTitle();
+            EXPECT_EQ (component->getBounds().withX (0), juce::Rectangle<int> (0, 9, itemWidth, 20));
+            x += itemWidth + margin;
+        }
+
+        EXPECT_EQ (bar.bypassButton.getBounds(), juce::Rectangle<int> (width - 40, 9, 25, 20));
+        EXPECT_EQ (bar.nameLabel.getBounds(), juce::Rectangle<int> (20, 0, 136, 38));
     }
+
+    bar.setSize (1068, 38);
+    EXPECT_TRUE (pixels::showsText (window.render(), { 20, 2, 136, 34 }, "Orvo", { 20, 0, 136, 38 },
+                                    juce::Font (juce::FontOptions (16.0f)), juce::Colours::white,
+                                    juce::Colour (0xff32363a), juce::Justification::centredLeft, true));
 }
 
 TEST_F (TopBar, GoesOnFromThePresetThatAHostRestores)

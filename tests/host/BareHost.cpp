@@ -106,10 +106,10 @@ public:
     Frame (BareHost& h, EventLoop* l) : host (h), loop (l) {}
 
 private:
-    tresult PLUGIN_API resizeView (IPlugView* view, ViewRect* size) override
+    tresult PLUGIN_API resizeView (IPlugView* asking, ViewRect* size) override
     {
         host.resizeWindow (size->getWidth(), size->getHeight());
-        return view->onSize (size);
+        return asking->onSize (size);
     }
 
     tresult PLUGIN_API queryInterface (const TUID id, void** object) override

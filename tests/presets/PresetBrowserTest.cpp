@@ -8,11 +8,14 @@
 #include "support/FakeProgram.h"
 #include "support/Messages.h"
 #include "support/TemporaryConfig.h"
+#include "widgets/Pixels.h"
+#include "widgets/TooltipPanel.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <set>
+#include <tuple>
 
 namespace
 {
@@ -54,6 +57,7 @@ protected:
         const auto add = [&config] (const char* path, const char* categories)
         { config.addPreset (path, stateText ({}, String ("categories=\"") + categories + "\"")); };
 
+        config.addPreset ("Factory/Bass/Sub/_description.txt", "For the low end");
         add ("Factory/Deep.tpre", "B,A");
         add ("Factory/Bass/Sub/Low.tpre", "B");
         add ("User/One.tpre", "A, ,C,");
@@ -195,6 +199,122 @@ TEST_F (Browser, ShowsAFolderWithItsSubfoldersAndLoadsWhatARowShows)
 
     clickFolder (20);
     EXPECT_EQ (rows().size(), listed.size()) << "a click below the folders";
+}
+
+TEST_F (Browser, ShowsEachFieldOfAPresetInItsPlace)
+{
+    using juce::Rectangle;
+    const juce::Colour strong (0xffeeeeee), faint (0xffb5b5b5), ground (0xff141516);
+    const juce::Font font (juce::FontOptions (14.0f));
+    clickFolder (2);
+    clickRow (2);
+    clickFolder (20);
+    clickRow (0);
+    window.moveMouse (content, { 5, 725 });
+    const auto image = window.render();
+    const auto& table = browser.table.table;
+    const auto& header = table.getHeader();
+    const std::vector<std::pair<const char*, const char*>> columns {
+        { "Name", "Zed" }, { "Author", "Ann" }, { "Categories", "A, B, C" }, { "Description", "Last" }
+    };
+
+    for (auto i = 0; i < 4; ++i)
+    {
+        const auto& [title, text] = columns[static_cast<size_t> (i)];
+        EXPECT_EQ (header.getColumnIdOfIndex (i, true), i + 2);
+        EXPECT_EQ (header.getColumnName (i + 2), title);
+        const auto cell = content.getLocalArea (&table, table.getCellPosition (i + 2, 5, true));
+        EXPECT_TRUE (pixels::showsText (image, cell.withTrimmedRight (1), text,
+                                        cell.withTrimmedLeft (4).withTrimmedRight (4), font, strong, ground,
+                                        juce::Justification::centredLeft))
+            << title;
+    }
+
+    // The name's lines are 19 high, all others 14; the gaps are 5 within a group and 15 between two.
+    clickRow (5);
+    const auto details = window.render();
+    const auto area = browser.display.getBounds().reduced (10);
+    auto y = area.getY();
+
+    for (const auto& [text, height, colour, gap] : { std::tuple { "Zed", 19, strong, 5 },
+                                                     { "by Ann", 14, faint, 15 },
+                                                     { "Categories", 14, faint, 5 },
+                                                     { "A, B, C", 14, strong, 15 },
+                                                     { "Description", 14, faint, 5 },
+                                                     { "Last", 14, strong, 15 } })
+    {
+        const auto line = area.withY (y).withHeight (height);
+        EXPECT_TRUE (pixels::showsText (details, line, text, line,
+                                        juce::Font (juce::FontOptions (static_cast<float> (height))), colour,
+                                        ground, juce::Justification::topLeft))
+            << text;
+        y += height + gap;
+    }
+
+    // The folder's text is that of the file beside its presets.
+    luna::TooltipPanel strip;
+
+    for (const auto& [row, text] : { std::pair { 1, "For the low end" }, { 2, "" } })
+    {
+        window.moveMouse (browser.tree.treeView, { 60, 22 * row + 11 });
+        EXPECT_TRUE (eventually ([&, t = text] { return strip.tooltipLabel.getText() == t; })) << text;
+    }
+}
+
+TEST_F (Browser, ShowsWhatIsChosenAtOnce)
+{
+    const auto pictureOf = [this] (juce::Component& badge)
+    {
+        return window.render()
+            .getClippedImage (content.getLocalArea (&badge, badge.getLocalBounds()))
+            .createCopy();
+    };
+    const auto areSame = [] (const auto& a, const auto& b)
+    { return pixels::difference (a, b, a.getBounds()).isEmpty(); };
+    const auto& badges = browser.categories.badges;
+    std::vector<juce::Component*> all { &browser.modeToggle.right, &browser.matchToggle.right };
+    all.insert (all.begin(), badges.begin(), badges.end());
+    const auto untouched = pictureOf (*badges[0]);
+
+    for (auto* badge : all)
+    {
+        const auto before = pictureOf (*badge);
+        window.moveMouse (*badge, { 8, 10 });
+        const auto lit = pictureOf (*badge);
+        EXPECT_FALSE (areSame (lit, before));
+        window.clickMouse (*badge, { 8, 10 });
+        EXPECT_FALSE (areSame (pictureOf (*badge), lit)) << "while the mouse rests on it";
+    }
+
+    EXPECT_FALSE (areSame (pictureOf (*badges[0]), untouched));
+    clickBadge ("Tools", juce::ModifierKeys::rightButtonModifier);
+    EXPECT_TRUE (areSame (pictureOf (*badges[0]), untouched)) << "cleared from another";
+    browser.setVisible (false);
+    browser.setVisible (true);
+    EXPECT_TRUE (browser.categories.getSelection().isEmpty()) << "the badges are new";
+    EXPECT_TRUE (browser.modeToggle.right.selected) << "the options are not";
+}
+
+TEST_F (Browser, TurnsAPageByKeys)
+{
+    for (auto i = 10; i < 90; ++i)
+        config.addPreset ("User/Many/P" + String (i) + ".tpre", stateText());
+
+    manager.loadPresets();
+    browser.setVisible (false);
+    browser.setVisible (true);
+    press (KeyPress::homeKey);
+    const auto page = (browser.table.getHeight() - 22) / 22 - 1;
+
+    for (const auto& [key, row] : { std::pair { KeyPress::pageDownKey, page },
+                                    { KeyPress::pageDownKey, 2 * page },
+                                    { KeyPress::upKey, 2 * page - 1 },
+                                    { KeyPress::pageUpKey, page - 1 } })
+    {
+        press (key);
+        EXPECT_EQ (browser.table.table.getSelectedRow(), row);
+        EXPECT_EQ (current(), browser.table.shownPresets[row].name.toStdString());
+    }
 }
 
 TEST_F (Browser, GoesOnFromAPresetThatCannotBeLoaded)

@@ -20,3 +20,18 @@ inline void dispatchMessages()
         }
     }
 }
+
+/** Whether it comes true while messages and timers run; at once if it does at once. */
+template <typename Condition>
+bool eventually (Condition&& condition)
+{
+    for (auto i = 0; i < 100; ++i)
+    {
+        if (condition())
+            return true;
+
+        dispatchMessages();
+    }
+
+    return condition();
+}

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <stdlib.h>
 
 #include <cstdio>
@@ -64,6 +65,9 @@ int main (int argc, char** argv)
         std::fputs ("No temporary home folder could be made\n", stderr);
         return 1;
     }
+
+    // What was freed holds no address any more, so that whoever is called after its end crashes here.
+    mallopt (M_PERTURB, 0x5a);
 
     keepScreenLibrariesLoaded();
     testing::InitGoogleTest (&argc, argv);

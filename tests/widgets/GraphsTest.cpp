@@ -45,6 +45,8 @@ protected:
     const Colour text = shared.lookAndFeel.findColour (ColourIds::textColourId);
     const Colour primary = shared.lookAndFeel.findColour (ColourIds::primaryColourId);
     const Colour ground = shared.lookAndFeel.findColour (ColourIds::backgroundColourId);
+    const Colour disabledText = shared.lookAndFeel.findColour (ColourIds::disabledTextColourId);
+    const juce::Font font { juce::FontOptions (11.0f) };
 };
 
 /** A spectrum of 48 kHz in a plot of 600 by 200 at (20, 20). */
@@ -157,6 +159,46 @@ TEST_F (Spectrum, DrawsItsLinesWhereTheAxesHaveThem)
     EXPECT_TRUE (areNear (draw (SpectrumAnalyser::gridLayer).getPixelAt (20, 100), text.darker (0.4f)));
 }
 
+TEST_F (Spectrum, WritesItsLabelsBesideItsAxes)
+{
+    constexpr auto labels = SpectrumAnalyser::frequencyLabelLayer | SpectrumAnalyser::decibelLabelLayer;
+    const std::vector<int> few { 20, 100, 1000, 5000, 20000 },
+        all { 20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 20000 };
+
+    for (const auto& [width, decibels, isOn] :
+         { std::tuple { 640, 12, true }, { 400, 12, false }, { 399, 12, true }, { 640, 6, true } })
+    {
+        graph.setSize (width, 240);
+        graph.setEnabled (isOn);
+
+        if (decibels == 6)
+            graph.decibelLabels.clear();
+
+        const auto image = draw (labels);
+        const auto expected = pixels::drawn (image, black,
+                                             [&, plotWidth = width - 40, step = decibels, on = isOn] (auto& g)
+                                             {
+            g.setColour (on ? text : text.darker (0.4f));
+            g.setFont (font);
+
+            for (auto db = 0; db >= -60; db -= step)
+                g.drawText (juce::String (db), 0, roundToInt (yOf (db)) - 10, 18, 20,
+                            juce::Justification::centredRight, false);
+
+            for (const auto f : plotWidth < 360 ? few : all)
+            {
+                const auto x = 20.0 + (xOf (f) - 20.0) * plotWidth / 600.0;
+                g.drawText (f < 1000 ? juce::String (f) + "Hz" : juce::String (f / 1000) + "kHz",
+                            roundToInt (x) - 20, 220, 40, 20, juce::Justification::centred, false);
+            }
+        });
+        EXPECT_EQ (pixels::difference (image, expected, image.getBounds()), Rectangle<int>())
+            << width << decibels;
+    }
+
+    EXPECT_EQ (draw (SpectrumAnalyser::backgroundLayer).getPixelAt (3, 3), ground);
+}
+
 TEST_F (Spectrum, IsFilledBelowTheMagnitudes)
 {
     setPlateau (0.5f);
@@ -213,6 +255,62 @@ TEST_F (Curve, RisesFromLeftToRightInBothViews)
         EXPECT_TRUE (hasCurveAt (20 + column, 20.0 + 200.0 * (1.0 - (clipped + 1.2) / 2.4))) << column;
         EXPECT_FALSE (hasCurveAt (20 + column, 25.0 + 200.0 * (1.0 - (clipped + 1.2) / 2.4))) << column;
     }
+}
+
+TEST_F (Curve, DrawsItsGridAndLabelsInBothViews)
+{
+    graph->saturator = nullptr;
+
+    for (const auto& [mode, isOn, first, last, step, start, size] :
+         { std::tuple { ViewMode::amplitude, true, -1, 1, 1, -1.2, 2.4 },
+           { ViewMode::decibels, false, -30, 6, 6, -30.0, 36.0 },
+           { ViewMode::decibels, true, -30, 6, 6, -30.0, 36.0 } })
+    {
+        graph->setEnabled (isOn);
+        graph->setViewMode (mode);
+        const auto colour = isOn ? text : disabledText;
+        const auto image = draw();
+        auto expected = pixels::drawn (image, ground, [] (auto&) {});
+        juce::Graphics g (expected);
+        g.setFont (font);
+
+        for (auto value = first; value <= last; value += step)
+        {
+            const auto distance = 200.0 * (value - start) / size;
+            const auto x = roundToInt (20.0 + distance), y = roundToInt (220.0 - distance);
+            g.setColour (colour);
+            g.drawText (juce::String (value), x - 10, 3, 20, 16, juce::Justification::centred, false);
+            g.drawText (juce::String (value), 220, y - 8, 20, 16, juce::Justification::centred, false);
+            g.setColour (colour.withAlpha (0.3f));
+            g.fillRect (20, y, 200, 1);
+            g.fillRect (x, 20, 1, 200);
+        }
+
+        EXPECT_EQ (pixels::difference (image, expected, image.getBounds()), Rectangle<int>())
+            << first << isOn;
+    }
+}
+
+TEST_F (Curve, StandsOutFromTheDashedLineOfWhatGoesInUnchanged)
+{
+    // Flat at y = 86.7, three pixels thick, or at 33 and two.
+    EXPECT_EQ (pixels::marks (draw(), true, 195, { 80, 95 }, ground), (std::vector { 85, 86, 87, 88 }));
+
+    // Up the diagonal, a dash and a gap take 7 columns.
+    const auto image = draw();
+    auto numDashes = 0;
+    auto wasInk = true;
+
+    for (auto column = 150; column < 195; ++column)
+    {
+        const auto isInk = hasInk (image, { 20 + column, 219 - column, 1, 2 }, ground);
+        numDashes += isInk && ! wasInk ? 1 : 0;
+        wasInk = isInk;
+    }
+
+    EXPECT_NEAR (numDashes, 45.0 / 7.07, 1.5);
+    graph->setSize (99, 99);
+    EXPECT_EQ (pixels::marks (draw(), true, 90, { 25, 45 }, ground), (std::vector { 32, 33 }));
 }
 
 TEST_F (Curve, IsFilledUpToTheLevel)
@@ -354,4 +452,26 @@ TEST_F (Waveform, DrawsAColumnPerPointAndTheSweep)
     EXPECT_TRUE (hasInk (OffscreenWindow (graph).render(), { 85, 55, 10, 2 }));
     graph.setEnabled (false);
     EXPECT_FALSE (hasInk (OffscreenWindow (graph).render(), { 85, 55, 10, 2 }));
+}
+
+TEST_F (Waveform, HasAScaleAtItsRight)
+{
+    // Off, it shows the scale alone.
+    graph.setEnabled (false);
+    const auto image = OffscreenWindow (graph).render();
+    const auto expected = pixels::drawn (image, black,
+                                         [this] (auto& g)
+                                         {
+        g.setFont (font);
+
+        for (auto db = -36; db <= 6; db += 6)
+        {
+            const auto y = 16 - 2 * db;
+            g.setColour (text);
+            g.drawText (juce::String (db), 0, y - 10, 125, 20, juce::Justification::centredRight, false);
+            g.setColour (text.withAlpha (static_cast<juce::uint8> (0x1a)));
+            g.fillRect (0, y, 100, 1);
+        }
+    });
+    EXPECT_EQ (pixels::difference (image, expected, image.getBounds()), Rectangle<int>());
 }

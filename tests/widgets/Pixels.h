@@ -51,6 +51,65 @@ inline bool hasInk (const juce::Image& image, juce::Rectangle<int> area, juce::C
     return false;
 }
 
+/** How many pixels have just this colour. */
+inline int count (const juce::Image& image, juce::Rectangle<int> area, juce::Colour colour)
+{
+    auto number = 0;
+
+    for (auto y = area.getY(); y < area.getBottom(); ++y)
+        for (auto x = area.getX(); x < area.getRight(); ++x)
+            number += image.getPixelAt (x, y) == colour ? 1 : 0;
+
+    return number;
+}
+
+/** Where the pictures differ. */
+inline juce::Rectangle<int> difference (const juce::Image& a, const juce::Image& b, juce::Rectangle<int> area)
+{
+    juce::Rectangle<int> found;
+
+    for (auto y = area.getY(); y < area.getBottom(); ++y)
+        for (auto x = area.getX(); x < area.getRight(); ++x)
+            if (a.getPixelAt (x, y) != b.getPixelAt (x, y))
+                found = found.getUnion ({ x, y, 1, 1 });
+
+    return found;
+}
+
+/** A picture of the same size, as a test draws it. */
+template <typename Paint>
+juce::Image drawn (const juce::Image& like, juce::Colour ground, Paint&& paint)
+{
+    juce::Image image (juce::Image::RGB, like.getWidth(), like.getHeight(), true, juce::SoftwareImageType());
+    juce::Graphics g (image);
+    g.fillAll (ground);
+    paint (g);
+    return image;
+}
+
+/** Whether the area shows this text, one colour on another, and nothing else. A label fits its text, which places it
+    a little otherwise. */
+inline bool showsText (const juce::Image& image, juce::Rectangle<int> area, const juce::String& text,
+                       juce::Rectangle<int> box, const juce::Font& font, juce::Colour colour,
+                       juce::Colour ground, juce::Justification justification = juce::Justification::centred,
+                       bool isLabel = false)
+{
+    const auto expected = drawn (image, ground,
+                                 [&] (juce::Graphics& g)
+                                 {
+        g.setColour (colour);
+        g.setFont (font);
+
+        if (isLabel)
+            g.drawFittedText (
+                text, box, justification,
+                juce::jmax (1, static_cast<int> (static_cast<float> (box.getHeight()) / font.getHeight())));
+        else
+            g.drawText (text, box, justification, true);
+    });
+    return hasInk (expected, area, ground) && difference (image, expected, area).isEmpty();
+}
+
 /** Equal but for the rounding of blended colours. */
 inline bool areNear (juce::Colour a, juce::Colour b, int tolerance = 2)
 {

@@ -1,8 +1,10 @@
 #include "OffscreenWindow.h"
 
+#include <utility>
+
 namespace
 {
-/** A peer without a screen behind it. */
+/** A peer whose screen is an image. As on a real one, only what asked to be repainted is. */
 class OffscreenPeer final : public juce::ComponentPeer
 {
 public:
@@ -66,9 +68,28 @@ public:
 
     void grabFocus() override {}
 
-    void repaint (const juce::Rectangle<int>&) override {}
+    void repaint (const juce::Rectangle<int>& area) override { stale.add (area); }
 
     void performAnyPendingRepaintsNow() override {}
+
+    juce::Image getScreen()
+    {
+        if (screen.getBounds() != bounds.withZeroOrigin())
+        {
+            screen = juce::Image (juce::Image::RGB, bounds.getWidth(), bounds.getHeight(), true,
+                                  juce::SoftwareImageType());
+            stale = screen.getBounds();
+        }
+
+        stale.clipTo (screen.getBounds());
+
+        for (const auto& area : stale)
+            screen.clear (area, juce::Colours::black);
+
+        juce::LowLevelGraphicsSoftwareRenderer context (screen, {}, std::exchange (stale, {}));
+        handlePaint (context);
+        return screen.createCopy();
+    }
 
     void setAlpha (float) override {}
 
@@ -78,6 +99,8 @@ private:
     void textInputRequired (juce::Point<int>, juce::TextInputTarget&) override {}
 
     juce::Rectangle<int> bounds;
+    juce::Image screen;
+    juce::RectangleList<int> stale;
     void* const cursorWindow;
 };
 } // namespace
@@ -94,7 +117,6 @@ OffscreenWindow::OffscreenWindow (juce::Component& content)
     addToDesktop (0);
     addAndMakeVisible (content);
     content.setTopLeftPosition (0, 0);
-    content.sendLookAndFeelChange();
 
     // Outside at first: a move to where the last window's mouse stood would be none.
     sendMouse ({ -1.0f, -1.0f });
@@ -102,9 +124,7 @@ OffscreenWindow::OffscreenWindow (juce::Component& content)
 
 OffscreenWindow::~OffscreenWindow()
 {
-    if (heldButton != 0)
-        releaseMouse();
-
+    // A window that closes while a button is held sends no release.
     removeFromDesktop();
 }
 
@@ -151,7 +171,8 @@ void OffscreenWindow::typeKey (const juce::KeyPress& key)
 
 juce::Image OffscreenWindow::render (float scale)
 {
-    return createComponentSnapshot (getLocalBounds(), true, scale);
+    return juce::approximatelyEqual (scale, 1.0f) ? static_cast<OffscreenPeer*> (getPeer())->getScreen()
+                                                  : createComponentSnapshot (getLocalBounds(), true, scale);
 }
 
 void OffscreenWindow::sendMouse (juce::Point<float> position)

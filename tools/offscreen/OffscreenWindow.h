@@ -28,6 +28,7 @@ public:
     /** To the focused component. */
     void typeKey (const juce::KeyPress& key);
 
+    /** At scale 1 as a screen has it: what nobody asked to repaint stays as it was. */
     [[nodiscard]] juce::Image render (float scale = 1.0f);
 
     juce::ComponentPeer* createNewPeer (int styleFlags, void* nativeWindow) override;

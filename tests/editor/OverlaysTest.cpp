@@ -1,0 +1,131 @@
+#include "common/ColourIds.h"
+#include "editor/OpenEditor.h"
+#include "support/FakeProgram.h"
+
+#include <gtest/gtest.h>
+
+using juce::Colour;
+using juce::Justification;
+using juce::Rectangle;
+
+namespace
+{
+// Of the theme "Default".
+const Colour primary (0xff3470b7), warning (0xffe0624c), panel (0xff32363a), text (0xffb5b5b5);
+} // namespace
+
+TEST (Overlays, DrawEachToastInTheColourOfItsType)
+{
+    using namespace tessarin;
+    OpenEditor open;
+    auto& toasts = open.plugin.processor.toastManager;
+    const auto before = open.window->render();
+    const juce::Font font (juce::FontOptions (16.0f));
+
+    struct Case
+    {
+        ToastType type;
+        bool isDismissible;
+        const char* shown;
+        Colour colour;
+    };
+
+    const Case cases[] { { toastError, true, "ERROR: It failed", warning },
+                         { toastSuccess, true, "It failed", primary },
+                         { toastNotice, true, "It failed", panel },
+                         { toastFatal, false, "ERROR: It failed", warning } };
+
+    for (const auto& c : cases)
+        toasts.showToast ("It failed", c.type, c.isDismissible);
+
+    const auto image = open.window->render();
+    EXPECT_TRUE (pixels::areNear (image.getPixelAt (3, 700),
+                                  before.getPixelAt (3, 700).overlaidWith (Colour (0xcc000000)), 1));
+
+    for (auto i = 0; i < 4; ++i)
+    {
+        const auto& [type, isDismissible, shown, colour] = cases[i];
+        const Rectangle<int> bounds (10, 20 + 60 * i, 1048, 50);
+        EXPECT_TRUE (pixels::showsText (image, bounds.reduced (5).withTrimmedRight (70), shown,
+                                        bounds.reduced (5), font, juce::Colours::white, colour,
+                                        Justification::centredLeft))
+            << i;
+        const auto end = bounds.withLeft (bounds.getRight() - 70).withWidth (60);
+        EXPECT_EQ (isDismissible,
+                   pixels::showsText (image, end, "DISMISS", end, font, juce::Colours::white, colour))
+            << i;
+        EXPECT_NE (image.getPixelAt (10, bounds.getY()), colour) << "the corner is round";
+    }
+}
+
+TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
+{
+    OpenEditor open;
+    const FakeProgram files ("xdg-open", open.config.file ("bin"));
+    auto& modal = open.editor->settingsModal;
+    const auto before = open.window->render();
+    open.window->clickMouse (open.editor->topBar.settingsButton, { 10, 10 });
+
+    // In the editor of 1068 by 800: half the width minus 170, and a margin of 20.
+    const std::pair<juce::Component*, Rectangle<int>> places[] {
+        { &modal.panel, { 364, 100, 380, 145 } },
+        { &modal.versionLabel, { 384, 116, 340, 20 } },
+        { &modal.scaleLabel, { 384, 170, 150, 20 } },
+        { &modal.scaleBox, { 574, 170, 150, 20 } },
+        { &modal.logButton, { 479, 210, 150, 20 } }
+    };
+
+    for (const auto& [component, bounds] : places)
+    {
+        EXPECT_EQ (component->getBounds(), bounds);
+        EXPECT_TRUE (component->isShowing());
+    }
+
+    EXPECT_EQ (modal.panel.titleLabel.getText(), "Settings");
+    EXPECT_EQ (modal.logButton.getButtonText(), "Show Log File");
+    EXPECT_EQ (modal.themeBox.getParentComponent(), nullptr) << "one of its themes does not exist";
+    const auto image = open.window->render();
+    const juce::Font font (juce::FontOptions (14.0f));
+    EXPECT_TRUE (pixels::areNear (image.getPixelAt (3, 700),
+                                  before.getPixelAt (3, 700).overlaidWith (Colour (0xbb000000)), 1));
+    EXPECT_TRUE (pixels::showsText (image, places[1].second.withTrimmedLeft (240), "v1.0.1", places[1].second,
+                                    font, text, panel, Justification::centredRight, true));
+    EXPECT_TRUE (pixels::showsText (image, places[2].second, "GUI Scale", places[2].second, font, text, panel,
+                                    Justification::centredLeft, true));
+
+    open.window->clickMouse (modal.logButton, { 10, 10 });
+    EXPECT_EQ (files.readLastArgument(), open.config.file ("log.log").getParentDirectory().getFullPathName());
+}
+
+TEST (Overlays, TellInTheStripWhatIsUnderTheMouse)
+{
+    OpenEditor open;
+    auto& strip = open.editor->tooltipPanel;
+    tessarin::LicenceManager::Status status;
+    status.statusText = "Trial";
+    open.plugin.processor.licenceManager.setStatus (status);
+
+    const auto expectShown = [&] (const juce::String& shown, Colour colour, Justification justification)
+    {
+        // Beside the corner that resizes the window.
+        const Rectangle<int> box (8, 0, strip.getWidth() - 16, 30);
+        const auto isShown = [&]
+        {
+            return pixels::showsText (open.pictureOf (strip), box.reduced (10, 1), shown, box.reduced (5, 1),
+                                      juce::Font (juce::FontOptions (14.0f)), colour, panel, justification,
+                                      true);
+        };
+        EXPECT_TRUE (eventually (isShown)) << shown;
+    };
+
+    // What can tell nothing leaves the strip to the status; where there is nothing at all, the last text stays.
+    open.window->moveMouse (open.editor->outputPanel, { 5, 5 });
+    expectShown ("Trial", text, Justification::centredRight);
+    open.window->moveMouse (open.editor->topBar.saveButton, { 5, 5 });
+    expectShown ("Save the current state as a preset", warning, Justification::centredLeft);
+    open.window->moveMouse (*open.editor, { -1, -1 });
+    dispatchMessages();
+    expectShown ("Save the current state as a preset", warning, Justification::centredLeft);
+    open.window->moveMouse (open.editor->outputPanel, { 5, 5 });
+    expectShown ("Trial", text, Justification::centredRight);
+}
