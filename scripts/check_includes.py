@@ -18,7 +18,7 @@ RANKS = {
     "settings/TessarinLookAndFeel": 4,
     "presets": 4,
     "core": 5,
-    "module": 0,
+    "module": 7,
     "settings/FileListener": 2,
     "settings/SettingsModal": 6,
     "presets/CategoryBadge": 6,

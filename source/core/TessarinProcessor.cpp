@@ -4,7 +4,6 @@
 #include "common/StateTree.h"
 #include "common/StrictUtf8.h"
 #include "core/StateBlock.h"
-#include "core/WindowSystemErrors.h"
 
 #include <cmath>
 
@@ -38,10 +37,7 @@ TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
       presetManager (*this, parameters, &toastManager, &onStateRestored),
       logger (TessarinLogger::getDefaultFile()),
       liveTreeMarker (*this)
-{
-    // JUCE talks to the server from the moment on that the module is loaded, with a window or without.
-    WindowSystemErrors::keepFromHost();
-}
+{}
 
 TessarinProcessor::~TessarinProcessor()
 {

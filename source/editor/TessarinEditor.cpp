@@ -1,8 +1,7 @@
 #include "TessarinEditor.h"
 
 #include "common/ColourIds.h"
-#include "core/WindowSystemErrors.h"
-#include "editor/KeyText.h"
+#include "common/WindowSystemErrors.h"
 #include "settings/Settings.h"
 
 namespace tessarin
@@ -37,8 +36,6 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
       topBar (*this),
       presetBrowser (owner.presetManager)
 {
-    WindowSystemErrors::keepFromHost();
-    KeyText::becomeJucesSource();
     setLookAndFeel (&lookAndFeel->lookAndFeel);
     setOpaque (true);
 
@@ -78,7 +75,7 @@ TessarinEditor::~TessarinEditor()
     processor.settings.removeChangeListener (this);
     setLookAndFeel (nullptr);
 
-    if (const auto errors = WindowSystemErrors::takeCount(); errors > 0)
+    if (const auto errors = windowSystemErrors.exchange (0); errors > 0)
         juce::Logger::writeToLog ("Errors of the window system, kept from the host: " + juce::String (errors));
 }
 

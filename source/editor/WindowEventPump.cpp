@@ -21,10 +21,10 @@ void WindowEventPump::timerCallback()
     if (system == nullptr || system->getDisplay() == nullptr)
         return;
 
-    // What is still on its way wakes JUCE by itself.
+    // What is still on its way to us wakes JUCE by itself; what JUCE has to say may wait here for no event at all.
     const auto* symbols = juce::X11Symbols::getInstance();
 
-    if (symbols->xEventsQueued (system->getDisplay(), QueuedAlready) == 0)
+    if (symbols->xEventsQueued (system->getDisplay(), QueuedAfterFlush) == 0)
         return;
 
     // An event may close the editor and delete this object.

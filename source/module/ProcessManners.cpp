@@ -1,12 +1,15 @@
 // A plug-in is a guest in the host's process. JUCE, which serves whole programs too, changes some things that belong to
-// the process: the working folder and the environment (file dialogs) and the locale (each key). The programs that it
-// starts inherit whatever the host has open, and one that shows a document is never asked how it ended.
+// the process: the working folder and the environment (file dialogs), the locale (each key), and how many files may be
+// open (when it is loaded). The programs that it starts inherit whatever the host has open, and one that shows a document is never asked how it ended.
 //
 // The module is linked so that the calls in question, from JUCE or anything else in the module, arrive here instead of
 // in the C library ("--wrap"). Nothing outside the module is concerned. Threads: any.
 
+#include "WindowSystem.h"
+
 #include <fcntl.h>
 #include <linux/close_range.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -23,17 +26,22 @@ extern "C"
 {
     int __real_fork();
     int __real_chdir (const char*);
+    void* __real_dlsym (void*, const char*);
     int __real_execv (const char*, char* const*);
     int __real_execvp (const char*, char* const*);
+    int __real_kill (int, int);
     char* __real_setlocale (int, const char*);
 
     int __wrap_fork();
     int __wrap_chdir (const char*);
+    void* __wrap_dlsym (void*, const char*);
     int __wrap_execv (const char*, char* const*);
     int __wrap_execvp (const char*, char* const*);
+    int __wrap_kill (int, int);
     int __wrap_pipe (int*);
     int __wrap_setenv (const char*, const char*, int);
     char* __wrap_setlocale (int, const char*);
+    int __wrap_setrlimit (int, const rlimit*);
 }
 
 namespace
@@ -46,7 +54,7 @@ thread_local std::array<char, PATH_MAX> childsFolder {};
 thread_local bool childTalks = false;
 
 /** In a child, before it becomes another program: it takes along neither the host's files, devices and locks, nor a
-    stream that somebody waits to see closed, nor the signals that the host blocks. */
+    stream that somebody waits to see closed, nor the signals that the host blocks or ignores. */
 void leaveHost (bool keepsOutput)
 {
     if (childsFolder[0] != 0) [[maybe_unused]]
@@ -62,10 +70,14 @@ void leaveHost (bool keepsOutput)
     }
 
     constexpr auto first = STDERR_FILENO + 1;
+    constexpr auto mostFilesBeforeLinux5_11 = 4096;
 
     if (close_range (first, UINT_MAX, CLOSE_RANGE_CLOEXEC) != 0)
-        for (auto file = first; file < getdtablesize(); ++file)
+        for (auto file = first; file < mostFilesBeforeLinux5_11; ++file)
             fcntl (file, F_SETFD, FD_CLOEXEC);
+
+    for (auto number = 1; number < NSIG; ++number)
+        std::signal (number, SIG_DFL);
 
     sigset_t none;
     sigemptyset (&none);
@@ -97,7 +109,7 @@ int __wrap_chdir (const char* folder)
 
     if (! S_ISDIR (status.st_mode) || std::strlen (folder) >= childsFolder.size())
     {
-        errno = ENOTDIR;
+        errno = S_ISDIR (status.st_mode) ? ENAMETOOLONG : ENOTDIR;
         return -1;
     }
 
@@ -108,8 +120,41 @@ int __wrap_chdir (const char* folder)
 /** Another child, such as one of the host's, does not keep the pipe open. */
 int __wrap_pipe (int* ends)
 {
-    childTalks = true;
-    return pipe2 (ends, O_CLOEXEC);
+    const auto result = pipe2 (ends, O_CLOEXEC);
+    childTalks = result == 0;
+    return result;
+}
+
+/** JUCE looks up the window system in this way. */
+void* __wrap_dlsym (void* library, const char* name)
+{
+    auto* found = __real_dlsym (library, name);
+    return found != nullptr ? tessarin::inPlaceOf (name, found) : nullptr;
+}
+
+/** The limits stay. JUCE would set that of open files, also the one up to which the host may ask for more. */
+int __wrap_setrlimit (int, const rlimit*)
+{
+    return 0;
+}
+
+/** JUCE ends a dialog in this way and does not wait for it, also one that is gone, whose number may be somebody else's
+    by now. */
+int __wrap_kill (int process, int number)
+{
+    if (number != SIGKILL)
+        return __real_kill (process, number);
+
+    if (waitpid (process, nullptr, WNOHANG) != 0)
+        return 0;
+
+    const auto result = __real_kill (process, number);
+
+    while (waitpid (process, nullptr, 0) < 0 && errno == EINTR)
+    {
+    }
+
+    return result;
 }
 
 /** A child that nobody waits for has none of our processes for a parent, and leaves no trace when it ends. */

@@ -2,6 +2,7 @@
 #include "BareHostSupport.h"
 
 #include <dlfcn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -102,6 +103,24 @@ private:
 // Of the first window.
 constexpr std::pair manualButton (659, 19), saveButton (621, 19), dialogsSaveButton (660, 340);
 
+/** Of the process: all that its environment says, and its limits. */
+Words surroundings()
+{
+    Words words;
+
+    for (auto** entry = environ; *entry != nullptr; ++entry)
+        words.emplace_back (*entry);
+
+    for (auto kind = 0; kind < RLIM_NLIMITS; ++kind)
+    {
+        rlimit limit {};
+        getrlimit (static_cast<__rlimit_resource_t> (kind), &limit);
+        words.push_back (std::to_string (limit.rlim_cur) + " of " + std::to_string (limit.rlim_max));
+    }
+
+    return words;
+}
+
 std::array<void*, 32> signalHandlers()
 {
     std::array<void*, 32> handlers {};
@@ -121,25 +140,33 @@ std::array<void*, 32> signalHandlers()
 
 TEST (ProcessManners, NothingThatIsTheHostsIsChangedAndNothingOfItsGoesToOtherPrograms)
 {
+    // Other than what JUCE finds right for a program.
+    rlimit files {};
+    getrlimit (RLIMIT_NOFILE, &files);
+    files.rlim_cur = 500;
+    setrlimit (RLIMIT_NOFILE, &files);
+
+    const TemporaryFolder answers;
+    const auto chosen = answers.path / "Loud.tpre";
+    const Program dialog ("zenity", chosen.string()), viewer ("xdg-open", "");
+    setenv ("LC_ALL", "C.UTF-8", 1);
+    const auto before = surroundings();
+
     const LoadedModule module (builtLibrary());
     const HostsErrors errors;
     EventLoop loop;
     BareHost host (module, errors.display, &loop);
-    const TemporaryFolder answers;
-    const auto chosen = answers.path / "Loud.tpre";
-    const Program dialog ("zenity", chosen.string()), viewer ("xdg-open", "");
     const auto manual = configFolder() / "Orvo Manual 1.0.1.pdf";
     std::ofstream (manual) << "%PDF";
 
     // Something that a child would keep open, and that it would be stopped by.
     const auto hostsFile = fopen ((answers.path / "session").c_str(), "w");
-    sigset_t blocked, before;
+    sigset_t blocked, unblocked;
     sigemptyset (&blocked);
     sigaddset (&blocked, SIGTERM);
-    sigprocmask (SIG_BLOCK, &blocked, &before);
+    sigprocmask (SIG_BLOCK, &blocked, &unblocked);
     const auto handlers = signalHandlers();
     const auto folder = std::filesystem::current_path();
-    setenv ("LC_ALL", "C.UTF-8", 1);
     calls.clear();
 
     host.openWindow();
@@ -156,6 +183,7 @@ TEST (ProcessManners, NothingThatIsTheHostsIsChangedAndNothingOfItsGoesToOtherPr
     EXPECT_EQ (std::filesystem::current_path(), folder);
     EXPECT_STREQ (setlocale (LC_ALL, nullptr), "C");
     EXPECT_EQ (signalHandlers(), handlers);
+    EXPECT_EQ (surroundings(), before);
 
     const std::string nothing = "/dev/null";
     EXPECT_EQ (viewer.getWords(), (Words { folder.string(), "stranger", nothing, nothing, nothing }));
@@ -168,7 +196,7 @@ TEST (ProcessManners, NothingThatIsTheHostsIsChangedAndNothingOfItsGoesToOtherPr
     EXPECT_EQ (words, expected);
 
     EXPECT_EQ (waitpid (-1, nullptr, WNOHANG), -1) << "a child is left";
-    sigprocmask (SIG_SETMASK, &before, nullptr);
+    sigprocmask (SIG_SETMASK, &unblocked, nullptr);
     fclose (hostsFile);
 }
 } // namespace

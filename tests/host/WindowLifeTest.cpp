@@ -2,6 +2,7 @@
 #include "BareHostSupport.h"
 
 #include <iterator>
+#include <thread>
 
 namespace
 {
@@ -12,6 +13,9 @@ constexpr auto rounds = 10000;
 class HostProcess : public testing::Test
 {
 protected:
+    /** Of what was before, the log tells too. */
+    HostProcess() { static_cast<void> (keptErrors()); }
+
     static const LoadedModule& module()
     {
         static const LoadedModule loaded (builtLibrary());
@@ -72,6 +76,7 @@ TEST_F (HostProcess, HearsOfItsOwnErrorsAndKeepsItsHandler)
     host.destroyHostsWindow();
     loop.serve (10);
     host.closeWindow();
+    EXPECT_GT (keptErrors(), 0) << "nothing was provoked";
     provoke();
     EXPECT_EQ (errors.takeHeard(), 100);
     second.closeWindow();
@@ -95,9 +100,11 @@ TEST_F (HostProcess, HoldsTwoModulesWithoutAWordBetweenThem)
         loop.serve (10);
     }
 
+    EXPECT_GT (keptErrors(), 0) << "nothing was provoked";
     host.destroyHostsWindow();
     loop.serve (10);
     host.closeWindow();
+    EXPECT_GT (keptErrors(), 0) << "nothing was provoked";
     EXPECT_EQ (XSetErrorHandler (HostsErrors::hear), HostsErrors::hear);
 }
 
@@ -116,20 +123,26 @@ TEST_F (HostProcess, IsLeftAsItWasWhenTheModuleIsUnloaded)
 
         {
             const LoadedModule loaded (copy.path);
-            BareHost host (loaded, display, &loop);
 
-            if (hasWindow)
-            {
-                host.openWindow();
-                settle (host);
-            }
+            // JUCE leaves objects with the thread that has a window, and the code stays for as long as that lives.
+            std::thread host (
+                [&]
+                {
+                BareHost instance (loaded, display, &loop);
 
-            if (i % 2 == 0)
-                host.destroyHostsWindow();
+                if (hasWindow)
+                {
+                    instance.openWindow();
+                    settle (instance);
+                }
+
+                if (i % 2 == 0)
+                    instance.destroyHostsWindow();
+            });
+            host.join();
         }
 
-        // Once JUCE has shaped a text, the loader keeps the code for as long as the thread lives that asked for it.
-        EXPECT_EQ (isMapped (copy.path), hasWindow) << i;
+        EXPECT_FALSE (isMapped (copy.path)) << i;
         EXPECT_EQ (entriesOf ("/proc/self/task"), threads) << i;
         EXPECT_EQ (entriesOf ("/proc/self/fd"), files) << i;
         EXPECT_TRUE (loop.isUnused());
@@ -222,7 +235,8 @@ TEST_F (HostProcess, OutlivesQuestionsAboutAFocusedWindowThatIsJustGone)
         loop.serve (1);
     }
 
+    // The window is another program's, so JUCE need not ask at all.
     host.closeWindow();
-    EXPECT_GT (keptErrors(), 0) << "nothing was provoked";
+    EXPECT_EQ (keptErrors(), 0);
 }
 } // namespace

@@ -1,0 +1,138 @@
+#include "WindowSystem.h"
+
+#include "common/WindowSystemErrors.h"
+#include "module/KeyText.h"
+
+// The window system's headers define macros with everyday names, which go no further than this file.
+#define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
+#include <juce_gui_basics/juce_gui_basics.h>
+
+#include <X11/Xlibint.h>
+
+#include <cstring>
+
+// JUCE asks the X server about windows of other programs, such as the one that has the focus, and any of them may be gone
+// before the question arrives. The X library hands such an error to the one error handler of the process. A program
+// made with JUCE brings a handler that ignores it; in a plug-in the handler is the host's, and most end the process.
+//
+// JUCE looks up the functions of the X library by name. Some it gets from here instead (the module is linked with
+// "--wrap=dlsym"), so that errors of JUCE's connection stay with that connection and fewer come about. The handler of
+// the process, other connections and other plug-ins are not concerned. A connection that breaks stays the host's affair.
+
+namespace
+{
+decltype (&XOpenDisplay) openDisplay = nullptr;
+decltype (&XGetInputFocus) getInputFocus = nullptr;
+decltype (&XLookupString) lookupString = nullptr;
+
+/** What JUCE sets to hear of errors itself, while it tries shared memory. */
+std::atomic<XErrorHandler> trap { nullptr };
+
+/** Runs on the thread that reads from the connection, which is locked meanwhile: no call of the X library may follow.
+    Returns whether the answer is dealt with. */
+Bool takeError (Display* connection, xReply* answer, char*, int, XPointer)
+{
+    if (answer->generic.type != X_Error)
+        return False;
+
+    const auto& error = answer->error;
+    XErrorEvent event {};
+    event.type = X_Error;
+    event.display = connection;
+    event.resourceid = error.resourceID;
+    event.error_code = error.errorCode;
+    event.request_code = error.majorCode;
+    event.minor_code = static_cast<unsigned char> (error.minorCode);
+
+    if (const auto handler = trap.load())
+        handler (connection, &event);
+    else
+        ++tessarin::windowSystemErrors;
+
+    return True;
+}
+
+/** The module has one connection at a time, so one link serves. It belongs to the X library while the connection is
+    open, which ends before the module does. */
+_XAsyncHandler link { nullptr, takeError, nullptr };
+
+/** The X library asks a connection's own handlers before the process's. Nobody else knows the connection yet. */
+Display* openGuardedDisplay (const char* name)
+{
+    auto* connection = openDisplay (name);
+
+    if (connection != nullptr)
+    {
+        link.next = connection->async_handlers;
+        connection->async_handlers = &link;
+    }
+
+    return connection;
+}
+
+XErrorHandler setTrap (XErrorHandler handler)
+{
+    return trap.exchange (handler);
+}
+
+/** JUCE goes on to ask which of the focused window's parents is ours. No window of another program lies in one of ours,
+    so that only our own are worth a further question. Message thread. */
+int getOwnInputFocus (Display* connection, Window* focused, int* revert)
+{
+    const auto result = getInputFocus (connection, focused, revert);
+
+    if (*focused == None || *focused == PointerRoot)
+        return result;
+
+    for (auto i = juce::ComponentPeer::getNumPeers(); --i >= 0;)
+        if (reinterpret_cast<Window> (juce::ComponentPeer::getPeer (i)->getNativeHandle()) == *focused)
+            return result;
+
+    *focused = None;
+    return result;
+}
+
+/** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. */
+int lookupText (XKeyEvent* event, char* text, int size, KeySym* symbol, XComposeStatus* status)
+{
+    const auto length = lookupString (event, text, size, symbol, status);
+
+    if (length > 0 && juce::CharPointer_UTF8::isValidString (text, length))
+        return length;
+
+    const auto ours = tessarin::KeyText::textOf (*symbol);
+
+    if (ours.empty() || static_cast<int> (ours.size()) >= size)
+        return length;
+
+    std::memcpy (text, ours.c_str(), ours.size() + 1);
+    return static_cast<int> (ours.size());
+}
+
+/** Keeps the function that was found, and gives ours in its place. */
+template <typename Function>
+void* replace (Function& original, void* found, Function ours)
+{
+    original = reinterpret_cast<Function> (found);
+    return reinterpret_cast<void*> (ours);
+}
+} // namespace
+
+void* tessarin::inPlaceOf (const char* name, void* found)
+{
+    const auto isCalled = [name] (const char* other) { return std::strcmp (name, other) == 0; };
+
+    if (isCalled ("XOpenDisplay"))
+        return replace (openDisplay, found, &openGuardedDisplay);
+
+    if (isCalled ("XSetErrorHandler"))
+        return reinterpret_cast<void*> (&setTrap);
+
+    if (isCalled ("XGetInputFocus"))
+        return replace (getInputFocus, found, &getOwnInputFocus);
+
+    if (isCalled ("XLookupString"))
+        return replace (lookupString, found, &lookupText);
+
+    return found;
+}
