@@ -89,22 +89,17 @@ void addPair (const char* name, float control, Reference reference)
 
 void addCurveRows()
 {
-    const auto threshold = reference::toGain (thresholdDb);
     constexpr auto knee = 4.5f;
     constexpr auto half = 0.5f;
 
-    // The shape runs from 50 down to 3 with a skew of 0.35.
-    const auto exponent = 3.0f + 47.0f * std::pow (half, 1.0f / 0.35f);
-    constexpr auto drive = 2.0f * half + 1.0f;
-
-    addPair<luna::HardClipper> ("Hard", 0.0f, reference::Hard { threshold });
+    addPair<luna::HardClipper> ("Hard", 0.0f, reference::Hard { thresholdDb });
     addPair<luna::SoftClipper> ("SoftI", knee, reference::SoftOne { thresholdDb, knee });
-    addPair<luna::Dough> ("SoftII", 0.0f, reference::SoftTwo { threshold });
-    addPair<luna::InflatorClipper> ("Pressure", half, reference::Pressure { threshold, half });
-    addPair<luna::Boost> ("Boost", half, reference::Boost { threshold, exponent });
+    addPair<luna::Dough> ("SoftII", 0.0f, reference::SoftTwo { thresholdDb });
+    addPair<luna::InflatorClipper> ("Pressure", half, reference::Pressure { thresholdDb, half });
+    addPair<luna::Boost> ("Boost", half, reference::Boost { thresholdDb, half });
     addPair<luna::Foldback> ("Foldback", knee, reference::Foldback { thresholdDb, knee });
-    addPair<luna::TanhClipper> ("Tanh", half, reference::Tanh { threshold, drive });
-    addPair<luna::SinClipper> ("Sine", half, reference::Sine { threshold, drive });
+    addPair<luna::TanhClipper> ("Tanh", half, reference::Tanh { thresholdDb, half });
+    addPair<luna::SinClipper> ("Sine", half, reference::Sine { thresholdDb, half });
 }
 
 } // namespace bench

@@ -185,15 +185,12 @@ Form makeEnvelope()
 
 void addCurvePairs (std::vector<Pair>& pairs)
 {
-    const auto threshold = reference::toGain (-6.0f);
-    const auto exponent = 3.0f + 47.0f * std::pow (0.5f, 1.0f / 0.35f);
-
-    pairs.push_back (makeCurvePair<luna::HardClipper> ("Hard", 0.0f, reference::Hard { threshold }));
+    pairs.push_back (makeCurvePair<luna::HardClipper> ("Hard", 0.0f, reference::Hard { -6.0f }));
     pairs.push_back (makeCurvePair<luna::SoftClipper> ("SoftI", 4.5f, reference::SoftOne { -6.0f, 4.5f }));
-    pairs.push_back (makeCurvePair<luna::Dough> ("SoftII", 0.0f, reference::SoftTwo { threshold }));
+    pairs.push_back (makeCurvePair<luna::Dough> ("SoftII", 0.0f, reference::SoftTwo { -6.0f }));
     pairs.push_back (
-        makeCurvePair<luna::InflatorClipper> ("Pressure", 0.5f, reference::Pressure { threshold, 0.5f }));
-    pairs.push_back (makeCurvePair<luna::Boost> ("Boost", 0.5f, reference::Boost { threshold, exponent }));
+        makeCurvePair<luna::InflatorClipper> ("Pressure", 0.5f, reference::Pressure { -6.0f, 0.5f }));
+    pairs.push_back (makeCurvePair<luna::Boost> ("Boost", 0.5f, reference::Boost { -6.0f, 0.5f }));
     pairs.push_back ({ "envelope", makePlainEnvelope, makeEnvelope });
 }
 

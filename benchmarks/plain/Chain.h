@@ -18,8 +18,8 @@ namespace plain
 class Chain
 {
 public:
-    using Curve = std::variant<reference::Hard, reference::SoftOne, reference::SoftTwo, reference::Pressure,
-                               reference::Boost>;
+    using Curve = std::variant<reference::Hard<>, reference::SoftOne<>, reference::SoftTwo<>,
+                               reference::Pressure<>, reference::Boost<>>;
 
     struct Settings
     {
@@ -87,7 +87,7 @@ private:
           loudnessOut (*meter),
           oversamplers (makeOversamplerBank (2)),
           post { reference::SoftOne { 0.0f, 0.0f }, reference::Envelope (sampleRate * (1 << s.exponent)) },
-          ceiling { reference::Hard { 1.0f }, reference::Envelope (sampleRate) }
+          ceiling { reference::Hard { 0.0f }, reference::Envelope (sampleRate) }
     {
         const auto rate = sampleRate * (1 << settings.exponent);
 
@@ -111,17 +111,15 @@ private:
 
     Curve makeCurve() const
     {
-        const auto threshold = reference::toGain (settings.thresholdDb);
+        const auto threshold = settings.thresholdDb, shape = settings.shape;
 
         switch (settings.mode)
         {
             case 0: return reference::Hard { threshold };
-            case 1: return reference::SoftOne { settings.thresholdDb, 9.0f * settings.shape };
+            case 1: return reference::SoftOne { threshold, 9.0f * shape };
             case 2: return reference::SoftTwo { threshold };
-            case 3: return reference::Pressure { threshold, settings.shape };
-            default:
-                return reference::Boost { threshold,
-                                          3.0f + 47.0f * std::pow (1.0f - settings.shape, 1.0f / 0.35f) };
+            case 3: return reference::Pressure { threshold, shape };
+            default: return reference::Boost { threshold, shape };
         }
     }
 

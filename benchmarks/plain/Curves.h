@@ -3,39 +3,44 @@
 #include <algorithm>
 #include <cmath>
 
-/** The curves as one would write them down at first: the formula of each, sample by sample, in single
-    precision, with nothing hoisted but what depends on the settings alone. What the product's block forms are
-    measured against. */
+/** The curves as one would write them down at first: the formula of each, sample by sample, with nothing hoisted
+    but what depends on the settings alone, which are the threshold in dB and the second control. In single
+    precision they are what the product's block forms are measured against, in double precision what is right. */
 namespace reference
 {
-inline float toGain (float db)
+template <typename Number>
+Number toGain (Number db)
 {
-    return db > -100.0f ? std::pow (10.0f, 0.05f * db) : 0.0f;
+    return db > Number (-100) ? std::pow (Number (10), Number (0.05) * db) : Number (0);
 }
 
-inline float toDb (float gain)
+template <typename Number>
+Number toDb (Number gain)
 {
-    return gain > 0.0f ? std::max (-100.0f, 20.0f * std::log10 (gain)) : -100.0f;
+    return gain > Number (0) ? std::max (Number (-100), Number (20) * std::log10 (gain)) : Number (-100);
 }
 
 /** A clamp. */
+template <typename Number = float>
 struct Hard
 {
-    float threshold = 1.0f;
+    explicit Hard (Number thresholdDb, Number = 0) : threshold (toGain (thresholdDb)) {}
 
-    float operator() (float x) const { return std::clamp (x, -threshold, threshold); }
+    Number operator() (Number x) const { return std::clamp (x, -threshold, threshold); }
+
+    Number threshold;
 };
 
 /** Gain in dB: 0 below the knee, -knee t^2 / 4 within it, down to the threshold above. The level is taken in
     double precision. */
+template <typename Number = float>
 struct SoftOne
 {
-    float thresholdDb = 0.0f;
-    float kneeDb = 0.0f;
+    SoftOne (Number threshold, Number knee) : thresholdDb (threshold), kneeDb (knee) {}
 
-    float operator() (float x) const
+    Number operator() (Number x) const
     {
-        const auto level = static_cast<float> (20.0 * std::log10 (std::abs (static_cast<double> (x))));
+        const auto level = static_cast<Number> (20.0 * std::log10 (std::abs (static_cast<double> (x))));
 
         if (level <= thresholdDb - kneeDb)
             return x;
@@ -44,106 +49,131 @@ struct SoftOne
             return x * toGain (thresholdDb - level);
 
         const auto t = (level - (thresholdDb - kneeDb)) / kneeDb;
-        return x * toGain (-0.25f * kneeDb * t * t);
+        return x * toGain (Number (-0.25) * kneeDb * t * t);
     }
+
+    Number thresholdDb, kneeDb;
 };
 
 /** |x| - |x|^n / n with n = 1 / (1 - threshold), for thresholds below 1. */
+template <typename Number = float>
 struct SoftTwo
 {
-    float threshold = 0.5f;
-    float exponent = 1.0f / (1.0f - threshold);
+    explicit SoftTwo (Number thresholdDb, Number = 0) : threshold (toGain (thresholdDb)) {}
 
-    float operator() (float x) const
+    Number operator() (Number x) const
     {
         const auto a = std::abs (x);
-        const auto y = a < 1.0f ? a - std::pow (a, exponent) / exponent : threshold;
+        const auto y = a < Number (1) ? a - std::pow (a, exponent) / exponent : threshold;
         return std::copysign (y, x);
     }
+
+    Number threshold, exponent = Number (1) / (Number (1) - threshold);
 };
 
 /** A quartic up to the threshold, then a parabola that falls to 0 at (2 + curve / 2) times it. */
+template <typename Number = float>
 struct Pressure
 {
-    float threshold = 1.0f;
-    float curve = 0.0f;
+    Pressure (Number thresholdDb, Number lift) : threshold (toGain (thresholdDb)), curve (lift) {}
 
-    float operator() (float x) const
+    Number operator() (Number x) const
     {
+        constexpr auto one = Number (1);
         const auto a = std::abs (x) / threshold;
-        const auto end = 2.0f + 0.5f * curve;
+        const auto end = Number (2) + Number (0.5) * curve;
 
         if (a > end)
-            return 0.0f;
+            return 0;
 
-        if (a > 1.0f)
+        if (a > one)
         {
-            const auto u = (a - 1.0f) / (end - 1.0f);
-            return std::copysign (threshold * (1.0f - u * u), x);
+            const auto u = (a - one) / (end - one);
+            return std::copysign (threshold * (one - u * u), x);
         }
 
-        const auto d = 0.25f * (1.0f - curve) * (1.0f - curve);
-        const auto bump = a * a * (1.0f - a) * (1.0f - a);
-        const auto y = (1.0f + curve) * a + (1.0f - 2.0f * curve) * a * a + (curve - 1.0f) * a * a * a;
+        const auto d = Number (0.25) * (one - curve) * (one - curve);
+        const auto bump = a * a * (one - a) * (one - a);
+        const auto y = (one + curve) * a + (one - Number (2) * curve) * a * a + (curve - one) * a * a * a;
         return std::copysign (threshold * (y - d * bump), x);
     }
+
+    Number threshold, curve;
 };
 
 /** (a - a^n / n) n / (n - 1) of a = |x| / threshold, n from 50 down to 3. */
+template <typename Number = float>
 struct Boost
 {
-    float threshold = 1.0f;
-    float exponent = 50.0f;
+    Boost (Number thresholdDb, Number amount)
+        : threshold (toGain (thresholdDb)),
+          n (Number (3) + Number (47) * std::pow (Number (1) - amount, Number (1) / Number (0.35)))
+    {
+    }
 
-    float operator() (float x) const
+    Number operator() (Number x) const
     {
         const auto a = std::abs (x) / threshold;
-        const auto n = exponent;
-        const auto y = a < 1.0f ? (a - std::pow (a, n) / n) * n / (n - 1.0f) : 1.0f;
+        const auto y = a < Number (1) ? (a - std::pow (a, n) / n) * n / (n - Number (1)) : Number (1);
         return std::copysign (threshold * y, x);
     }
+
+    Number threshold, n;
 };
 
 /** The level in dB reflected about the threshold, through a quadratic Bezier curve in the knee. */
+template <typename Number = float>
 struct Foldback
 {
-    float thresholdDb = 0.0f;
-    float kneeDb = 0.0f;
+    Foldback (Number threshold, Number knee) : thresholdDb (threshold), kneeDb (knee) {}
 
-    float operator() (float x) const
+    Number operator() (Number x) const
     {
         const auto level = toDb (std::abs (x));
         auto out = level;
 
         if (level > thresholdDb + kneeDb)
         {
-            out = 2.0f * thresholdDb - level;
+            out = Number (2) * thresholdDb - level;
         }
         else if (level > thresholdDb - kneeDb)
         {
-            const auto t = (level - (thresholdDb - kneeDb)) / (2.0f * kneeDb);
-            const auto w = 1.0f - t;
-            out = (w * w + t * t) * (thresholdDb - kneeDb) + 2.0f * w * t * thresholdDb;
+            const auto t = (level - (thresholdDb - kneeDb)) / (Number (2) * kneeDb);
+            const auto w = Number (1) - t;
+            out = (w * w + t * t) * (thresholdDb - kneeDb) + Number (2) * w * t * thresholdDb;
         }
 
         return std::copysign (toGain (out), x);
     }
+
+    Number thresholdDb, kneeDb;
 };
 
+/** Driven from once to three times. */
+template <typename Number = float>
 struct Tanh
 {
-    float threshold = 1.0f;
-    float drive = 1.0f;
+    Tanh (Number thresholdDb, Number amount)
+        : threshold (toGain (thresholdDb)), drive (Number (1) + Number (2) * amount)
+    {
+    }
 
-    float operator() (float x) const { return threshold * std::tanh (drive * x / threshold); }
+    Number operator() (Number x) const { return threshold * std::tanh (drive * x / threshold); }
+
+    Number threshold, drive;
 };
 
+template <typename Number = float>
 struct Sine
 {
-    float threshold = 1.0f;
-    float drive = 1.0f;
+    Sine (Number thresholdDb, Number amount)
+        : threshold (toGain (thresholdDb)), drive (Number (1) + Number (2) * amount)
+    {
+    }
 
-    float operator() (float x) const { return threshold * std::sin (drive * x / threshold); }
+    Number operator() (Number x) const { return threshold * std::sin (drive * x / threshold); }
+
+    Number threshold, drive;
 };
 
 /** Peak of the louder channel: instant attack, 40 dB of release in two seconds. */

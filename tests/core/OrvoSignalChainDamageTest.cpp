@@ -77,6 +77,7 @@ TEST_P (DamagedLayoutAndFactor, ReturnToTheUndamagedOutput)
                               << damage.name << " at " << position << " of " << numChannels);
                 PluginUnderTest plugin (numChannels, 22050.0, blockLength);
                 clipHard (plugin, layout, exponent);
+                plugin.processor.waveformTaps.setPoints (300);
 
                 auto input = signal;
                 input.setSample (position % numChannels, start + position, damage.sample);
@@ -84,10 +85,11 @@ TEST_P (DamagedLayoutAndFactor, ReturnToTheUndamagedOutput)
 
                 ASSERT_TRUE (isFinite (output));
                 const auto& state = plugin.processor;
-                for (const auto value :
-                     { state.shortTermDifference, state.peakDifference, state.inputMaxPeakDb,
-                       state.outputMaxPeakDb, state.inputLoudness.momentary, state.outputLoudness.integrated,
-                       state.lowBandClipper.current->envelope, state.postClipper.current->envelope })
+                for (const auto value : { state.shortTermDifference, state.peakDifference,
+                                          state.inputMaxPeakDb, state.outputMaxPeakDb,
+                                          state.inputLoudness.momentary, state.outputLoudness.integrated })
+                    ASSERT_TRUE (std::isfinite (value));
+                for (const auto value : plugin.readings())
                     ASSERT_TRUE (std::isfinite (value));
                 EXPECT_LE (output.getMagnitude (0, output.getNumSamples()), 1.0f);
 
@@ -106,4 +108,46 @@ TEST_P (DamagedLayoutAndFactor, ReturnToTheUndamagedOutput)
     }
 }
 
+TEST (SignalChainDamage, IsForgottenByEveryReading)
+{
+    const auto hear = [] (PluginUnderTest& plugin, float sample, int position)
+    {
+        // Quiet at first; then until the graphs show nothing but what came after.
+        auto signal = signals::noise (2, 6 * 8000 + 3 * blockLength);
+        signal.applyGain (0, blockLength, 0.1f);
+        for (auto channel : { 0, 1 })
+            signal.setSample (channel, position, sample);
+
+        plugin.processor.waveformTaps.setPoints (50);
+        clipHard (plugin, multiBand, 0);
+        plugin.render (signal, { blockLength });
+    };
+
+    PluginUnderTest undamaged (2, 8000.0, blockLength);
+    hear (undamaged, 0.0f, 0);
+
+    for (const auto& damage : damages)
+    {
+        for (const auto position : { 0, 101, blockLength - 1 })
+        {
+            SCOPED_TRACE (testing::Message() << damage.name << " at " << position);
+            PluginUnderTest plugin (2, 8000.0, blockLength);
+            hear (plugin, damage.sample, position);
+
+            const auto isHuge = std::isfinite (damage.sample) && std::abs (damage.sample) > 1.0f;
+            const auto readings = plugin.readings (! isHuge), expected = undamaged.readings (! isHuge);
+            for (size_t i = 0; i < readings.size(); ++i)
+                ASSERT_NEAR (readings[i], expected[i], 1.0e-4) << i;
+
+            // Counted in tenths.
+            for (const auto loudness :
+                 { &OrvoAudioProcessor::inputLoudness, &OrvoAudioProcessor::outputLoudness })
+                for (const auto reading :
+                     { &kf::LUFSData::momentary, &kf::LUFSData::shortTerm, &kf::LUFSData::integrated,
+                       &kf::LUFSData::rangeStart, &kf::LUFSData::rangeEnd })
+                    ASSERT_NEAR (plugin.processor.*loudness.*reading, undamaged.processor.*loudness.*reading,
+                                 0.11);
+        }
+    }
+}
 } // namespace

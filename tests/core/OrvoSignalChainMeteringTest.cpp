@@ -53,31 +53,16 @@ TEST (SignalChainMetering, MeasuresBeforeTheInputGainAndBehindTheCeiling)
     EXPECT_EQ (processor.outputLoudness.shortTerm, -300.0f);
 }
 
-TEST (SignalChainMetering, ShowsAFreshLoudnessWithThePreparation)
-{
-    PluginUnderTest plugin;
-    auto& processor = plugin.processor;
-    plugin.render (signals::noise (2, 4 * 48000, 0.5f));
-    ASSERT_GT (processor.outputLoudness.integrated, -20.0f);
-
-    // No block has come yet.
-    processor.prepareToPlay (sampleRate, 512);
-
-    for (const auto* loudness : { &processor.inputLoudness, &processor.outputLoudness })
-        for (const auto value : { loudness->momentary, loudness->shortTerm, loudness->integrated })
-            EXPECT_EQ (value, -300.0f);
-}
-
 TEST (SignalChainMetering, FeedsTheTapsAtBothEnds)
 {
-    constexpr auto numPoints = 40, samplesPerPoint = 6000;
+    constexpr auto numPoints = 40, samplesPerPoint = 6000, numPushed = 43;
     PluginUnderTest plugin;
     auto& taps = plugin.processor.waveformTaps;
     taps.setPoints (numPoints);
     plugin.set ({ { "in_gain", 6.0 }, { "threshold_single", -9.0 }, { "mode_single", 0.0 } });
 
-    auto input = signals::noise (2, numPoints * samplesPerPoint, 0.5f);
-    for (auto point = 0; point < numPoints; ++point)
+    auto input = signals::noise (2, numPushed * samplesPerPoint, 0.5f);
+    for (auto point = 0; point < numPushed; ++point)
         input.applyGain (point * samplesPerPoint, samplesPerPoint,
                          0.02f * static_cast<float> (point * 17 % numPoints));
 
@@ -85,7 +70,7 @@ TEST (SignalChainMetering, FeedsTheTapsAtBothEnds)
     const auto coefficient = std::pow (0.01, 1.0 / (0.1 * 8.0)); // 100 ms at 8 points per second
     auto smoothed = 0.0;
 
-    for (auto point = 0; point < numPoints; ++point)
+    for (auto point = 0; point < numPushed; ++point)
     {
         const auto peakIn = [&] (const auto& buffer)
         { return static_cast<double> (buffer.getMagnitude (point * samplesPerPoint, samplesPerPoint)); };
@@ -94,8 +79,12 @@ TEST (SignalChainMetering, FeedsTheTapsAtBothEnds)
         const auto peak = peakIn (output);
         smoothed = peak < smoothed ? peak + (smoothed - peak) * coefficient : peak;
 
-        EXPECT_NEAR (taps.taps.getReference (0).values[point], toDb (peakIn (input)), 1.0e-3) << point;
-        EXPECT_NEAR (taps.taps.getReference (1).values[point], toDb (smoothed), 1.0e-3) << point;
+        if (point < numPushed - numPoints)
+            continue; // overwritten since
+
+        const auto place = point % numPoints;
+        EXPECT_NEAR (taps.taps.getReference (0).values[place], toDb (peakIn (input)), 1.0e-3) << point;
+        EXPECT_NEAR (taps.taps.getReference (1).values[place], toDb (smoothed), 1.0e-3) << point;
     }
 
     const auto isEmpty = [] (const WaveformTap& tap)

@@ -1,19 +1,19 @@
 #pragma once
 
 #include "core/ExpectedParameters.h"
-#include "dsp/ReferenceCurves.h"
+#include "plain/Curves.h"
+#include "plain/Splitter.h"
 #include "support/Signals.h"
 
 #include <juce_dsp/juce_dsp.h>
 
 #include <array>
 #include <cmath>
-#include <numbers>
 #include <string>
 #include <vector>
 
 /** The whole chain in double precision, written from its formulas alone. It shares no code with the product;
-    only the oversampler, which is a filter of JUCE, is the same one. */
+    the oversampler and the crossover are JUCE's, in single precision. */
 namespace reference
 {
 using expected::Values;
@@ -43,11 +43,14 @@ void copyTo (Target& target, const Signal& signal)
 /** One curve for the mode's number. */
 inline double curve (int mode, double x, double thresholdDb, double shape)
 {
-    using namespace curves;
-    const std::array formulas { hard, softI, softII, pressure, boost };
-    const auto second = mode == 1 ? 9.0 * shape : shape;
-    return std::copysign (1.0, x)
-           * formulas.at (static_cast<size_t> (mode)) (std::abs (x), thresholdDb, second);
+    switch (mode)
+    {
+        case 0: return Hard { thresholdDb }(x);
+        case 1: return SoftOne { thresholdDb, 9.0 * shape }(x);
+        case 2: return SoftTwo { thresholdDb }(x);
+        case 3: return Pressure { thresholdDb, shape }(x);
+        default: return Boost { thresholdDb, shape }(x);
+    }
 }
 
 /** Halves to the even number. */
@@ -69,51 +72,19 @@ inline void runSection (const Values& values, const std::string& id, Samples& sa
         x = makeup * curve (toChoice (values.at ("mode_" + id)), x, threshold, values.at ("shape_" + id));
 }
 
-/** Second-order Butterworth sections under the bilinear transform; a crossover's branch is two in series, and
-    both its branches sum to the all-pass. */
-enum class Pass
+inline void runMultiBand (const Values& values, Signal& signal, double sampleRate)
 {
-    low,
-    high,
-    all
-};
+    const auto length = static_cast<int> (signal.front().size());
+    juce::AudioBuffer<float> buffer (static_cast<int> (signal.size()), length);
+    copyTo (buffer, signal);
 
-inline void filter (Samples& samples, Pass pass, double frequency, double sampleRate)
-{
-    const auto k = std::tan (std::numbers::pi * frequency / sampleRate);
-    const auto norm = 1.0 / (1.0 + std::numbers::sqrt2 * k + k * k);
-    const auto a1 = 2.0 * (k * k - 1.0) * norm;
-    const auto a2 = (1.0 - std::numbers::sqrt2 * k + k * k) * norm;
-
-    const auto b = pass == Pass::low    ? std::array { k * k * norm, 2.0 * k * k * norm, k * k * norm }
-                   : pass == Pass::high ? std::array { norm, -2.0 * norm, norm }
-                                        : std::array { a2, a1, 1.0 };
-
-    for (auto stage = 0; stage < (pass == Pass::all ? 1 : 2); ++stage)
-    {
-        auto z1 = 0.0, z2 = 0.0;
-
-        for (auto& x : samples)
-        {
-            const auto y = b[0] * x + z1;
-            z1 = b[1] * x - a1 * y + z2;
-            z2 = b[2] * x - a2 * y;
-            x = y;
-        }
-    }
-}
-
-inline void runMultiBand (const Values& values, Samples& samples, double sampleRate)
-{
-    const auto low = values.at ("crossover_low"), high = values.at ("crossover_high");
-    std::array bands { samples, samples, samples };
-
-    filter (bands[0], Pass::low, low, sampleRate);
-    filter (bands[0], Pass::all, high, sampleRate);
-    filter (bands[1], Pass::high, low, sampleRate);
-    filter (bands[1], Pass::low, high, sampleRate);
-    filter (bands[2], Pass::high, low, sampleRate);
-    filter (bands[2], Pass::high, high, sampleRate);
+    plain::Splitter splitter;
+    splitter.prepare (
+        { sampleRate, static_cast<juce::uint32> (length), static_cast<juce::uint32> (signal.size()) });
+    splitter.setFrequencies (static_cast<float> (values.at ("crossover_low")),
+                             static_cast<float> (values.at ("crossover_high")));
+    splitter.split (juce::dsp::AudioBlock<const float> (buffer));
+    std::array bands { toSignal (splitter.low), toSignal (splitter.mid), toSignal (splitter.high) };
 
     std::array<bool, 3> isHeard {};
     const std::array ids { "low_band", "mid_band", "high_band" };
@@ -121,7 +92,9 @@ inline void runMultiBand (const Values& values, Samples& samples, double sampleR
 
     for (size_t band = 0; band < 3; ++band)
     {
-        runSection (values, ids[band], bands[band]);
+        for (auto& channel : bands[band])
+            runSection (values, ids[band], channel);
+
         isHeard[band] = solo == 3 ? toChoice (values.at (std::string ("mute_") + ids[band])) == 0
                                   : static_cast<int> (band) == solo;
     }
@@ -129,12 +102,15 @@ inline void runMultiBand (const Values& values, Samples& samples, double sampleR
     if (isHeard == std::array { false, false, false })
         isHeard = { true, true, true };
 
-    for (size_t i = 0; i < samples.size(); ++i)
+    for (size_t channel = 0; channel < signal.size(); ++channel)
     {
-        samples[i] = 0.0;
+        for (size_t i = 0; i < signal[channel].size(); ++i)
+        {
+            signal[channel][i] = 0.0;
 
-        for (size_t band = 0; band < 3; ++band)
-            samples[i] += isHeard[band] ? bands[band][i] : 0.0;
+            for (size_t band = 0; band < 3; ++band)
+                signal[channel][i] += isHeard[band] ? bands[band][channel][i] : 0.0;
+        }
     }
 }
 
@@ -172,11 +148,7 @@ inline void runSections (const Values& values, Signal& signal, double sampleRate
                 runSection (values, "single", channel);
             break;
 
-        case 1:
-            for (auto& channel : signal)
-                runMultiBand (values, channel, sampleRate);
-            break;
-
+        case 1: runMultiBand (values, signal, sampleRate); break;
         case 2: runMidSide (values, signal); break;
 
         default:

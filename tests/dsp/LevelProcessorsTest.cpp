@@ -1,7 +1,5 @@
 #include "dsp/LevelProcessors.h"
 
-#include "support/Signals.h"
-
 #include <gtest/gtest.h>
 
 namespace
@@ -76,40 +74,5 @@ TEST_F (Channel, ReadsNothingBelowMinus80Db)
     for (auto value :
          { getData().peak, getData().rms, getData().heldPeak, getData().maxPeak, getData().maxRms })
         EXPECT_NEAR (value, 0.000101, 1.0e-7);
-}
-
-struct Levels : luna::temp::StereoLevelProcessor, testing::Test
-{
-    Levels() { prepare (rate); }
-
-    void hear (const signals::Buffer& buffer) { process (juce::dsp::AudioBlock<const float> (buffer)); }
-
-    static std::vector<double> valuesOf (LevelChannel& channel)
-    {
-        const auto data = channel.getData();
-        return { data.peak, data.rms, data.heldPeak, data.maxPeak, data.maxRms };
-    }
-};
-
-TEST_F (Levels, FollowEachChannelAndDoubleMono)
-{
-    const auto noise = signals::noise (2, 4800);
-    hear (noise);
-    EXPECT_EQ (left.getData().maxPeak, static_cast<double> (noise.getMagnitude (0, 0, 4800)));
-    EXPECT_EQ (right.getData().maxPeak, static_cast<double> (noise.getMagnitude (1, 0, 4800)));
-    EXPECT_EQ (getMaxPeak(), static_cast<double> (noise.getMagnitude (0, 4800)));
-
-    prepare (rate);
-    EXPECT_EQ (valuesOf (left), std::vector<double> (5, 0.0)) << "cleared";
-    hear (signals::noise (1, 4800));
-    const auto mono = valuesOf (left);
-    EXPECT_GT (mono.back(), 0.1);
-    EXPECT_EQ (valuesOf (right), mono);
-
-    hear (signals::noise (3, 4800, 2.0f));
-    EXPECT_EQ (valuesOf (left), mono) << "neither mono nor stereo";
-
-    resetMaxima();
-    EXPECT_EQ (valuesOf (left), (std::vector { mono[0], mono[1], mono[2], 0.0, 0.0 }));
 }
 } // namespace

@@ -19,32 +19,6 @@ double outputFor (MultiModeClipper& section, float x)
     return static_cast<double> (buffer.getSample (0, 0));
 }
 
-TEST (MultiModeClipper, CountsItsChangesUpToAThousandAndPreparesTheModesOfTheMenuAlone)
-{
-    luna::HardClipper curve;
-    std::vector<int> counts { curve.changeCount };
-    for (auto rise = 1; rise <= 1002; ++rise)
-    {
-        curve.raiseChangeCount();
-        counts.push_back (curve.changeCount);
-    }
-    EXPECT_EQ (std::vector ({ counts[0], counts[1], counts[1001], counts[1002] }),
-               std::vector ({ -1, 0, 1000, 0 }));
-
-    MultiModeClipper section;
-    std::vector<int> before;
-    for (auto& mode : section.modes)
-        before.push_back (mode.saturator->changeCount);
-
-    section.prepare ({ 48000.0, 512, 2 });
-    for (auto& mode : section.modes)
-        EXPECT_NE (mode.saturator->changeCount, before[static_cast<size_t> (mode.id)]) << mode.name;
-
-    for (const luna::Saturator* unused : std::initializer_list<luna::Saturator*> {
-             &section.foldback, &section.tanhClipper, &section.sinClipper })
-        EXPECT_EQ (unused->changeCount, -1);
-}
-
 TEST (MultiModeClipper, KeepsItsSettingsForTheModeThatIsSelectedLater)
 {
     MultiModeClipper section;
@@ -63,18 +37,6 @@ TEST (MultiModeClipper, KeepsItsSettingsForTheModeThatIsSelectedLater)
     section.setParameter (0.0f, 77);
     EXPECT_NEAR (static_cast<double> (section.boost.threshold), toGain (-9.0), 1.0e-6)
         << "any index sends all";
-}
-
-TEST (MultiModeClipper, TellsOfEachModeChangeAndKeepsItsModeForAnUnknownOne)
-{
-    MultiModeClipper section;
-    std::vector<int> told;
-    section.setModeChangeHandler ([&] { told.push_back (section.currentModeId); });
-
-    for (auto id : { 3, 99, -1, 3, 0 })
-        section.setMode (id);
-
-    EXPECT_EQ (told, (std::vector { 3, 3, 3, 3, 0 }));
 }
 
 TEST (MultiModeClipper, SetLevelsDoesWhatTwoParametersDoChangeCountsIncluded)

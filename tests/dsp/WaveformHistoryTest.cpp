@@ -59,48 +59,6 @@ TEST_F (History, SpansFiveSecondsAtAnyWidth)
     EXPECT_EQ (tap (0).writeIndex, 3) << "more points than samples: each sample completes one";
 }
 
-TEST_F (History, StoresThePeakOfEachPointInDb)
-{
-    pushLevel (0, 0.1f, 799);
-    EXPECT_EQ (tap (0).writeIndex, 0);
-    pushLevel (0, -0.5f, 1);
-    pushLevel (0, 0.25f, 800);
-    pushLevel (0, 1.0e-6f, 800);
-
-    EXPECT_NEAR (static_cast<double> (tap (0).values[0]), signals::toDb (0.5), 1.0e-4);
-    EXPECT_NEAR (static_cast<double> (tap (0).values[1]), signals::toDb (0.25), 1.0e-4);
-    EXPECT_EQ (tap (0).values[2], -100.0f) << "the floor";
-    EXPECT_EQ (tap (0).values[3], emptyValue);
-    EXPECT_EQ (tap (1).values[0], emptyValue) << "each tap has its own signal";
-
-    pushLevel (0, 0.125f, 298 * 800);
-    EXPECT_EQ (tap (0).writeIndex, 1) << "a ring";
-    EXPECT_NEAR (static_cast<double> (tap (0).values[0]), signals::toDb (0.125), 1.0e-4);
-}
-
-TEST_F (History, HearsTheFirstTwoChannelsFromTheGivenSample)
-{
-    auto buffer = signals::silence (3, 801);
-    buffer.setSample (0, 0, 1.0f);
-    buffer.setSample (1, 5, -0.5f);
-    buffer.setSample (2, 6, 1.0f);
-    history.push (0, 3, buffer.getArrayOfReadPointers(), 1, 800);
-    EXPECT_NEAR (static_cast<double> (tap (0).values[0]), signals::toDb (0.5), 1.0e-4);
-}
-
-TEST_F (History, SmoothsTheFallOfTheSecondTap)
-{
-    pushLevel (1, 1.0f, 800);
-    pushLevel (1, 0.0f, 6 * 800);
-    pushLevel (1, 0.5f, 800);
-
-    // A point every 60th of a second: 40 dB in six.
-    for (auto point = 0; point <= 6; ++point)
-        EXPECT_NEAR (static_cast<double> (tap (1).values[point]), -40.0 * point / 6.0, 1.0e-3) << point;
-    EXPECT_NEAR (static_cast<double> (tap (1).values[7]), signals::toDb (0.5), 1.0e-4)
-        << "the rise is instant";
-}
-
 TEST_F (History, WaitsInEveryCallForWhoeverHoldsItsLock)
 {
     const std::pair<const char*, std::function<void()>> calls[] {

@@ -26,16 +26,6 @@ void requireOwn (Display* display)
     _exit (70);
 }
 
-std::filesystem::path makeFolder()
-{
-    auto name = (std::filesystem::temp_directory_path() / "orvo-bare-host-XXXXXX").string();
-
-    if (mkdtemp (name.data()) == nullptr)
-        throw std::runtime_error ("no temporary folder");
-
-    return name;
-}
-
 std::filesystem::path logFile()
 {
     return configFolder() / "log.log";
@@ -62,6 +52,18 @@ std::filesystem::path logFile()
         XDestroyWindow (display, window);
         XSync (display, False);
     }
+}
+
+/** Keys and buttons have the same beginning. */
+XEvent makeEvent (Display* display, Window window, int type)
+{
+    XEvent event {};
+    event.xkey.type = type;
+    event.xkey.display = display;
+    event.xkey.window = window;
+    event.xkey.root = DefaultRootWindow (display);
+    event.xkey.same_screen = True;
+    return event;
 }
 } // namespace
 
@@ -114,15 +116,6 @@ FleetingFocus::~FleetingFocus()
     waitpid (process, nullptr, 0);
 }
 
-TemporaryFolder::TemporaryFolder() : path (makeFolder())
-{
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    std::filesystem::remove_all (path);
-}
-
 TemporaryCopy::TemporaryCopy (const std::filesystem::path& file) : path (folder.path / file.filename())
 {
     std::filesystem::copy_file (file, path);
@@ -137,12 +130,7 @@ void press (Display* display, Window window, const char* key)
 {
     for (const auto type : { KeyPress, KeyRelease })
     {
-        XEvent event {};
-        event.xkey.type = type;
-        event.xkey.display = display;
-        event.xkey.window = window;
-        event.xkey.root = DefaultRootWindow (display);
-        event.xkey.same_screen = True;
+        auto event = makeEvent (display, window, type);
         event.xkey.keycode = XKeysymToKeycode (display, XStringToKeysym (key));
         XSendEvent (display, window, False, NoEventMask, &event);
     }
@@ -154,12 +142,7 @@ void click (Display* display, Window window, std::pair<int, int> place)
 {
     for (const auto type : { ButtonPress, ButtonRelease })
     {
-        XEvent event {};
-        event.xbutton.type = type;
-        event.xbutton.display = display;
-        event.xbutton.window = window;
-        event.xbutton.root = DefaultRootWindow (display);
-        event.xbutton.same_screen = True;
+        auto event = makeEvent (display, window, type);
         event.xbutton.button = Button1;
         event.xbutton.x = event.xbutton.x_root = place.first;
         event.xbutton.y = event.xbutton.y_root = place.second;
@@ -232,8 +215,7 @@ int main (int argc, char** argv)
 
     // The plug-in's files, away from the user's.
     const TemporaryFolder home;
-    setenv ("HOME", home.path.c_str(), 1);
-    setenv ("XDG_CONFIG_HOME", home.path.c_str(), 1);
+    home.makeHome();
 
     // Without presets, a message lies over the window.
     std::filesystem::create_directories (configFolder() / "Presets");

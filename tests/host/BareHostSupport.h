@@ -1,5 +1,6 @@
 #pragma once
 
+#include "../support/TemporaryFolder.h"
 #include "XlibBesideGtest.h"
 
 #include <filesystem>
@@ -41,18 +42,6 @@ public:
 
 private:
     int process;
-};
-
-/** A folder that goes with the test. */
-struct TemporaryFolder
-{
-    TemporaryFolder();
-    ~TemporaryFolder();
-
-    TemporaryFolder (const TemporaryFolder&) = delete;
-    TemporaryFolder& operator= (const TemporaryFolder&) = delete;
-
-    const std::filesystem::path path;
 };
 
 /** A second file of the same module, which the loader takes for another one. */

@@ -5,43 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace
 {
-TEST (Module, TakesAChangeOfOversamplingWithTheNextBlockAndItsLatencyToo)
-{
-    PluginHost host (builtModule());
-    for (const auto* section : { "enable_single", "enable_post" })
-        host.getParameter (section).setFromText ("Off");
-
-    juce::AudioBuffer<float> block (2, 512);
-    auto greatest = 0;
-
-    host.setChannels (2);
-    host.prepare (48000.0, block.getNumSamples());
-
-    for (const auto* factor : { "2x", "16x", "4x", "8x", "Off" })
-    {
-        host.getParameter ("oversampling").setFromText (factor);
-        block.clear();
-        for (auto channel = 0; channel < 2; ++channel)
-            block.setSample (channel, 0, 0.5f);
-
-        host.process (block);
-
-        // The filters are symmetric about their latency, so an impulse comes out largest there.
-        const auto* samples = block.getReadPointer (1);
-        const auto peak = std::max_element (samples, samples + 512,
-                                            [] (auto a, auto b) { return std::abs (a) < std::abs (b); });
-        EXPECT_EQ (peak - samples, host.getLatency()) << factor;
-        greatest = juce::jmax (greatest, host.getLatency());
-    }
-
-    EXPECT_GT (greatest, 0);
-    EXPECT_EQ (host.getLatency(), 0);
-}
-
 /** What a section of the engine, as it is compiled into this program, makes of a signal with one set of kernels. */
 juce::AudioBuffer<float> lifted (juce::AudioBuffer<float> signal, simd::InstructionSet set)
 {

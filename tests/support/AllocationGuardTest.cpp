@@ -6,7 +6,6 @@
 
 #include <cstdlib>
 #include <functional>
-#include <thread>
 
 namespace
 {
@@ -43,33 +42,5 @@ TEST (AllocationGuard, CatchesEveryWayToTheAllocator)
 
     for (const auto& [name, way] : ways)
         EXPECT_GE (callsDuring (way), 1) << name;
-}
-
-TEST (AllocationGuard, CountsNothingElse)
-{
-    juce::Array<float> reserved;
-    reserved.ensureStorageAllocated (8);
-    EXPECT_EQ (callsDuring ([&] { reserved.add (1.0f); }), 0) << "room that was there";
-    EXPECT_EQ (callsDuring ([] { std::free (nullptr); }), 0) << "nothing to release";
-
-    std::atomic<int> stage = 0;
-    std::thread other (
-        [&]
-        {
-        stage.wait (0);
-        juce::HeapBlock<float> memory (100);
-        stage = 2;
-        stage.notify_one();
-    });
-    EXPECT_EQ (callsDuring (
-                   [&]
-                   {
-        stage = 1;
-        stage.notify_one();
-        stage.wait (1);
-    }),
-               0)
-        << "another thread's";
-    other.join();
 }
 } // namespace

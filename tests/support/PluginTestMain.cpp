@@ -1,51 +1,13 @@
+#include "TemporaryFolder.h"
+
 #include <juce_events/juce_events.h>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
-#include <stdlib.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <string>
 
 namespace
 {
-/** A fresh home for the run, so that no test reads or writes the user's files. */
-class TemporaryHome
-{
-public:
-    TemporaryHome()
-    {
-        auto name = (std::filesystem::temp_directory_path() / "orvo-tests-XXXXXX").string();
-
-        if (mkdtemp (name.data()) == nullptr)
-            return;
-
-        path = name;
-        const auto config = path / ".config";
-        std::filesystem::create_directory (config);
-        setenv ("HOME", path.c_str(), 1);
-        setenv ("XDG_CONFIG_HOME", config.c_str(), 1);
-    }
-
-    ~TemporaryHome()
-    {
-        std::error_code ignored;
-
-        if (exists())
-            std::filesystem::remove_all (path, ignored);
-    }
-
-    TemporaryHome (const TemporaryHome&) = delete;
-    TemporaryHome& operator= (const TemporaryHome&) = delete;
-
-    bool exists() const { return ! path.empty(); }
-
-private:
-    std::filesystem::path path;
-};
-
 /** JUCE unloads them at its end, after which a leak report could not name them, nor a suppression match. */
 void keepScreenLibrariesLoaded()
 {
@@ -58,13 +20,8 @@ void keepScreenLibrariesLoaded()
 int main (int argc, char** argv)
 {
     // Before JUCE starts: it looks up the home folder once.
-    const TemporaryHome home;
-
-    if (! home.exists())
-    {
-        std::fputs ("No temporary home folder could be made\n", stderr);
-        return 1;
-    }
+    const TemporaryFolder home;
+    home.makeHome();
 
     // What was freed holds no address any more, so that whoever is called after its end crashes here.
     mallopt (M_PERTURB, 0x5a);
