@@ -37,7 +37,8 @@ TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
       presetManager (*this, parameters, &toastManager, &onStateRestored),
       logger (TessarinLogger::getDefaultFile()),
       liveTreeMarker (*this)
-{}
+{
+}
 
 TessarinProcessor::~TessarinProcessor()
 {

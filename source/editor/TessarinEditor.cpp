@@ -76,7 +76,8 @@ TessarinEditor::~TessarinEditor()
     setLookAndFeel (nullptr);
 
     if (const auto errors = windowSystemErrors.exchange (0); errors > 0)
-        juce::Logger::writeToLog ("Errors of the window system, kept from the host: " + juce::String (errors));
+        juce::Logger::writeToLog ("Errors of the window system, kept from the host: "
+                                  + juce::String (errors));
 }
 
 void TessarinEditor::addChildren()

@@ -17,6 +17,11 @@ struct Panel
     float hueRotation;
 };
 
+void PrintTo (const Panel& panel, std::ostream* stream)
+{
+    *stream << panel.id;
+}
+
 using Editor = OrvoAudioProcessorEditor;
 using Processor = OrvoAudioProcessor;
 
