@@ -57,39 +57,20 @@ TEST (Settings, AreNotWrittenBeforeTheyChange)
                "</PROPERTIES>\r\n");
 }
 
-TEST (Settings, ReachOtherInstancesThroughTheFile)
-{
-    const TemporaryConfig config;
-    OrvoAudioProcessor first, second;
-
-    first.settings.setValue ("scale", 0.75);
-    EXPECT_TRUE (first.settings.saveIfNeeded());
-    EXPECT_EQ (second.settings.getDoubleValue ("scale", 1.0), 1.0);
-    EXPECT_TRUE (second.settings.reload());
-    EXPECT_EQ (second.settings.getDoubleValue ("scale", 1.0), 0.75);
-
-    second.settings.setValue ("scale", 2.0);
-    second.settings.saveIfNeeded();
-    EXPECT_EQ (OrvoAudioProcessor().settings.getDoubleValue ("scale", 1.0), 2.0) << "the last save wins";
-}
-
 TEST (Settings, FallBackToTheDefaultsWhenTheFileIsDamaged)
 {
     const TemporaryConfig config;
     const auto file = config.file ("settings.settings"), aside = config.file ("settings.damaged");
     file.getParentDirectory().createDirectory();
 
-    struct Case
-    {
-        const char* text;
-        bool isXml;
-    };
-
     for (const auto& [text, isXml] :
-         { Case { "", false }, Case { "scale=2", false }, Case { "<PROPERTIES>", false },
-           Case { "<PROPERTIES><?a?>x</PROPERTIES>", false }, Case { "<PROPERTIES a=\"\xf0", false },
-           Case { "<OTHER><VALUE name=\"scale\" val=\"2\"/></OTHER>", true },
-           Case { "<PROPERTIES><VALUE name=\"Scale\" val=\"2\"/></PROPERTIES>", true } })
+         { std::pair { "", false },
+           { "scale=2", false },
+           { "<PROPERTIES>", false },
+           { "<PROPERTIES><?a?>x</PROPERTIES>", false },
+           { "<PROPERTIES a=\"\xf0", false },
+           { "<OTHER><VALUE name=\"scale\" val=\"2\"/></OTHER>", true },
+           { "<PROPERTIES><VALUE name=\"Scale\" val=\"2\"/></PROPERTIES>", true } })
     {
         aside.deleteFile();
         file.replaceWithData (text, std::strlen (text));
