@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <tuple>
 
 using namespace luna::ColourIds;
 using juce::Colour;
@@ -164,43 +163,6 @@ TEST (Look, PointsDownAtOpenFoldersAndRightAtClosedOnes)
     }
 
     EXPECT_EQ (look.getTreeViewIndentSize (*std::make_unique<juce::TreeView>()), 12);
-}
-
-TEST (Themes, GiveEachFaultItsColourAndLine)
-{
-    const auto* full =
-        R"({"variables":{"a":"141516","bad":"12345"},"colours":{"s":{"literal":"A0b1C2","hash":"#141516",
-        "ref":"$$a","unknown":"$b","badref":"$bad","darker":"$a darker",
-        "darkest":"$a darker 1","brighter":"$a brighter 0.08","word":"$a paler 2","modified":"141516 darker",
-        "lost":"$b darker 1"}}})";
-
-    const std::vector<std::tuple<const char*, const char*, juce::uint32, const char*>> faults {
-        { "", "s.literal", 0xffffff00, "Unable to find the theme colours section in theme file" },
-        { R"({"colours":{"s":{"k":"$a"}}})", "s.k", 0xffff0000,
-          "Unable to find the theme variables section in theme file" },
-        { full, "s.unknown", 0xff0000ff, "Unable to find variable 'b' in theme file" },
-        { full, "s.lost", 0xff00007f, "Unable to find variable 'b' in theme file" },
-        { full, "s.nothing", 0xff008000, "Unable to find the  colour 's.nothing' section in theme file" },
-        { full, "s.hash", 0xffffa500, "The colour '#141516' appears to be invalid" },
-        { full, "s.badref", 0xffffa500, "The colour '12345' appears to be invalid" },
-        { full, "s.modified", 0xffffa500, "The colour '141516 darker' appears to be invalid" },
-        // What is no fault logs nothing.
-        { full, "s.literal", 0xffa0b1c2, nullptr },
-        { full, "s.ref", 0xff141516, nullptr },
-        { full, "s.word", 0xff141516, nullptr },
-        // 20, 21 and 22 times 0.71428573, and times 0.5, truncated.
-        { full, "s.darker", 0xff0e0f0f, nullptr },
-        { full, "s.darkest", 0xff0a0a0b, nullptr },
-        // 255 - (255 - c) / 1.08, truncated.
-        { full, "s.brighter", 0xff252627, nullptr },
-    };
-
-    for (const auto& [theme, path, colour, line] : faults)
-    {
-        LogProbe log;
-        EXPECT_EQ (ThemeResolver::getColour (juce::JSON::parse (theme), path), Colour (colour)) << path;
-        EXPECT_EQ (log.lines.joinIntoString ("|"), juce::String (line)) << path;
-    }
 }
 
 TEST (Themes, OfUnknownNamesTurnYellowWithOneLinePerKey)
