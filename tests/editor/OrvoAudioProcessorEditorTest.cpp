@@ -421,49 +421,46 @@ TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
     juce::Component hostWindow;
     hostWindow.addToDesktop (juce::ComponentPeer::windowIsTemporary);
 
-    for (const auto& [numInstances, numRounds] : { std::pair { 1, 8 }, { 8, 1 } })
+    constexpr auto numInstances = 4, numRounds = 4;
+    std::vector<std::unique_ptr<PluginUnderTest>> plugins;
+    std::vector<std::thread> hosts;
+    std::atomic<bool> isRunning { true };
+    juce::MemoryBlock state;
+
+    for (auto i = 0; i < numInstances; ++i)
     {
-        std::vector<std::unique_ptr<PluginUnderTest>> plugins;
-        std::vector<std::thread> hosts;
-        std::atomic<bool> isRunning { true };
-        juce::MemoryBlock state;
-
-        for (auto i = 0; i < numInstances; ++i)
-        {
-            plugins.push_back (std::make_unique<PluginUnderTest>());
-            plugins.back()->processor.getStateInformation (state);
-            hosts.emplace_back ([&, &plugin = *plugins.back(), s = state]
-                                { automate (plugin, s, isRunning); });
-        }
-
-        for (auto round = 0; round < numRounds; ++round)
-        {
-            std::vector<std::unique_ptr<juce::AudioProcessorEditor>> editors;
-
-            for (auto& plugin : plugins)
-            {
-                editors.emplace_back (plugin->processor.createEditorIfNeeded());
-                editors.back()->addToDesktop (0, hostWindow.getWindowHandle());
-                editors.back()->setVisible (true);
-                editors.back()->setSize (977 + 10 * round, 800 + round);
-            }
-
-            // Messages that are pending when a window goes must find nobody.
-            for (auto i = 0; i < round; ++i)
-                juce::detail::dispatchNextMessageOnSystemQueue (true);
-
-            for (size_t i = 0; i < editors.size(); ++i)
-            {
-                EXPECT_EQ (plugins[i]->processor.editorWidth, 977 + 10 * round);
-                plugins[i]->processor.editorBeingDeleted (editors[i].get());
-            }
-        }
-
-        isRunning = false;
-
-        for (auto& host : hosts)
-            host.join();
-
-        dispatchMessages();
+        plugins.push_back (std::make_unique<PluginUnderTest>());
+        plugins.back()->processor.getStateInformation (state);
+        hosts.emplace_back ([&, &plugin = *plugins.back(), s = state] { automate (plugin, s, isRunning); });
     }
+
+    for (auto round = 0; round < numRounds; ++round)
+    {
+        std::vector<std::unique_ptr<juce::AudioProcessorEditor>> editors;
+
+        for (auto& plugin : plugins)
+        {
+            editors.emplace_back (plugin->processor.createEditorIfNeeded());
+            editors.back()->addToDesktop (0, hostWindow.getWindowHandle());
+            editors.back()->setVisible (true);
+            editors.back()->setSize (977 + 10 * round, 800 + round);
+        }
+
+        // Messages that are pending when a window goes must find nobody.
+        for (auto i = 0; i < round; ++i)
+            juce::detail::dispatchNextMessageOnSystemQueue (true);
+
+        for (size_t i = 0; i < editors.size(); ++i)
+        {
+            EXPECT_EQ (plugins[i]->processor.editorWidth, 977 + 10 * round);
+            plugins[i]->processor.editorBeingDeleted (editors[i].get());
+        }
+    }
+
+    isRunning = false;
+
+    for (auto& host : hosts)
+        host.join();
+
+    dispatchMessages();
 }

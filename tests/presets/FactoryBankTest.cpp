@@ -11,8 +11,6 @@ namespace
 {
 using namespace factoryBank;
 
-const juce::File trackedBank (ORVO_PRESETS);
-
 std::vector<const Entry*> listAll()
 {
     std::vector<const Entry*> all;
@@ -24,15 +22,10 @@ std::vector<const Entry*> listAll()
     return all;
 }
 
-juce::StringArray categoriesOf (const Entry& entry)
-{
-    return juce::StringArray::fromTokens (juce::String (entry.categories), ",", {});
-}
-
 TEST (FactoryBank, ListsLoadsAndSavesEveryPresetByteForByte)
 {
     const TemporaryConfig config;
-    ASSERT_TRUE (trackedBank.copyDirectoryTo (config.preset ("Factory")));
+    ASSERT_TRUE (juce::File (ORVO_PRESETS).copyDirectoryTo (config.preset ("Factory")));
     PluginUnderTest plugin;
     auto& manager = plugin.processor.presetManager;
     std::map<std::string, tessarin::Preset> listed;
@@ -69,9 +62,10 @@ TEST (FactoryBank, CoversTheProductWithPresetsThatCanBeFiltered)
         EXPECT_TRUE (names.insert (entry->name).second && entry->name.size() <= 40);
         EXPECT_TRUE (juce::String (entry->name).containsOnly (letters + " 0123456789()_"));
         EXPECT_EQ (entry->description.find ('.'), entry->description.size() - 1);
-        EXPECT_GE (categoriesOf (*entry).size(), 2);
+        const auto categories = juce::StringArray::fromTokens (juce::String (entry->categories), ",", {});
+        EXPECT_GE (categories.size(), 2);
 
-        for (const auto& word : categoriesOf (*entry))
+        for (const auto& word : categories)
         {
             EXPECT_TRUE (word.containsOnly (letters));
             ++uses[word];

@@ -90,24 +90,21 @@ TEST_F (Toasts, LeaveOnlyByAPressAtTheirRightEnd)
 TEST_F (Toasts, AreLoggedWithThePrefixThatTheyShow)
 {
     logger.getTime = [] { return juce::Time (2026, 1, 1, 12, 0, 0, 0, true); };
-    manager.showToast ("a", toastError, true);
-    manager.showToast ("b", toastSuccess, true);
-    manager.showToast ("c", toastNotice, true);
-    manager.showToast ("d", toastFatal, false);
-    manager.showError ("e");
-
-    const std::vector<std::string> texts { "ERROR: a", "b", "c", "ERROR: d", "ERROR: e" };
     juce::String lines;
 
-    for (size_t i = 0; i < texts.size(); ++i)
+    for (const auto& [type, text] : { std::pair { toastError, "ERROR: a" },
+                                      { toastSuccess, "a" },
+                                      { toastNotice, "a" },
+                                      { toastFatal, "ERROR: a" } })
     {
-        EXPECT_EQ (manager.toasts[static_cast<int> (i)]->text.toStdString(), texts[i]);
-        lines << "01/02/2026 12:00:00 " << texts[i] << "\r\n";
+        manager.showToast ("a", type, true);
+        EXPECT_EQ (manager.toasts.getLast()->text, text);
+        lines << "01/02/2026 12:00:00 " << text << "\r\n";
     }
 
     EXPECT_EQ (config.log(), lines);
-    EXPECT_TRUE (manager.toasts[4]->dismissible);
-    EXPECT_EQ (manager.toasts[4]->type, toastError);
+    manager.showError ("b");
+    EXPECT_TRUE (manager.toasts[4]->dismissible && manager.toasts[4]->type == toastError);
 }
 
 TEST_F (Toasts, WaitForTheNextEditor)
