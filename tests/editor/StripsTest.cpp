@@ -49,6 +49,12 @@ TEST (OutputPanel, ShowsEachValueInItsOwnPlace)
         { &panel.peakOutLabel, "Peak Out", "-99.9 dB" },
         { &panel.peakDifferenceLabel, "Difference", "1.0 dB" }
     };
+
+    // Three at the top and three at the bottom.
+    for (auto i = 0; i < 6; ++i)
+        EXPECT_EQ (std::get<0> (readouts[i])->getBounds(),
+                   juce::Rectangle<int> (20, (i < 3 ? 60 : 172) + 45 * i, 90, 45));
+
     const juce::Font font (juce::FontOptions (14.0f));
     const auto colour = [&] (int id) { return panel.findColour (id); };
 
