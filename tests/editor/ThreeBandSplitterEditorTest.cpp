@@ -23,69 +23,27 @@ protected:
     ThreeBandSplitterEditor& bands() { return open.editor->bandEditor; }
 
     /** The axis runs from 17 Hz over the logarithm of 22050 / 17, cut to 1297. */
-    int xOf (double frequency)
+    double exactXOf (double frequency)
     {
         const auto& plot = bands().plot;
-        return static_cast<int> (plot.getX()
-                                 + plot.getWidth() / std::log10 (1297.0) * std::log10 (frequency / 17.0));
+        return plot.getX() + plot.getWidth() / std::log10 (1297.0) * std::log10 (frequency / 17.0);
     }
+
+    int xOf (double frequency) { return static_cast<int> (exactXOf (frequency)); }
 
     OpenEditor open;
 };
 } // namespace
 
-TEST_F (BandEditor, DragsTheCrossoversInOneGesture)
+TEST_F (BandEditor, EndsADragAndHearsNoClickOnceItIsBypassed)
 {
-    for (const auto& [id, from, to] :
-         { std::tuple { "crossover_low", 160.0, 400.0 }, std::tuple { "crossover_high", 3500.0, 7000.0 } })
-    {
-        GestureRecorder recorder (open.plugin.parameter (id));
-        const auto y = bands().plot.getCentreY();
-
-        open.window->pressMouse (bands(), { xOf (from), y });
-        open.window->dragMouse (bands(), { xOf (to), y });
-        open.window->releaseMouse();
-
-        // A pixel is a step of 0.7 %.
-        EXPECT_NEAR (open.plugin.get (id) / to, 1.0, 0.01);
-        ASSERT_EQ (recorder.events.size(), 3u);
-        EXPECT_EQ (recorder.events.front(), "begin");
-        EXPECT_EQ (recorder.events.back(), "end");
-        move ({ 0, 0 });
-        EXPECT_NEAR (bands().lowCrossoverX, xOf (open.plugin.get ("crossover_low")), 1);
-    }
-
-    // A bypass in the middle of a drag must not leave the host with an open gesture.
     GestureRecorder recorder (open.plugin.parameter ("crossover_low"));
-    open.window->pressMouse (bands(), { xOf (400.0), bands().plot.getCentreY() });
+    open.window->pressMouse (bands(), { xOf (160.0), bands().plot.getCentreY() });
     open.set ("enable", 0.0);
     open.window->releaseMouse();
     EXPECT_EQ (recorder.events, (Events { "begin", "end" }));
-}
-
-TEST_F (BandEditor, CollapsesBandsThatTheBarsLeaveNoRoom)
-{
-    open.set ("crossover_low", 1000.0);
-    open.set ("crossover_high", 2000.0);
-    bands().updateBandBounds();
-    const auto& [low, mid, high] = bands().bands;
-
-    EXPECT_EQ (low.bounds, bands().plot.withWidth (xOf (1000.0) - bands().plot.getX()));
-    EXPECT_EQ (mid.bounds.getX(), xOf (1000.0));
-    EXPECT_EQ (mid.bounds.getRight(), xOf (2000.0));
-    EXPECT_EQ (high.bounds.getRight(), bands().plot.getRight());
-    EXPECT_EQ (mid.soloBounds, (juce::Rectangle<int> (mid.bounds.getX() + (mid.bounds.getWidth() - 20) / 2,
-                                                      bands().plot.getY() + 10, 20, 20)));
-    EXPECT_EQ (mid.muteBounds, mid.soloBounds.translated (-25, 0));
-    EXPECT_EQ (mid.enableBounds, mid.soloBounds.translated (25, 0));
-    EXPECT_EQ (bands().lowHandleBounds.getX(), xOf (1000.0) - 10);
-
-    // Bars that have passed each other.
-    ThreeBandSplitterEditor crossed (open.plugin.processor.spectrum, open.plugin.processor.parameters,
-                                     "crossover_high", "crossover_low");
-    crossed.setBounds (bands().getBounds());
-    EXPECT_EQ (crossed.bands[1].bounds.getWidth(), 0);
-    EXPECT_EQ (crossed.bands[1].soloBounds.getX(), crossed.bands[1].bounds.getX() - 10);
+    click (bands().bands[0].muteBounds);
+    EXPECT_EQ (open.plugin.get ("mute_low_band"), 0.0);
 }
 
 TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
@@ -94,28 +52,21 @@ TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
         solo = primary.withRotatedHue (-0.2f);
     const std::vector<std::string> ids { "low_band", "mid_band", "high_band" };
 
-    struct Button
+    const auto expectDrawn = [&] (const juce::Image& image, juce::Rectangle<int> bounds, const char* label,
+                                  juce::Colour base, bool isOn, bool isActive, int groundX, bool isHovered)
     {
-        juce::Rectangle<int> bounds;
-        const char* label;
-        juce::Colour base;
-        bool isOn, isActive;
-    };
-
-    const auto expectDrawn = [&] (const juce::Image& image, const Button& button, int groundX, bool isHovered)
-    {
-        const auto isFilled = button.isOn && button.isActive;
-        auto colour = button.isActive ? button.base : inactive;
+        const auto isFilled = isOn && isActive;
+        auto colour = isActive ? base : inactive;
         colour = isHovered ? colour.brighter() : colour;
-        const auto area = button.bounds.toFloat();
+        const auto area = bounds.toFloat();
         auto expected = image.createCopy();
         juce::Graphics g (expected);
 
         // The tint of the band, which runs down the column.
-        for (auto y = button.bounds.getY(); y < button.bounds.getBottom(); ++y)
+        for (auto y = bounds.getY(); y < bounds.getBottom(); ++y)
         {
             g.setColour (image.getPixelAt (groundX, y));
-            g.fillRect (button.bounds.getX(), y, 20, 1);
+            g.fillRect (bounds.getX(), y, 20, 1);
         }
 
         g.setColour (ground.withAlpha (0.5f));
@@ -129,20 +80,18 @@ TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
 
         g.setColour (isFilled ? ground : colour);
         g.setFont (juce::FontOptions (14.0f));
-        g.drawText (button.label, button.bounds, juce::Justification::centred, false);
+        g.drawText (label, bounds, juce::Justification::centred, false);
 
-        if (*button.label == 0)
+        if (*label == 0)
         {
             const auto icon =
                 juce::Drawable::createFromImageData (LunaBinary::poweroff_svg, LunaBinary::poweroff_svgSize);
-            icon->replaceColour (juce::Colours::black, isFilled          ? ground
-                                                       : button.isActive ? primary
-                                                                         : inactive);
+            icon->replaceColour (juce::Colours::black, isFilled ? ground : isActive ? primary : inactive);
             icon->drawWithin (g, area.reduced (5.0f), juce::RectanglePlacement::centred, 1.0f);
         }
 
-        EXPECT_EQ (pixels::difference (image, expected, button.bounds), juce::Rectangle<int>())
-            << button.label << button.isOn << button.isActive << isHovered;
+        EXPECT_EQ (pixels::difference (image, expected, bounds), juce::Rectangle<int>())
+            << label << isOn << isActive << isHovered;
     };
 
     for (const auto& [soloBand, isOn, hovered] :
@@ -160,15 +109,17 @@ TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
         {
             const auto& band = bands().bands[static_cast<size_t> (i)];
             const auto isSolo = soloBand == i, isNone = soloBand == 3;
-            const Button buttons[] { { band.muteBounds, "M", mute, isOn, isNone },
-                                     { band.soloBounds, "S", solo, isSolo, true },
-                                     { band.enableBounds, "", primary, isOn, isNone || isSolo } };
-            move (hovered < 0 ? Point (1, 1) : buttons[hovered].bounds.getCentre());
+            const juce::Rectangle<int> buttons[] {
+                { 1, 1, 0, 0 }, band.muteBounds, band.soloBounds, band.enableBounds
+            };
+            move (buttons[hovered + 1].getCentre());
             dispatchMessages();
             const auto image = open.pictureOf (bands());
-
-            for (auto n = 0; n < 3; ++n)
-                expectDrawn (image, buttons[n], band.bounds.getX() + 15, n == hovered);
+            const auto groundX = band.bounds.getX() + 15;
+            expectDrawn (image, band.muteBounds, "M", mute, isOn, isNone, groundX, hovered == 0);
+            expectDrawn (image, band.soloBounds, "S", solo, isSolo, true, groundX, hovered == 1);
+            expectDrawn (image, band.enableBounds, "", primary, isOn, isNone || isSolo, groundX,
+                         hovered == 2);
         }
     }
 
@@ -234,9 +185,17 @@ TEST_F (BandEditor, DrawsAFrameTwoBarsAndTheSpectrumBehindThem)
 
     // A tenth of the way to the text's colour, seen through the band's tint of less than a fifth.
     EXPECT_NEAR (lit.getRed() - below.getRed(), 0.1 * 0.82 * (0xb5 - 0x14), 2.0);
-    EXPECT_TRUE (pixels::showsText (open.pictureOf (bands()), { xOf (1000.0) - 20, plot.getBottom(), 40, 20 },
-                                    "1kHz", { xOf (1000.0) - 20, plot.getBottom(), 40, 20 },
-                                    juce::Font (juce::FontOptions (11.0f)), text, ground));
+
+    for (const auto frequency : { 20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 20000 })
+    {
+        const juce::Rectangle<int> box (juce::roundToInt (exactXOf (frequency)) - 20, plot.getBottom(), 40,
+                                        20);
+        const auto label =
+            frequency < 1000 ? juce::String (frequency) + "Hz" : juce::String (frequency / 1000) + "kHz";
+        EXPECT_TRUE (pixels::showsText (open.pictureOf (bands()), box, label, box,
+                                        juce::Font (juce::FontOptions (11.0f)), text, ground))
+            << frequency;
+    }
 }
 
 TEST_F (BandEditor, TintsTheBandsAndLightsTheOneUnderTheMouse)
@@ -249,61 +208,27 @@ TEST_F (BandEditor, TintsTheBandsAndLightsTheOneUnderTheMouse)
         return open.pictureOf (bands()).getPixelAt (position.x, position.y);
     };
 
-    // Beside grid lines and labels; a gradient runs down the column.
-    const auto top = mid.bounds.getTopLeft() + Point (40, 2);
-    const auto bottom = mid.bounds.getBottomLeft() + Point (40, -3);
+    // Beside labels; a gradient runs down the column.
+    const Point<int> places[] { mid.bounds.getTopLeft() + Point (40, 2),
+                                mid.bounds.getBottomLeft() + Point (40, -3) };
     open.set ("enable", 0.0);
-    const auto groundAtTop = colourAt (top), groundAtBottom = colourAt (bottom);
+    const juce::Colour grounds[] { colourAt (places[0]), colourAt (places[1]) };
     open.set ("enable", 1.0);
 
-    const auto expectTints = [&] (float alphaAtTop, float alphaAtBottom)
+    const auto expectTints = [&] (float alphaAtTop)
     {
-        EXPECT_TRUE (
-            pixels::areNear (colourAt (top), groundAtTop.overlaidWith (mid.colour.withAlpha (alphaAtTop)), 3))
-            << colourAt (top).toString();
-        EXPECT_TRUE (pixels::areNear (colourAt (bottom),
-                                      groundAtBottom.overlaidWith (mid.colour.withAlpha (alphaAtBottom)), 3))
-            << colourAt (bottom).toString();
+        for (auto i = 0; i < 2; ++i)
+        {
+            const auto tint = mid.colour.withAlpha (i == 0 ? alphaAtTop : 0.5f * alphaAtTop);
+            EXPECT_TRUE (pixels::areNear (colourAt (places[i]), grounds[i].overlaidWith (tint), 3)) << i;
+        }
     };
 
     move (low.bounds.getCentre());
-    expectTints (0.2f, 0.1f);
+    expectTints (0.2f);
 
     move (mid.bounds.getCentre());
-    expectTints (0.3f, 0.15f);
-}
-
-TEST_F (BandEditor, ClicksMuteSoloAndEnableTheBands)
-{
-    const std::vector<std::string> ids { "low_band", "mid_band", "high_band" };
-
-    for (size_t i = 0; i < ids.size(); ++i)
-    {
-        const auto& band = bands().bands[i];
-        const auto index = static_cast<double> (i);
-        GestureRecorder mute (open.plugin.parameter ("mute_" + ids[i]));
-        GestureRecorder enable (open.plugin.parameter ("enable_" + ids[i]));
-
-        click (band.muteBounds);
-        click (band.muteBounds);
-        EXPECT_EQ (mute.events, (Events { "begin", "=1", "end", "begin", "=0", "end" }));
-
-        click (band.enableBounds);
-        EXPECT_EQ (enable.events, (Events { "begin", "=0", "end" }));
-
-        // From the band before, if any, to this one in one step.
-        GestureRecorder solo (open.plugin.parameter ("solo_band"));
-        click (band.soloBounds);
-        EXPECT_EQ (open.plugin.get ("solo_band"), index);
-        EXPECT_EQ (solo.events.size(), 3u);
-    }
-
-    click (bands().bands[2].soloBounds);
-    EXPECT_EQ (open.plugin.get ("solo_band"), 3.0);
-
-    open.set ("enable", 0.0);
-    click (bands().bands[0].muteBounds);
-    EXPECT_EQ (open.plugin.get ("mute_low_band"), 0.0);
+    expectTints (0.3f);
 }
 
 TEST_F (BandEditor, TellsWhatIsUnderTheMouse)
@@ -323,6 +248,12 @@ TEST_F (BandEditor, TellsWhatIsUnderTheMouse)
     EXPECT_EQ (tooltipAt (bands().highHandleBounds.getCentre()),
                "Mid/High Crossover: Drag to adjust the crossover frequency of the mid and high bands");
     EXPECT_EQ (tooltipAt ({ 1, 1 }), general);
+
+    // The buttons follow the bars, in the middle of their bands.
+    open.set ("crossover_low", 1000.0);
+    open.set ("crossover_high", 2000.0);
+    EXPECT_EQ (tooltipAt ({ (xOf (1000.0) + xOf (2000.0)) / 2, bands().plot.getY() + 20 }),
+               "Mid Band Solo: Toggle the solo status of this band");
 
     move (high.bounds.getCentre());
     open.window->moveMouse (open.editor->inputPanel, { 5, 5 });

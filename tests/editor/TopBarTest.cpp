@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <tuple>
 
 namespace
 {
@@ -105,37 +106,30 @@ TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
 
 TEST_F (TopBar, StandsInTheMiddleOfItsBarWithTheNameAtTheLeft)
 {
-    struct Item
-    {
-        juce::Component* component;
-        int width, marginBehind;
-    };
-
-    for (const auto& [width, hasLicence] :
-         { std::pair { 1067, false }, { 1067, true }, { 699, false }, { 700, false } })
+    for (const auto hasLicence : { true, false })
     {
         tessarin::LicenceManager::Status status;
         status.showLicenceButton = hasLicence;
         processor.licenceManager.setStatus (status);
         dispatchMessages();
-        bar.setSize (width, 38);
-        std::vector<Item> items { { &bar.presetBrowserButton, 25, 5 },
-                                  { &bar.presetBox, width <= 699 ? 150 : 183, 11 },
-                                  { &bar.previousButton, 25, 1 },
-                                  { &bar.nextButton, 25, 1 },
-                                  { &bar.saveButton, 25, 12 },
-                                  { &bar.manualButton, 25, 1 },
-                                  { &bar.updateButton, 25, hasLicence ? 1 : 12 },
-                                  { &bar.settingsButton, 25, 0 } };
+        std::vector<std::tuple<juce::Component*, int, int>> items { { &bar.presetBrowserButton, 25, 5 },
+                                                                    { &bar.presetBox, 183, 11 },
+                                                                    { &bar.previousButton, 25, 1 },
+                                                                    { &bar.nextButton, 25, 1 },
+                                                                    { &bar.saveButton, 25, 12 },
+                                                                    { &bar.manualButton, 25, 1 },
+                                                                    { &bar.updateButton, 25,
+                                                                      hasLicence ? 1 : 12 },
+                                                                    { &bar.settingsButton, 25, 0 } };
 
         if (hasLicence)
             items.insert (items.end() - 1, { &bar.licenceButton, 25, 12 });
 
         EXPECT_EQ (bar.licenceButton.isVisible(), hasLicence);
-        auto x = 0.5 * width;
+        auto x = 534.0;
 
-        for (const auto& item : items)
-            x -= 0.5 * (item.width + item.marginBehind);
+        for (const auto& [component, itemWidth, margin] : items)
+            x -= 0.5 * (itemWidth + margin);
 
         for (const auto& [component, itemWidth, margin] : items)
         {
@@ -143,12 +137,9 @@ TEST_F (TopBar, StandsInTheMiddleOfItsBarWithTheNameAtTheLeft)
             EXPECT_EQ (component->getBounds().withX (0), juce::Rectangle<int> (0, 9, itemWidth, 20));
             x += itemWidth + margin;
         }
-
-        EXPECT_EQ (bar.bypassButton.getBounds(), juce::Rectangle<int> (width - 40, 9, 25, 20));
-        EXPECT_EQ (bar.nameLabel.getBounds(), juce::Rectangle<int> (20, 0, 136, 38));
     }
 
-    bar.setSize (1068, 38);
+    EXPECT_EQ (bar.bypassButton.getBounds(), juce::Rectangle<int> (1028, 9, 25, 20));
     EXPECT_TRUE (pixels::showsText (window.render(), { 20, 2, 136, 34 }, "Orvo", { 20, 0, 136, 38 },
                                     juce::Font (juce::FontOptions (16.0f)), juce::Colours::white,
                                     juce::Colour (0xff32363a), juce::Justification::centredLeft, true));
@@ -255,38 +246,6 @@ TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
     click (bar.saveButton);
     EXPECT_FALSE (editor.savePresetModal.isVisible());
     EXPECT_EQ (toasts.getLast()->text, "Saving needs a licence");
-}
-
-TEST_F (TopBar, TellsWhatItsButtonsAndTheBrowsersDo)
-{
-    auto& browser = editor.presetBrowser;
-    const std::pair<juce::SettableTooltipClient*, const char*> expected[] {
-        { &bar.presetBrowserButton, "Open the preset browser" },
-        { &bar.previousButton, "Previous preset" },
-        { &bar.nextButton, "Next preset" },
-        { &bar.saveButton, "Save the current state as a preset" },
-        { &bar.licenceButton, "Show licence details" },
-        { &bar.manualButton, "Open the user manual" },
-        { &bar.updateButton, "Check for updates" },
-        { &bar.settingsButton, "Open the plugin settings" },
-        { &bar.bypassButton, "Bypass the processing" },
-        { &browser.randomButton, "Random Preset: Select a random preset from the list" },
-        { &browser.modeToggle.left, "Show: Show any presets which match the filter" },
-        { &browser.modeToggle.right, "Hide: Hide any presets which match the filter" },
-        { &browser.matchToggle.left, "All: Presets must match all categories" },
-        { &browser.matchToggle.right, "Any: Presets can match any category" },
-    };
-
-    for (const auto& [button, text] : expected)
-        EXPECT_EQ (button->getTooltip(), text);
-}
-
-TEST_F (TopBar, OpensTheUpdatePageOnceItsButtonIsEnabled)
-{
-    const FakeProgram webBrowser ("xdg-open", config.file ("bin"));
-    bar.updateButton.setEnabled (true);
-    click (bar.updateButton);
-    EXPECT_TRUE (webBrowser.readLastArgument().endsWith ("/orvo?pluginversion=1.0.1"));
 }
 
 TEST_F (TopBar, SwitchesTheBypassBothWaysAndChecksForNoUpdates)

@@ -5,7 +5,6 @@
 #include "OffscreenWindow.h"
 #include "settings/TessarinLookAndFeel.h"
 #include "settings/ThemeResolver.h"
-#include "support/FakeProgram.h"
 #include "support/Messages.h"
 #include "support/TemporaryConfig.h"
 #include "widgets/Pixels.h"
@@ -341,14 +340,6 @@ TEST_F (Browser, GoesOnFromAPresetThatCannotBeLoaded)
         press (key);
         expectSelected (name);
     }
-
-    config.preset ("User/Zed.tpre").deleteFile();
-
-    for (auto i = 0; i < 20; ++i)
-    {
-        browser.randomButton.onClick();
-        expectSelected (current().c_str());
-    }
 }
 
 TEST_F (Browser, SelectsWhatAHostHasRestoredWhenTheRowsChange)
@@ -359,26 +350,6 @@ TEST_F (Browser, SelectsWhatAHostHasRestoredWhenTheRowsChange)
     manager.selectByPath (config.preset ("User/Zed.tpre").getFullPathName());
     clickFolder (2);
     EXPECT_EQ (selected(), "Zed");
-}
-
-TEST_F (Browser, RevealsTheFolderOfARowsFile)
-{
-    const FakeProgram files ("xdg-open", config.file ("bin"));
-    clickRow (2, juce::ModifierKeys::rightButtonModifier);
-    window.typeKey (KeyPress (KeyPress::downKey));
-    window.typeKey (KeyPress (KeyPress::returnKey));
-    dispatchMessages();
-    EXPECT_EQ (files.readLastArgument(), config.preset ("Factory/Bass/Sub").getFullPathName());
-}
-
-TEST_F (Browser, NarrowsBelow700Pixels)
-{
-    for (const auto& [width, display, random] : { std::tuple { 699, 150, 130 }, { 700, 200, 180 } })
-    {
-        browser.setSize (width, 500);
-        EXPECT_EQ (browser.display.getWidth(), display);
-        EXPECT_EQ (browser.randomButton.getWidth(), random);
-    }
 }
 
 TEST_F (Browser, StepsThroughTheRowsByKeysAndStopsAtTheEnds)
@@ -442,17 +413,9 @@ TEST_F (Browser, DoesNothingWithoutRows)
     clickBadge ("Tools");
     EXPECT_TRUE (rows().empty());
     EXPECT_EQ (browser.table.table.getNameForRow (0), "No presets found");
-    const auto background = shared.lookAndFeel.findColour (luna::ColourIds::backgroundColourId);
-    const auto centre = browser.table.getBounds().withSizeKeepingCentre (60, 30);
-    auto writtenPixels = 0;
-
-    const auto image = window.render();
-
-    for (auto y = centre.getY(); y < centre.getBottom(); ++y)
-        for (auto x = centre.getX(); x < centre.getRight(); ++x)
-            writtenPixels += image.getPixelAt (x, y) != background ? 1 : 0;
-
-    EXPECT_GT (writtenPixels, 0) << "the table says so";
+    EXPECT_TRUE (pixels::hasInk (window.render(), browser.table.getBounds().withSizeKeepingCentre (60, 30),
+                                 shared.lookAndFeel.findColour (luna::ColourIds::backgroundColourId)))
+        << "the table says so";
 
     clickRow (0);
     EXPECT_FALSE (opensMenu (0));
@@ -542,13 +505,9 @@ TEST_F (Browser, KeepsWhiteLegibleOnItsBadgesInAllThemes)
         for (const auto isSelected : { false, true })
         {
             badge.setSelected (isSelected, juce::dontSendNotification);
-            window.moveMouse (content, { 300, 300 });
-            const auto atRest = window.render().getPixelAt (fillAt.x, fillAt.y);
             window.moveMouse (badge, { 8, 10 });
-            const auto underMouse = window.render().getPixelAt (fillAt.x, fillAt.y);
-
-            EXPECT_GE (contrastToWhite (underMouse), 4.5) << theme << isSelected;
-            EXPECT_GT (contrastToWhite (atRest), contrastToWhite (underMouse)) << "brighter under the mouse";
+            EXPECT_GE (contrastToWhite (window.render().getPixelAt (fillAt.x, fillAt.y)), 4.5)
+                << theme << isSelected;
         }
     }
 }

@@ -186,22 +186,3 @@ TEST (SaveDialog, IsReplacedByASecondAndOutlivesTheWindow)
     open.open();
     EXPECT_EQ (open.editor->topBar.presetBox.getText(), "~root");
 }
-
-TEST (SaveDialog, GoesWithASuccessfulSaveOnly)
-{
-    OpenEditor open;
-    auto& manager = open.plugin.processor.presetManager;
-    const auto& dialog = open.editor->savePresetModal;
-    open.editor->savePresetModal.setVisible (true);
-    const auto text = manager.makePresetText ({}, {}, {});
-
-    for (const auto& file : { juce::File(), open.preset.getChildFile ("Below a file.tpre") })
-    {
-        manager.finishSaving (file, text);
-        EXPECT_TRUE (dialog.isVisible()) << file.getFileName();
-    }
-
-    manager.finishSaving (open.config.preset ("User/New.tpre"), text);
-    EXPECT_FALSE (dialog.isVisible());
-    EXPECT_EQ (open.editor->topBar.presetBox.getText(), "New");
-}

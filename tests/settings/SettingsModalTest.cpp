@@ -1,8 +1,8 @@
 #include "settings/SettingsModal.h"
 
-#include "editor/OpenEditor.h"
 #include "settings/Settings.h"
 #include "support/ReadOnly.h"
+#include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
 
@@ -124,21 +124,4 @@ TEST_F (SettingsModal, LogsWhyItCannotSave)
 
     config.base.getChildFile ("Tessarin").create();
     expectLog ("doesn't exist");
-}
-
-TEST (OpenSettings, FollowAFileWrittenElsewhereAndDoNotWriteIt)
-{
-    OpenEditor open;
-    auto& modal = open.editor->settingsModal;
-    const auto file = open.config.file ("settings.settings");
-    const juce::String text (
-        "<?xml version=\"1.0\"?><PROPERTIES><VALUE name=\"scale\" val=\"1.5\"/></PROPERTIES>");
-    file.replaceWithText (text);
-
-    modal.fileListener.timerCallback();
-    dispatchMessages();
-    EXPECT_EQ (modal.scaleBox.getText(), "Bigger");
-    EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (1.5f));
-    EXPECT_FALSE (open.plugin.processor.settings.needsToBeSaved());
-    EXPECT_EQ (file.loadFileAsString(), text);
 }

@@ -4,6 +4,7 @@
 #include "OffscreenWindow.h"
 #include "Pixels.h"
 #include "settings/TessarinLookAndFeel.h"
+#include "support/Messages.h"
 #include "widgets/SaturatorGraph.h"
 #include "widgets/SpectrumAnalyser.h"
 #include "widgets/WaveformGraph.h"
@@ -13,12 +14,6 @@
 #include <cmath>
 #include <limits>
 #include <memory>
-
-// JUCE has no public way to deliver what has been posted without running its loop to the end.
-namespace juce::detail
-{
-bool dispatchNextMessageOnSystemQueue (bool returnIfNoPendingMessages);
-}
 
 using namespace luna;
 using juce::Colour;
@@ -129,76 +124,6 @@ protected:
 };
 } // namespace
 
-TEST_F (Spectrum, DrawsItsLinesWhereTheAxesHaveThem)
-{
-    EXPECT_EQ (graph.getXOf (0.0), 20.0f);
-    EXPECT_EQ (graph.getXOf (30000.0), 620.0f);
-    EXPECT_NEAR (static_cast<double> (graph.getXOf (20000.0)), xOf (20000.0), 1.0e-3);
-
-    const auto image = draw (SpectrumAnalyser::gridLayer);
-    std::vector<int> columns { 20 }, rows;
-
-    for (auto decade = 10; decade <= 10000; decade *= 10)
-        for (auto digit = decade == 10 ? 2 : 1; digit <= (decade == 10000 ? 2 : 9); ++digit)
-        {
-            const auto alpha = digit == 1 || digit == 2 || digit == 5 ? 0.5f : 0.2f;
-            columns.push_back (static_cast<int> (xOf (digit * decade)));
-            EXPECT_TRUE (
-                areNear (image.getPixelAt (columns.back(), 25), black.overlaidWith (text.withAlpha (alpha))));
-        }
-
-    for (auto db = 0; db > -60; db -= 3)
-        rows.push_back (static_cast<int> (yOf (db)));
-
-    columns.push_back (619);
-    rows.push_back (219);
-    EXPECT_EQ (pixels::marks (image, false, 25, { 0, 640 }), columns);
-    EXPECT_EQ (pixels::marks (image, true, 25, { 0, 240 }), rows);
-
-    graph.setEnabled (false);
-    EXPECT_TRUE (areNear (draw (SpectrumAnalyser::gridLayer).getPixelAt (20, 100), text.darker (0.4f)));
-}
-
-TEST_F (Spectrum, WritesItsLabelsBesideItsAxes)
-{
-    constexpr auto labels = SpectrumAnalyser::frequencyLabelLayer | SpectrumAnalyser::decibelLabelLayer;
-    const std::vector<int> few { 20, 100, 1000, 5000, 20000 },
-        all { 20, 50, 100, 200, 500, 1000, 2000, 5000, 10000, 20000 };
-
-    for (const auto& [width, decibels, isOn] :
-         { std::tuple { 640, 12, true }, { 400, 12, false }, { 399, 12, true }, { 640, 6, true } })
-    {
-        graph.setSize (width, 240);
-        graph.setEnabled (isOn);
-
-        if (decibels == 6)
-            graph.decibelLabels.clear();
-
-        const auto image = draw (labels);
-        const auto expected = pixels::drawn (image, black,
-                                             [&, plotWidth = width - 40, step = decibels, on = isOn] (auto& g)
-                                             {
-            g.setColour (on ? text : text.darker (0.4f));
-            g.setFont (font);
-
-            for (auto db = 0; db >= -60; db -= step)
-                g.drawText (juce::String (db), 0, roundToInt (yOf (db)) - 10, 18, 20,
-                            juce::Justification::centredRight, false);
-
-            for (const auto f : plotWidth < 360 ? few : all)
-            {
-                const auto x = 20.0 + (xOf (f) - 20.0) * plotWidth / 600.0;
-                g.drawText (f < 1000 ? juce::String (f) + "Hz" : juce::String (f / 1000) + "kHz",
-                            roundToInt (x) - 20, 220, 40, 20, juce::Justification::centred, false);
-            }
-        });
-        EXPECT_EQ (pixels::difference (image, expected, image.getBounds()), Rectangle<int>())
-            << width << decibels;
-    }
-
-    EXPECT_EQ (draw (SpectrumAnalyser::backgroundLayer).getPixelAt (3, 3), ground);
-}
-
 TEST_F (Spectrum, IsFilledBelowTheMagnitudes)
 {
     setPlateau (0.5f);
@@ -218,26 +143,6 @@ TEST_F (Spectrum, IsFilledBelowTheMagnitudes)
     data.magnitudes.fill (infinity);
     EXPECT_TRUE (areNear (draw (SpectrumAnalyser::spectrumLayer).getPixelAt (300, 21), filled));
     graph.setEnabled (false);
-    EXPECT_FALSE (hasInk (draw (SpectrumAnalyser::spectrumLayer), { 0, 0, 640, 240 }));
-}
-
-TEST_F (Spectrum, HoldsTheMaximumUntilAClick)
-{
-    const auto hasLineAt = [this] (double magnitude)
-    {
-        const auto y = roundToInt (yOf (20.0 * std::log10 (magnitude)));
-        return hasInk (draw (SpectrumAnalyser::heldLayer), { xOfBin (64), y - 1, 1, 2 });
-    };
-
-    setPlateau (0.5f);
-    EXPECT_TRUE (hasLineAt (0.5));
-    setPlateau (0.1f);
-    EXPECT_TRUE (hasLineAt (0.5) && ! hasLineAt (0.1));
-    OffscreenWindow (graph).clickMouse (graph, { 5, 5 });
-    EXPECT_TRUE (hasLineAt (0.1) && ! hasLineAt (0.5));
-
-    const SpectrumData unprepared;
-    graph.source = &unprepared;
     EXPECT_FALSE (hasInk (draw (SpectrumAnalyser::spectrumLayer), { 0, 0, 640, 240 }));
 }
 
@@ -384,11 +289,6 @@ TEST_F (Curve, OffersItsViewsOnARightClickOnly)
         window.clickMouse (*graph, { 100, 100 }, button);
         return juce::ModalComponentManager::getInstance()->getNumModalComponents() > 0;
     };
-    const auto deliverMessages = []
-    {
-        while (juce::detail::dispatchNextMessageOnSystemQueue (true))
-            continue;
-    };
 
     EXPECT_FALSE (opensMenu (juce::ModifierKeys::rightButtonModifier));
     graph->menuEnabled = true;
@@ -402,7 +302,7 @@ TEST_F (Curve, OffersItsViewsOnARightClickOnly)
     };
 
     pickSecondItem();
-    deliverMessages();
+    dispatchMessages();
     EXPECT_EQ (picked, std::vector { ViewMode::amplitude });
     EXPECT_EQ (graph->viewMode, ViewMode::amplitude);
 
@@ -416,7 +316,7 @@ TEST_F (Curve, OffersItsViewsOnARightClickOnly)
 
         graph = std::make_unique<SaturatorGraph>();
         juce::PopupMenu::dismissAllActiveMenus();
-        deliverMessages();
+        dispatchMessages();
         EXPECT_EQ (picked.size(), 1u);
         graph->menuEnabled = true;
         graph->setSize (240, 240);

@@ -1,27 +1,18 @@
-#include "common/ColourIds.h"
+#include "OffscreenWindow.h"
 #include "settings/TessarinLogger.h"
+#include "support/Messages.h"
 #include "support/TemporaryConfig.h"
 #include "widgets/ToastManager.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
 {
 using namespace tessarin;
-
-/** A press of the mouse at this place of the component, whose change is then delivered. */
-void press (Toast& toast, float x)
-{
-    const auto source = juce::Desktop::getInstance().getMainMouseSource();
-    const juce::Point<float> position { x, 10.0f };
-    const auto now = juce::Time::getCurrentTime();
-    toast.mouseDown ({ source, position, juce::ModifierKeys::leftButtonModifier, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f,
-                       &toast, &toast, now, position, now, 1, false });
-    toast.dispatchPendingMessages();
-}
 
 struct Toasts : testing::Test
 {
@@ -29,6 +20,12 @@ struct Toasts : testing::Test
     {
         editor.addChildComponent (manager);
         manager.setBounds (editor.getLocalBounds());
+    }
+
+    void press (juce::Component& toast, int x)
+    {
+        OffscreenWindow (editor).clickMouse (toast, { x, 10 });
+        dispatchMessages();
     }
 
     std::vector<int> tops() const
@@ -65,34 +62,26 @@ TEST_F (Toasts, AreStackedOverTheEditorAndMoveUp)
     EXPECT_EQ (tops(), (std::vector<int> { 20, 80, 140 }));
     EXPECT_TRUE (manager.isVisible());
 
-    press (*manager.toasts[0], 570.0f);
+    press (*manager.toasts[0], 570);
     EXPECT_EQ (tops(), (std::vector<int> { 20, 80 }));
     EXPECT_EQ (manager.toasts[0]->text, "two");
 
-    press (*manager.toasts[1], 570.0f);
-    press (*manager.toasts[0], 570.0f);
+    press (*manager.toasts[1], 570);
+    press (*manager.toasts[0], 570);
     EXPECT_FALSE (manager.isVisible());
     EXPECT_EQ (manager.getNumChildComponents(), 0);
 }
 
 TEST_F (Toasts, LeaveOnlyByAPressAtTheirRightEnd)
 {
-    struct Case
-    {
-        double fromRight;
-        bool isDismissible, leaves;
-    };
-
     adopt();
 
     for (const auto& [fromRight, isDismissible, leaves] :
-         { Case { 70, true, false }, Case { 69.6, true, false }, Case { 69.4, true, true },
-           Case { 69, true, true }, Case { 1, true, true }, Case { 500, true, false },
-           Case { 1, false, false } })
+         { std::tuple { 70, true, false }, { 69, true, true }, { 1, true, true }, { 1, false, false } })
     {
         manager.toasts.clear();
         manager.showToast ("text", isDismissible ? toastError : toastFatal, isDismissible);
-        press (*manager.toasts[0], static_cast<float> (580.0 - fromRight));
+        press (*manager.toasts[0], 580 - fromRight);
         EXPECT_EQ (manager.toasts.isEmpty(), leaves) << fromRight;
         EXPECT_EQ (manager.isVisible(), ! leaves);
     }
@@ -101,24 +90,21 @@ TEST_F (Toasts, LeaveOnlyByAPressAtTheirRightEnd)
 TEST_F (Toasts, AreLoggedWithThePrefixThatTheyShow)
 {
     logger.getTime = [] { return juce::Time (2026, 1, 1, 12, 0, 0, 0, true); };
-    manager.showToast ("a", toastError, true);
-    manager.showToast ("b", toastSuccess, true);
-    manager.showToast ("c", toastNotice, true);
-    manager.showToast ("d", toastFatal, false);
-    manager.showError ("e");
-
-    const std::vector<std::string> texts { "ERROR: a", "b", "c", "ERROR: d", "ERROR: e" };
     juce::String lines;
 
-    for (size_t i = 0; i < texts.size(); ++i)
+    for (const auto& [type, text] : { std::pair { toastError, "ERROR: a" },
+                                      { toastSuccess, "a" },
+                                      { toastNotice, "a" },
+                                      { toastFatal, "ERROR: a" } })
     {
-        EXPECT_EQ (manager.toasts[static_cast<int> (i)]->text.toStdString(), texts[i]);
-        lines << "01/02/2026 12:00:00 " << texts[i] << "\r\n";
+        manager.showToast ("a", type, true);
+        EXPECT_EQ (manager.toasts.getLast()->text, text);
+        lines << "01/02/2026 12:00:00 " << text << "\r\n";
     }
 
     EXPECT_EQ (config.log(), lines);
-    EXPECT_TRUE (manager.toasts[4]->dismissible);
-    EXPECT_EQ (manager.toasts[4]->type, toastError);
+    manager.showError ("b");
+    EXPECT_TRUE (manager.toasts[4]->dismissible && manager.toasts[4]->type == toastError);
 }
 
 TEST_F (Toasts, WaitForTheNextEditor)

@@ -123,7 +123,6 @@ Folder makeDrums()
         "Drums",
         "Kits, loops and single drums with peaks around -4 dBFS; turn the input gain until the clipper "
         "works.",
-        -4.0,
         { preset ("Drum Bus Trim", "Clean,Drums,Peaks",
                   "Cuts the highest stick and beater peaks of a whole kit and leaves everything else alone.",
                   { oversampled (x4), clip (single, hard, -3.5) }),
@@ -162,7 +161,6 @@ Folder makeBass()
     return {
         "Bass",
         "Electric and synthetic bass with peaks around -6 dBFS, on a track or a group.",
-        -6.0,
         { preset ("Bass Peak Guard", "Bass,Clean,Peaks",
                   "Takes the loudest notes and slaps down softly before the compressor hears them.",
                   { oversampled (x4), clip (single, softI, -6, 0.35) }),
@@ -193,7 +191,6 @@ Folder makeVocals()
 {
     return { "Vocals",
              "Lead and backing vocals with peaks around -6 dBFS, before or after the compressor.",
-             -6.0,
              { preset ("Vocal Peak Catch", "Clean,Peaks,Vocals",
                        "Rounds the odd shout or consonant by a few decibels, out of the compressor's way.",
                        { oversampled (x8), clip (single, softI, -5, 0.45) }),
@@ -223,7 +220,6 @@ Folder makeGuitars()
     return {
         "Guitars",
         "Acoustic and electric guitars with peaks around -6 dBFS.",
-        -6.0,
         { preset ("Strum Leveller", "Guitars,Peaks,Warm",
                   "Brings loud strokes down with a wide knee and makes up the level.",
                   { oversampled (x4), linked (single, softI, -6, 0.6) }),
@@ -254,7 +250,6 @@ Folder makeSynths()
     return {
         "Synths",
         "Leads, pads, keys and sequences with peaks around -6 dBFS.",
-        -6.0,
         { preset ("Saw Polish", "Clean,Synths,Warm",
                   "Rounds stacked oscillators that beat against each other, at the finest oversampling.",
                   { oversampled (x16), drive (3), clip (single, softII, -3) }),
@@ -285,7 +280,6 @@ Folder makeMixBus()
     return {
         "Mix Bus",
         "Groups and whole mixes with peaks around -5 dBFS, before mastering.",
-        -5.0,
         { preset ("Bus Peak Trim", "Clean,Mix,Peaks",
                   "Takes only the highest peaks off the mix, so that what follows works less.",
                   { oversampled (x8), clip (single, hard, -4) }),
@@ -316,7 +310,6 @@ Folder makeMastering()
     return {
         "Mastering",
         "Finished mixes with peaks around -3 dBFS; every preset ends at a ceiling below full scale.",
-        -3.0,
         { preset ("Minus One Ceiling", "Clean,Master,Peaks",
                   "A transparent safety clip at -1 dBFS after everything else.",
                   { oversampled (x16), off (single), clip (post, hard, -1) }),
@@ -352,7 +345,6 @@ Folder makeCreative()
     return {
         "Creative",
         "Damage on purpose, for anything with peaks around -6 dBFS.",
-        -6.0,
         { preset ("Torn Speaker", "Dirty,Effects,Glitch",
                   "Peaks that are too loud fall into silence, as if the cone had torn.",
                   { oversampled (x4), drive (9), clip (single, pressure, -7, 0.8, 4) }),

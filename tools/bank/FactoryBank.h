@@ -39,11 +39,6 @@ struct Folder
 {
     std::string name;
     std::string description;
-
-    /** What the presets are set for, in dBFS: the level that the loudest thousandth of the samples exceeds.
-        */
-    double level = 0.0;
-
     std::vector<Entry> presets;
 };
 
