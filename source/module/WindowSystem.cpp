@@ -21,9 +21,10 @@
 
 namespace
 {
-decltype (&XOpenDisplay) openDisplay = nullptr;
-decltype (&XGetInputFocus) getInputFocus = nullptr;
-decltype (&XLookupString) lookupString = nullptr;
+// As JUCE declares them.
+juce::X11Symbols::XOpenDisplay openDisplay = nullptr;
+juce::X11Symbols::XGetInputFocus getInputFocus = nullptr;
+juce::X11Symbols::XLookupString lookupString = nullptr;
 
 /** What JUCE sets to hear of errors itself, while it tries shared memory. */
 std::atomic<XErrorHandler> trap { nullptr };
@@ -77,23 +78,22 @@ XErrorHandler setTrap (XErrorHandler handler)
 
 /** JUCE goes on to ask which of the focused window's parents is ours. No window of another program lies in one of ours,
     so that only our own are worth a further question. Message thread. */
-int getOwnInputFocus (Display* connection, Window* focused, int* revert)
+void getOwnInputFocus (Display* connection, Window* focused, int* revert)
 {
-    const auto result = getInputFocus (connection, focused, revert);
+    getInputFocus (connection, focused, revert);
 
     if (*focused == None || *focused == PointerRoot)
-        return result;
+        return;
 
     for (auto i = juce::ComponentPeer::getNumPeers(); --i >= 0;)
         if (reinterpret_cast<Window> (juce::ComponentPeer::getPeer (i)->getNativeHandle()) == *focused)
-            return result;
+            return;
 
     *focused = None;
-    return result;
 }
 
 /** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. */
-int lookupText (XKeyEvent* event, char* text, int size, KeySym* symbol, XComposeStatus* status)
+int lookupText (XKeyEvent* event, const char* text, int size, KeySym* symbol, XComposeStatus* status)
 {
     const auto length = lookupString (event, text, size, symbol, status);
 
@@ -105,7 +105,7 @@ int lookupText (XKeyEvent* event, char* text, int size, KeySym* symbol, XCompose
     if (ours.empty() || static_cast<int> (ours.size()) >= size)
         return length;
 
-    std::memcpy (text, ours.c_str(), ours.size() + 1);
+    std::memcpy (const_cast<char*> (text), ours.c_str(), ours.size() + 1);
     return static_cast<int> (ours.size());
 }
 

@@ -1,5 +1,7 @@
 #include "BareHostSupport.h"
 
+#include "../support/ScreenLibraries.h"
+
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -211,6 +213,7 @@ std::pair<int, int> sizeOf (Display* display, Window window)
 
 int main (int argc, char** argv)
 {
+    keepScreenLibrariesLoaded();
     testing::InitGoogleTest (&argc, argv);
 
     // The plug-in's files, away from the user's.
