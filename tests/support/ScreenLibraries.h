@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include <initializer_list>
+
 /** They are unloaded with JUCE or with the plug-in, after which a leak report could not name them, nor a suppression match. */
 inline void keepScreenLibrariesLoaded()
 {
