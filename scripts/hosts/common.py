@@ -124,9 +124,9 @@ def x_errors():
             for line in open(name, errors="replace") if pattern.search(line)]
 
 
-def leftovers():
-    """Processes of this run, known by its home, that nobody ended; not this one and its parents."""
-    own = set()
+def leftovers(programs):
+    """Processes of this run, known by its home, that nobody ended; not this one, its parents, and what it still runs."""
+    own = {program.process.pid for program in programs if program.process.poll() is None}
     process = os.getpid()
     while process > 1:
         own.add(process)
@@ -158,6 +158,11 @@ def windows(title):
         if len(parts) == 4 and re.search(title, parts[3]):
             found.append(parts[0])
     return found
+
+
+def untitled():
+    """The ids of the managed windows without a title: messages, in Ardour."""
+    return [parts[0] for parts in (line.split(None, 3) for line in run("wmctrl", "-l").splitlines()) if len(parts) == 3]
 
 
 def geometry(window):
@@ -307,9 +312,9 @@ def main(name, drive):
         picture("failure")
     else:
         try:
-            wait_for(lambda: not leftovers(), "the host's last process", 10)
+            wait_for(lambda: not leftovers(programs), "the host's last process", 10)
         except Failure:
-            result.failed.append("left over: " + ", ".join(leftovers()))
+            result.failed.append("left over: " + ", ".join(leftovers(programs)))
     for program in reversed(programs):
         program.stop()
     errors = x_errors()

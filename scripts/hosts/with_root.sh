@@ -4,8 +4,10 @@
 set -euo pipefail
 root=$1
 shift
-for folder in /proc /sys /dev /dev/shm /tmp "$PWD"; do
+for folder in /proc /sys /dev /tmp "$PWD"; do
     mkdir -p "$root$folder"
     mount --bind "$folder" "$root$folder"
 done
+# JACK's shared memory has another form there.
+mount -t tmpfs none "$root/dev/shm"
 exec "$@"
