@@ -15,8 +15,8 @@ source scripts/lib/common.sh
 # name, driver and its arguments, the system that the host comes from, and its packages
 hosts='ardour-7|ardour.py 7|here|ardour
 ardour-8|ardour.py 8|debian-13|ardour
-qtractor|qtractor.py|debian-13|qtractor jackd2
-giada|giada.py|here|giada jackd2'
+qtractor|qtractor.py|debian-13|qtractor jackd2'
+
 
 usage() { fail "usage: scripts/try_hosts.sh [--rounds N] [--module PATH] [--keep] [HOST...], hosts: $(cut -d'|' -f1 <<< "$hosts" | xargs)"; }
 
@@ -89,7 +89,7 @@ install_all()
     done
     # shellcheck disable=SC2207
     there=($(grep '|debian-13|' <<< "$hosts" | cut -d'|' -f4 | xargs -n 1 | sort -u))
-    install_here xvfb xauth openbox xdotool imagemagick x11-utils wmctrl python3 python3-liblo python3-numpy \
+    install_here xvfb xauth openbox xdotool imagemagick x11-utils wmctrl gcc binutils python3 python3-liblo python3-numpy \
         python3-soundfile "${here[@]}"
     for host in "${wanted[@]}"; do
         if [ "$(field "$host" 3)" = debian-13 ]; then make_root "${there[@]}"; break; fi

@@ -77,7 +77,10 @@ class Ardour:
         os.makedirs(CONFIGURATION, exist_ok=True)
         self.write(f"{CONFIGURATION}/.a{MAJOR}", "")  # else it greets a first user
         self.write(f"{CONFIGURATION}/config", CONFIG)
-        state = f"scripts = {{}} scripts[1] = {{n='Orvo', s='', f=[==[{ACTION}]==]}}"
+        # Ardour 8 keeps scripts from files unless told otherwise.
+        self.write(f"{CONFIGURATION}/ui_config", '<?xml version="1.0" encoding="UTF-8"?>\n<Ardour><UI><Option '
+                   'name="sandbox-all-lua-scripts" value="0"/></UI></Ardour>\n')
+        state = f"scripts = {{}} scripts[1] = {{n='Orvo', s='', a={{}}, f=[==[{ACTION}]==]}}"
         self.write(f"{CONFIGURATION}/ui_scripts", '<?xml version="1.0" encoding="UTF-8"?>\n<UIScripts><ActionScript '
                    f'lua="Lua 5.3">{base64.b64encode(state.encode()).decode()}</ActionScript></UIScripts>\n')
         self.write(f"{HOME}/new.lua", NEW_SESSION)
@@ -93,10 +96,16 @@ class Ardour:
     def start(self):
         self.program = Program("ardour", "ardour", "-n", "-a", f"{SESSION}/session.ardour")
         self.programs.append(self.program)
-        self.main = wait_for(lambda: self.program.check() and common.windows(MAIN), "Ardour's window", 90)[0]
+        self.main = wait_for(self.main_window, "Ardour's window", 90)[0]
         wait_for(self.answers, "Ardour's answer to OSC", 60)
         self.lua("action", "Common", "show-mixer")
         common.place(self.main, 0, 0, *MAIN_SIZE)
+
+    def main_window(self):
+        self.program.check()
+        for message in common.untitled():  # of the limit of locked memory
+            common.close(message)
+        return common.windows(MAIN)
 
     def answers(self):
         self.program.check()
@@ -156,7 +165,7 @@ class Ardour:
     def quit(self):
         self.lua("stop")
         self.lua("save")
-        self.lua("action", "Main" if MAJOR == "8" else "Common", "Quit")
+        liblo.send(liblo.Address("127.0.0.1", OSC_PORT), "/access_action", "Common/Quit")
         self.program.quit_cleanly(60)
 
     def export(self, name):
