@@ -9,6 +9,7 @@ import signal
 import sys
 
 import liblo
+import numpy
 import soundfile
 
 import common
@@ -166,7 +167,12 @@ class Ardour:
         self.lua("stop")
         self.lua("save")
         liblo.send(liblo.Address("127.0.0.1", OSC_PORT), "/access_action", "Common/Quit")
-        self.program.quit_cleanly(60)
+        status = self.program.wait_end(60)
+        if status == -signal.SIGABRT and MAJOR == "7":
+            # After long sessions, at the freeing of a track's delay line; with Ardour's own compressor just the same.
+            self.result.saw("the host aborted as it quit")
+        elif status != 0:
+            raise Failure(f"quit with {common.describe(status)}")
 
     def export(self, name):
         """With Ardour's own program, which loads the saved session and runs faster than real time. That of Ardour 7
@@ -177,10 +183,16 @@ class Ardour:
             self.programs.append(program)
             status = program.wait_end(120)
             if status == 0:
-                return soundfile.read(target, always_2d=True)[0]
+                return self.on_time(soundfile.read(target, always_2d=True)[0])
             if status != -signal.SIGABRT or MAJOR != "7" or tries_left == 0:
                 raise Failure(f"export quit with {common.describe(status)}")
             self.aborted += 1
+
+
+    def on_time(self, sound):
+        """The export program of Ardour 8 leaves the tracks' latency at the start; what it cut at the end is silent."""
+        late = self.latency if MAJOR == "8" else 0
+        return numpy.concatenate([sound[late:], numpy.zeros((late, 2))])
 
 
 def drive(result, programs):
@@ -217,7 +229,8 @@ def drive(result, programs):
         common.close(window)
     wait_for(lambda: host.program.check() and not common.windows("Orvo"), "eight windows to close")
     result.did("eight instances with windows")
-    result.saw(f"latency {host.lua('latency', 'track1')} frames")
+    host.latency = int(host.lua("latency", "track1"))
+    result.saw(f"latency {host.latency} frames")
     host.quit()
     result.did("save and quit")
 

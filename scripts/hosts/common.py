@@ -25,6 +25,8 @@ INPUT = f"{HOME}/input.wav"
 
 # The button "4x" in the plug-in's window at its first size.
 FOUR_TIMES = (70 / 1068, 570 / 800)
+# and the curve's menu
+CURVE_MENU = (326 / 1068, 625 / 800)
 
 # A window that shows nothing, or only the host's frame, has far fewer.
 LEAST_COLOURS = 150
@@ -218,6 +220,11 @@ def plugin_area(window):
         if width >= 500 and height >= 350:
             best = (x, y, width, height)
     return best
+
+
+def shown():
+    """All windows that the screen shows, also menus, which no manager lists."""
+    return set(run("xdotool", "search", "--onlyvisible", "--name", ".*").split())
 
 
 def painted(window):

@@ -114,8 +114,9 @@ class Qtractor:
             self.keys("alt+t")
             common.keys("Escape", "Escape")
         elif number % 3 == 1:
-            self.keys("F8")
-            connections = wait_for(lambda: self.program.check() and common.windows("^Connections"), "the connections")[0]
+            connections = common.ask_until(lambda: self.keys("F8"),
+                                           lambda: self.program.check() and common.windows("^Connections"),
+                                           "the window of connections")[0]
             common.close(connections)
             wait_for(lambda: self.program.check() and not common.windows("^Connections"), "the connections to close")
         else:
@@ -148,7 +149,11 @@ class Qtractor:
                          "the session to be saved")
 
     def quit(self):
+        """It may ask again whether to save, if anything changed since; the first answer saves."""
         common.close(self.main)
+        wait_for(lambda: self.program.process.poll() is not None or common.windows("^Warning — Qtractor"), "the end")
+        if self.program.process.poll() is None:
+            common.keys("Return")
         self.program.quit_cleanly()
 
 

@@ -21,7 +21,10 @@ def turn(program, find, open_window, close_window, beside, result):
             wait_for(lambda: program.check() and common.plugin_area(window), "the plug-in's own window in the host's")
             if number % 5 == 1:
                 resize(program, window, number)
-            beside(number)
+            if number % 4 == 2:
+                open_menu(program, window)  # the window goes while its menu is there
+            elif number % 4 != 3:  # else it goes as soon as it came
+                beside(number)
             close_window(window)
             wait_for(lambda: program.check() and not find(), "the window to close")
             if number % 10 == 0:
@@ -29,6 +32,13 @@ def turn(program, find, open_window, close_window, beside, result):
     except Failure as failure:
         raise Failure(f"in round {number} of {ROUNDS}: {failure}") from None
     result.did(f"window opened and closed {ROUNDS} times")
+
+
+def open_menu(program, window):
+    wait_for(lambda: program.check() and common.painted(window), "the picture before the menu")
+    before = common.shown()
+    common.click_in_plugin(window, common.CURVE_MENU)
+    wait_for(lambda: program.check() and common.shown() - before, "the plug-in's menu")
 
 
 def resize(program, window, number):
