@@ -120,8 +120,8 @@ def describe(status):
 
 
 def x_errors():
-    pattern = re.compile(r"Bad(Window|Drawable|Match|Value|Access|Alloc|Pixmap|Atom|Cursor|GC|Length)|X Error|X_\w+ error",
-                         re.IGNORECASE)
+    pattern = re.compile(r"Bad(Window|Drawable|Match|Value|Access|Alloc|Pixmap|Atom|Cursor|GC|Length)"
+                         r"|X Error|X Window System error|X_\w+ error", re.IGNORECASE)
     return [line.strip() for name in sorted(glob.glob(f"{OUT}/*.log"))
             for line in open(name, errors="replace") if pattern.search(line)]
 
@@ -299,7 +299,8 @@ class Result:
         if not self.failed:
             self.seen.insert(0, "passed")
         with open(f"{OUT}/row.md", "w") as file:
-            cells = (self.host, self.version, "; ".join(self.done), "; ".join([*(f"**{text}**" for text in self.failed), *self.seen]))
+            seen = [*(f"**{text}**" for text in self.failed), *self.seen]
+            cells = (self.host, self.version, "; ".join(self.done), "; ".join(seen))
             file.write("| " + " | ".join(cell.replace("|", "/") for cell in cells) + " |\n")
 
 

@@ -46,7 +46,8 @@ def definition(name):
 def main(program, library):
     symbols = subprocess.run(["nm", "-D", "--undefined-only", program], capture_output=True, text=True, check=True).stdout
     names = sorted(set(re.findall(r"\bsnd_seq_\w+", symbols)))
-    source = "#include <poll.h>\n#include <stdlib.h>\n#include <time.h>\n#include <unistd.h>\n" + "\n".join(definition(name) for name in names) + "\n"
+    headers = ("poll", "stdlib", "time", "unistd")
+    source = "\n".join([*(f"#include <{name}.h>" for name in headers), *map(definition, names), ""])
     subprocess.run(["gcc", "-shared", "-fPIC", "-w", "-xc", "-", "-o", library], input=source, text=True, check=True)
 
 

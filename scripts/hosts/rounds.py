@@ -42,10 +42,10 @@ def open_menu(program, window):
 
 
 def resize(program, window, number):
-    """By the window manager, as a user drags the frame; then the picture has to come again."""
-    x, y, width, height = common.geometry(window)
+    """By the window manager, as a user drags the frame; then the picture has to come again. -1 leaves the position."""
+    width, height = common.geometry(window)[2:]
     step = 120 if number % 2 else -120
-    common.place(window, x, y, width + step, height + step)
+    common.place(window, -1, -1, width + step, height + step)
     wait_for(lambda: program.check() and common.painted(window), "the picture after resizing")
-    common.place(window, x, y, width, height)
+    common.place(window, -1, -1, width, height)
     wait_for(lambda: program.check() and common.painted(window), "the picture after resizing back")
