@@ -159,7 +159,8 @@ TEST_F (BandEditor, DrawsAFrameTwoBarsAndTheSpectrumBehindThem)
                 move ({ x, middle });
 
             const auto bar = isOn ? text : text.withMultipliedLightness (0.8f);
-            const auto image = (dispatchMessages(), open.pictureOf (bands()));
+            EXPECT_TRUE (eventually ([&] { return open.pictureOf (bands()).getPixelAt (x, middle) == bar; }));
+            const auto image = open.pictureOf (bands());
             const auto widthAt = [&] (int y)
             {
                 std::vector<int> marks;
