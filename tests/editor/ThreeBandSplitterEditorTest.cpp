@@ -100,9 +100,18 @@ TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
         return pixels::difference (image, expected, bounds).isEmpty();
     };
 
-    for (const auto& [soloBand, isOn, hovered] :
-         { std::tuple { 3, true, -1 }, { 3, false, 0 }, { 0, true, 1 }, { 1, true, 2 }, { 2, false, -1 } })
+    struct State
     {
+        int soloBand;
+        bool isOn;
+        int hovered;
+    };
+
+    for (const auto state : { State { 3, true, -1 }, State { 3, false, 0 }, State { 0, true, 1 },
+                              State { 1, true, 2 }, State { 2, false, -1 } })
+    {
+        const auto soloBand = state.soloBand, hovered = state.hovered;
+        const auto isOn = state.isOn;
         open.plugin.set ("solo_band", soloBand);
 
         for (const auto& id : ids)
