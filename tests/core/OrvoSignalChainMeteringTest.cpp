@@ -51,6 +51,13 @@ TEST (SignalChainMetering, MeasuresBeforeTheInputGainAndBehindTheCeiling)
     EXPECT_EQ (processor.outputMaxPeakDb, -100.0f) << "silence";
     EXPECT_EQ (processor.peakDifference, 0.0f);
     EXPECT_EQ (processor.outputLoudness.shortTerm, -300.0f);
+
+    // What clipped before the last three seconds counts in the whole only.
+    plugin.set ("in_gain", 12.0);
+    plugin.render (signals::sine (2, 4 * 48000, 997.0, sampleRate, 1.0));
+    plugin.render (signals::sine (2, 4 * 48000, 997.0, sampleRate, 0.05));
+    EXPECT_NEAR (processor.shortTermDifference, 12.0, 0.001);
+    EXPECT_LT (processor.outputLoudness.integrated, processor.inputLoudness.integrated + 6.0f);
 }
 
 TEST (SignalChainMetering, FeedsTheTapsAtBothEnds)

@@ -181,6 +181,19 @@ TEST (SignalChain, RunsAgainAtAnotherRateSizeOrWidth)
     }
 }
 
+TEST (SignalChain, TakesEachCrossoverWithoutTheOther)
+{
+    for (const auto& [id, value] : { std::pair { "crossover_low", 700.0 }, { "crossover_high", 9000.0 } })
+    {
+        SCOPED_TRACE (id);
+        const auto common = randomValues (multiBand, 0, 9);
+        PluginUnderTest plugin;
+        plugin.set (common);
+        plugin.set (id, value);
+        expectReference (plugin, expected::with (common, { { id, value } }), 2, 48000.0, 2000);
+    }
+}
+
 TEST (SignalChain, StaysStableWithACrossoverAboveHalfTheRate)
 {
     const auto tone = signals::sine (2, 16000, 500.0, 8000.0, signals::toGain (-20.0));

@@ -231,8 +231,13 @@ TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
              { bar.saveButton, editor.savePresetModal }, { bar.settingsButton, editor.settingsModal } })
     {
         click (bar.presetBrowserButton);
-        click (bar.nextButton);
-        expectBrowser (true, bar.nextButton);
+
+        for (auto* step : { &bar.nextButton, &bar.previousButton })
+        {
+            click (*step);
+            expectBrowser (true, *step);
+        }
+
         click (button);
         expectBrowser (false, button);
         EXPECT_TRUE (dialog.isVisible());

@@ -180,6 +180,8 @@ TEST (Commands, StateSavesWhatItLoadsAndPrintsWhatDiffers)
           "mute_low_band=Muted mode_single=Boost gain_single=2.0dB oversampling=16x" },
         { "--set gain_single=5 --state it.state --preset Telephone --set solo_band=Mid",
           "mute_low_band=Muted mode_single=Boost gain_single=5.0dB solo_band=Mid oversampling=16x" },
+        { "--set threshold_single=-18 --set gain_low_band=18 --set shape_mid_band=100%",
+          "gain_low_band=18.0dB shape_mid_band=100% threshold_single=-18.0dB" },
         { "--set in_gain=-1 --preset 'Bass Wall'",
           "threshold_single=-6.0dB mode_single=Hard gain_single=5.0dB threshold_post=-1.0dB shape_post=60% "
           "mode_post=Pressure in_gain=-1.0dB oversampling=8x" },
@@ -357,8 +359,8 @@ TEST (Commands, RefuseBadInputInOneLineAndHarmNoFile)
     temporary.file ("in.wav").createSymbolicLink (temporary.file ("alias.wav"), false);
 
     juce::MemoryBlock whole, foreign;
-    temporary.file ("in.wav").loadFileAsData (whole);
-    temporary.file ("cut.wav").replaceWithData (whole.getData(), whole.getSize() / 2);
+    temporary.file ("stereo.wav").loadFileAsData (whole);
+    temporary.file ("cut.wav").replaceWithData (whole.getData(), whole.getSize() - 400);
     juce::AudioProcessor::copyXmlToBinary (juce::XmlElement ("other"), foreign);
     temporary.file ("foreign.state").replaceWithData (foreign.getData(), foreign.getSize());
     temporary.file ("cut.state").replaceWithText ("VC2!");

@@ -439,6 +439,9 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
     EXPECT_EQ (rows(), (Words { "Low", "Mid" })) << "the same folder, with the new indices";
     EXPECT_EQ (browser.categories.badges.size(), 5);
     EXPECT_TRUE (browser.tree.treeView.getItemOnRow (1)->isSelected());
+    manager.finishSaving (config.preset ("User/New.tpre"), stateText());
+    EXPECT_EQ (rows(), (Words { "Low", "Mid" })) << "a save elsewhere leaves the folder chosen";
+    config.preset ("User/New.tpre").deleteFile();
 
     browser.setVisible (false);
     config.preset ("Factory/Bass").deleteRecursively();

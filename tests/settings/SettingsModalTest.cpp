@@ -86,6 +86,10 @@ TEST_F (SettingsModal, FollowsWhatAnotherInstanceSaves)
     EXPECT_EQ (instance.settings.getDoubleValue ("scale"), 0.75);
     EXPECT_EQ (instance.modal.scaleBox.getText(), "Small");
 
+    file.setLastModificationTime (juce::Time (2020, 1, 1, 0, 0));
+    tick();
+    EXPECT_EQ (editor.changes, 2) << "an older file, from a backup, is another file too";
+
     instance.settings.setValue ("scale", 2.0);
     file.setLastModificationTime (juce::Time (2030, 1, 1, 0, 0));
     tick();
