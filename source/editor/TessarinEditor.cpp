@@ -189,12 +189,7 @@ void TessarinEditor::presetSaved (Preset)
 void TessarinEditor::valueTreeRedirected (juce::ValueTree&)
 {
     // It may come while the derived class is being made or is gone.
-    juce::MessageManager::callAsync (
-        [editor = safeThis]
-        {
-        if (editor != nullptr)
-            editor->stateReloaded (editor->parameters.state);
-    });
+    stateUpdate.post();
 }
 
 void TessarinEditor::changeListenerCallback (juce::ChangeBroadcaster* source)

@@ -5,6 +5,7 @@
 #include "editor/HeldMouse.h"
 #include "editor/LicenceDialog.h"
 #include "editor/LicenceOverlay.h"
+#include "editor/PostedUpdate.h"
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
 #include "presets/PresetBrowser.h"
@@ -91,8 +92,7 @@ private:
     void showLicence();
     void raiseOverlays();
 
-    /** Made on the message thread, for posts from other threads. */
-    const SafePointer<TessarinEditor> safeThis { this };
+    PostedUpdate stateUpdate { [this] { stateReloaded (parameters.state); } };
 
     const WindowEventPump windowEventPump;
 
