@@ -105,6 +105,10 @@ TEST (SignalChainMetering, FeedsTheTapsAtBothEnds)
     EXPECT_FALSE (isEmpty (taps.taps.getReference (0)) || isEmpty (taps.taps.getReference (1)));
     plugin.set ("layout", 3.0);
     EXPECT_TRUE (isEmpty (taps.taps.getReference (0)) && isEmpty (taps.taps.getReference (1)));
+
+    plugin.render (input);
+    taps.setPoints (numPoints + 1);
+    EXPECT_TRUE (isEmpty (taps.taps.getReference (0)) && isEmpty (taps.taps.getReference (1)));
 }
 
 TEST (SignalChainMetering, FeedsTheSpectrumInMultiBandAloneWithTheMeanOfTheChannels)

@@ -289,6 +289,7 @@ TEST (SignalChain, FollowsTheRulesOfRouting)
         { "left, then right on mono", { { "layout", 3 }, { "threshold_right_channel", -12 } }, quarter, 1 },
         { "and left first", { { "layout", 3 }, { "threshold_left_channel", -12 } }, quarter, 1 },
         { "an off section's makeup", { { "enable_single", 0 }, { "gain_single", -12 } }, 1.0 },
+        { "a makeup alone", { { "gain_single", -12 } }, quarter },
         { "a linked makeup",
           { { "threshold_single", -12 }, { "link_single", 1 }, { "gain_single", -18 } },
           1.0 },

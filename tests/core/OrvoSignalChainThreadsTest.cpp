@@ -79,28 +79,6 @@ TEST (SignalChainThreads, AllocateNothingWhenTheHostAutomatesInTheBlock)
     }
 }
 
-TEST (SignalChainThreads, AllocateNothingInTheBlockAfterARestore)
-{
-    PluginUnderTest plugin;
-    auto block = signals::noise (2, 512);
-    juce::MemoryBlock states[2];
-    plugin.processor.getStateInformation (states[0]);
-    plugin.set ({ { "oversampling", 4.0 }, { "layout", 1.0 }, { "mode_low_band", 4.0 }, { "in_gain", 6.0 } });
-    plugin.processor.getStateInformation (states[1]);
-
-    for (auto round = 0; round < 4; ++round)
-    {
-        const auto& state = states[round % 2];
-        plugin.processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
-        ASSERT_EQ (plugin.get ("oversampling"), round % 2 == 0 ? 0.0 : 4.0);
-
-        const AllocationGuard guard;
-        plugin.process (block);
-        const auto calls = guard.count();
-        EXPECT_EQ (calls, 0) << round;
-    }
-}
-
 TEST (SignalChainThreads, ParameterChangesHoldTheProcessLock)
 {
     PluginUnderTest plugin;

@@ -40,10 +40,11 @@ struct PluginUnderTest
         target.setValueNotifyingHost (target.convertTo0to1 (static_cast<float> (value)));
     }
 
+    /** From the last ID to the first: a mode comes behind the settings that it takes over. */
     void set (const expected::Values& values)
     {
-        for (const auto& [id, value] : values)
-            set (juce::String (id), value);
+        for (auto entry = values.rbegin(); entry != values.rend(); ++entry)
+            set (juce::String (entry->first), entry->second);
     }
 
     double get (const juce::String& id)

@@ -53,10 +53,6 @@ private:
     kernels::Selection selection { std::get<0> (GetParam()) };
 };
 
-class OfferedCurve : public EachCurve
-{
-};
-
 TEST_P (EachCurve, IsOddAndNoLessExactThanItsFormulaInSinglePrecision)
 {
     std::vector<float> inputs;
@@ -120,23 +116,6 @@ TEST_P (EachCurve, MakesTheSameOfASampleWhateverStandsBesideIt)
     }
 }
 
-TEST_P (OfferedCurve, KeepsWhatIsNoNumberAndTakesInfinityForALoudSample)
-{
-    constexpr auto infinity = std::numeric_limits<float>::infinity();
-    const auto curve = makeCurve (-6.0f, 0.5f);
-    signals::Buffer buffer (1, 11);
-
-    for (auto i = 0; i < 11; ++i)
-        buffer.setSample (0, i, i == 3 ? std::numeric_limits<float>::quiet_NaN() : i == 9 ? -infinity : 0.1f);
-
-    signals::processInPlace (*curve, buffer);
-
-    for (auto i = 0; i < 11; ++i)
-        EXPECT_EQ (std::isnan (buffer.getSample (0, i)), i == 3) << i;
-
-    EXPECT_EQ (buffer.getSample (0, 9), curve->processSample (-1.0e9f));
-}
-
 const std::vector<Curve> curves { describe<luna::HardClipper, reference::Hard> ("Hard"),
                                   describe<luna::SoftClipper, reference::SoftOne> ("SoftI", 9.0f),
                                   describe<luna::Dough, reference::SoftTwo> ("SoftII"),
@@ -149,11 +128,6 @@ const std::vector<Curve> curves { describe<luna::HardClipper, reference::Hard> (
 INSTANTIATE_TEST_SUITE_P (Kernels, EachCurve,
                           testing::Combine (testing::ValuesIn (kernels::supportedSets()),
                                             testing::ValuesIn (curves)));
-
-// Those of the menu.
-INSTANTIATE_TEST_SUITE_P (Kernels, OfferedCurve,
-                          testing::Combine (testing::ValuesIn (kernels::supportedSets()),
-                                            testing::ValuesIn (curves.begin(), curves.begin() + 5)));
 
 using EnvelopeKernel = kernels::SetAndWidth;
 
@@ -181,54 +155,6 @@ TEST_P (EnvelopeKernel, FollowsTheRecursionWithinAThousandth)
                 ASSERT_NEAR (curve.envelope, recursion.level, 1.0e-3f * recursion.level + 1.0e-37f);
             });
         });
-    }
-}
-
-TEST_P (EnvelopeKernel, TakesWhatIsNoNumberForSilence)
-{
-    const auto signal = signals::noise (2, 203);
-
-    for (const auto place : { 0, 63, 64, 130, 202 })
-    {
-        for (const auto& channels : { std::vector { 0 }, { 1 }, { 0, 1 } })
-        {
-            auto silent = signal, damaged = signal;
-            for (const auto channel : channels)
-            {
-                silent.setSample (channel, place, 0.0f);
-                damaged.setSample (channel, place, std::numeric_limits<float>::quiet_NaN());
-            }
-
-            const auto run = [] (const Buffer& buffer) {
-                return simd::kernels().envelope (0.3f, 0.99f, buffer.getReadPointer (0),
-                                                 buffer.getReadPointer (1), 203);
-            };
-            EXPECT_EQ (run (damaged), run (silent)) << place;
-        }
-    }
-}
-
-TEST_P (EnvelopeKernel, RisesAtOnceAndFalls40DbInTwoSeconds)
-{
-    for (const auto rate : { 8000, 48000 })
-    {
-        luna::HardClipper curve;
-        curve.prepare ({ static_cast<double> (rate), 512, 3 });
-
-        // The louder of the first two channels counts, and the curve's input, not its output.
-        Buffer buffer (3, 1);
-        buffer.setSample (0, 0, 0.25f);
-        buffer.setSample (1, 0, -1.0f);
-        buffer.setSample (2, 0, 4.0f);
-        signals::processInPlace (curve, buffer);
-        EXPECT_EQ (curve.envelope, 1.0f);
-
-        auto silence = signals::silence (3, 2 * rate);
-        signals::inBlocks (silence, { 512 }, [&] (Buffer& block) { signals::processInPlace (curve, block); });
-        EXPECT_NEAR (static_cast<double> (curve.envelope), 0.01, 5.0e-5) << rate;
-
-        curve.prepare ({ 8000.0, 512, 3 });
-        EXPECT_EQ (curve.envelope, 0.0f);
     }
 }
 } // namespace

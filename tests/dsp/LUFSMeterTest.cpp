@@ -41,8 +41,6 @@ std::vector<float> readingsOf (const kf::LUFSMeter& meter)
              data.integrated, data.rangeStart,   data.rangeEnd };
 }
 
-// --- Published test signals: EBU Tech 3341 (loudness) and Tech 3342 (range), stereo sine of 1 kHz ----------
-
 TEST (LUFSMeter, ReadsASteadyToneOnEveryScaleAtEveryRate)
 {
     for (auto rate : { 44100.0, 44101.0, 48000.0, 192000.0 })
@@ -57,6 +55,7 @@ TEST (LUFSMeter, ReadsASteadyToneOnEveryScaleAtEveryRate)
     }
 }
 
+/** Test signals of EBU Tech 3341 (loudness) and Tech 3342 (range), stereo sine of 1 kHz. */
 TEST (LUFSMeter, ReadsThePublishedSequences)
 {
     const auto integrated = &kf::LUFSData::integrated;
@@ -101,25 +100,6 @@ TEST (LUFSMeter, ReadsThePublishedSequences)
                 << name << ", repeat " << repeat;
         }
     }
-}
-
-// --- Where the meter differs from the documents, or says more than they do --------------------------------
-
-TEST (LUFSMeter, SeesTheFirstChannelBesideTheOthersLastBinInItsMaxima)
-{
-    // Right sounds in one bin; left, in the bin with which the window leaves it. The first channel's pass
-    // still sees both, though no window holds both.
-    Listener meter;
-    const auto bin = meter.numberOfSamplesPerBin;
-    const auto tone = signals::sine (1, bin, 1000.0, 48000.0, 0.5);
-    auto buffer = signals::silence (2, 13 * bin);
-    buffer.copyFrom (1, 0, tone, 0, 0, bin);
-    buffer.copyFrom (0, 12 * bin, tone, 0, 0, bin);
-    meter.hear (buffer);
-
-    EXPECT_NEAR (static_cast<double> (meter.maxMomentaryLoudness - meter.momentaryLoudness),
-                 10.0 * std::log10 (2.0), 0.05);
-    EXPECT_EQ (meter.maxShortTermLoudness, meter.shortTermLoudness);
 }
 
 TEST (LUFSMeter, ReadsLowWhileItsWindowsFillAndIntegratesInStepsOfATenth)
@@ -237,30 +217,4 @@ TEST (LUFSMeter, ShowsNothingForSilence)
     EXPECT_TRUE (meter.getData().isLongEnough);
     EXPECT_EQ (readingsOf (meter), std::vector (7, kf::noLoudness));
 }
-
-TEST (LUFSMeter, ResetKeepsThePositionInTheBinAndNothingElse)
-{
-    Listener meter;
-    const auto halfBin = signals::sine (2, meter.numberOfSamplesPerBin / 2, 1000.0, 48000.0);
-    meter.hearTone (0.0, 5.0);
-    meter.hear (halfBin);
-    const auto currentBin = meter.currentBin;
-
-    meter.reset();
-    EXPECT_EQ (readingsOf (meter), std::vector (7, kf::noLoudness));
-    EXPECT_EQ (meter.blocksMeasured, 0);
-    EXPECT_EQ (meter.currentBin, currentBin);
-
-    // The bin ends after its second half and holds no more than that, of twelve in the window.
-    meter.hear (halfBin);
-    EXPECT_NE (meter.currentBin, currentBin);
-    EXPECT_NEAR (static_cast<double> (meter.momentaryLoudness), 10.0 * std::log10 (0.5 / 12.0), 0.1);
-
-    // Nothing of the louder past counts, and the range waits for three seconds again.
-    meter.reset();
-    meter.hearTone (-40.0, 2.8);
-    EXPECT_NEAR (static_cast<double> (meter.integratedLoudness), -40.0, 0.5);
-    EXPECT_EQ (meter.loudnessRangeStart, kf::noLoudness);
-}
-
 } // namespace

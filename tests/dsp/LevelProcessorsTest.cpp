@@ -39,17 +39,6 @@ TEST_F (Channel, HoldsAPeakForASecondAndReleasesIn300Ms)
     EXPECT_EQ (getData().heldPeak, 0.75);
 }
 
-TEST_F (Channel, MeasuresRmsOver300Ms)
-{
-    feed (1.0f, rate * 15 / 100);
-    EXPECT_NEAR (getData().rms, std::sqrt (0.5), 1.0e-4) << "half the window is full";
-    feed (1.0f, rate * 15 / 100);
-    EXPECT_NEAR (getData().rms, 1.0, 1.0e-4);
-    feed (0.0f, rate * 15 / 100);
-    EXPECT_NEAR (getData().rms, std::sqrt (0.5), 1.0e-4);
-    EXPECT_NEAR (getData().maxRms, 1.0, 1.0e-4);
-}
-
 TEST_F (Channel, RebuildsTheRunningSumOnceASecond)
 {
     juce::Random random (3);

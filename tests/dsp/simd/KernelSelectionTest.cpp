@@ -1,32 +1,10 @@
 #include "dsp/simd/KernelSignals.h"
 
 #include <array>
-#include <fstream>
-#include <iterator>
-#include <set>
-#include <sstream>
 
 namespace
 {
 using simd::InstructionSet;
-
-/** Asked of the system, since the code under test may be wrong about it. */
-bool processorHasAvx2()
-{
-    std::ifstream description ("/proc/cpuinfo");
-
-    for (std::string line; std::getline (description, line);)
-    {
-        if (! line.starts_with ("flags"))
-            continue;
-
-        std::istringstream words (line);
-        const std::set<std::string> flags (std::istream_iterator<std::string> (words), {});
-        return flags.contains ("avx2") && flags.contains ("fma");
-    }
-
-    return false;
-}
 
 /** Where the functions of the table lie that the engine calls now. */
 auto addressesInUse()
@@ -51,7 +29,8 @@ TEST (KernelSelection, IsTheBestOfTheProcessorAtLoadAndChangesEveryFunction)
     const auto atLoad = addressesInUse();
     const auto setAtLoad = simd::selected();
 
-    if (! processorHasAvx2())
+    // JUCE has its own way to ask the processor.
+    if (! (juce::SystemStats::hasAVX2() && juce::SystemStats::hasFMA3()))
     {
         EXPECT_EQ (setAtLoad, InstructionSet::baseline);
         EXPECT_FALSE (simd::isSupported (InstructionSet::avx2) || simd::select (InstructionSet::avx2));

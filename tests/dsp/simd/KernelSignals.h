@@ -70,16 +70,6 @@ inline Buffer music (int numChannels, int numSamples)
     return buffer;
 }
 
-inline Buffer sweep (int numChannels, int numSamples)
-{
-    Buffer buffer (numChannels, numSamples);
-    for (auto i = 0; i < numSamples; ++i)
-        for (auto channel = 0; channel < numChannels; ++channel)
-            buffer.setSample (channel, i,
-                              static_cast<float> (1.3 * std::sin (1.5 * i * i / numSamples + channel)));
-    return buffer;
-}
-
 inline std::vector<std::pair<const char*, Buffer>> all (int numChannels, int numSamples)
 {
     auto stops = signals::noise (numChannels, numSamples);
@@ -87,7 +77,6 @@ inline std::vector<std::pair<const char*, Buffer>> all (int numChannels, int num
 
     return { { "noise", signals::noise (numChannels, numSamples, 1.5f) },
              { "music", music (numChannels, numSamples) },
-             { "sweep", sweep (numChannels, numSamples) },
              { "denormals", signals::noise (numChannels, numSamples, 1.0e-39f) },
              { "silence", signals::silence (numChannels, numSamples) },
              { "noise that stops", stops } };
