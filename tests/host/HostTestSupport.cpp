@@ -10,17 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 
-TemporaryFolder::TemporaryFolder() : folder (juce::File::createTempFile ("orvo-host-test"))
-{
-    folder.createDirectory();
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-    folder.deleteRecursively();
-}
-
-juce::StringPairArray TemporaryFolder::contents() const
+juce::StringPairArray WorkFolder::contents() const
 {
     juce::StringPairArray result;
 
@@ -39,15 +29,15 @@ juce::File builtModule()
     return juce::File (ORVO_MODULE);
 }
 
-ProgramRun runHost (const TemporaryFolder& temporary, juce::StringArray words)
+ProgramRun runHost (const WorkFolder& temporary, juce::StringArray words)
 {
     words.insert (0, ORVO_HOST);
     return runProgram (temporary, words);
 }
 
-ProgramRun runProgram (const TemporaryFolder& temporary, juce::StringArray words)
+ProgramRun runProgram (const WorkFolder& temporary, juce::StringArray words)
 {
-    const TemporaryFolder streams;
+    const WorkFolder streams;
     const auto output = streams.file ("out"), errors = streams.file ("err");
 
     for (auto& word : words)
@@ -139,8 +129,7 @@ int main (int argc, char** argv)
     forbidDisplay();
 
     const TemporaryFolder home;
-    setenv ("HOME", home.folder.getFullPathName().toRawUTF8(), 1);
-    setenv ("XDG_CONFIG_HOME", home.folder.getFullPathName().toRawUTF8(), 1);
+    home.makeHome();
 
     const juce::ScopedJuceInitialiser_GUI juce;
     return RUN_ALL_TESTS();

@@ -1,19 +1,18 @@
 #pragma once
 
+#include "../support/TemporaryFolder.h"
+
 #include <juce_audio_formats/juce_audio_formats.h>
 
 /** A folder that goes with the test. */
-struct TemporaryFolder
+struct WorkFolder : TemporaryFolder
 {
-    TemporaryFolder();
-    ~TemporaryFolder();
-
     [[nodiscard]] juce::File file (const juce::String& name) const { return folder.getChildFile (name); }
 
     /** Every file's path with its bytes, hidden ones too. */
     [[nodiscard]] juce::StringPairArray contents() const;
 
-    juce::File folder;
+    const juce::File folder { path.string() };
 };
 
 /** The module that this build made. */
@@ -26,10 +25,10 @@ struct ProgramRun
 };
 
 /** Runs orvo-host on the built module in that folder, its streams kept apart. A crash has the exit code -1. */
-[[nodiscard]] ProgramRun runHost (const TemporaryFolder&, juce::StringArray words);
+[[nodiscard]] ProgramRun runHost (const WorkFolder&, juce::StringArray words);
 
 /** The same for any program. */
-[[nodiscard]] ProgramRun runProgram (const TemporaryFolder&, juce::StringArray words);
+[[nodiscard]] ProgramRun runProgram (const WorkFolder&, juce::StringArray words);
 
 /** What the program printed, without the last line's end. */
 [[nodiscard]] juce::StringArray linesOf (const juce::String& text);
