@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <thread>
 #include <tuple>
 
@@ -46,6 +43,9 @@ TEST (OrvoEditor, FillsTheWindowInEachLayout)
         const auto shown = shownPanels (e);
         EXPECT_EQ (shown, panels[static_cast<size_t> (layout)]);
         EXPECT_EQ (e.bandEditor.isVisible(), layout == 1);
+
+        for (auto i = 0; i < 4; ++i)
+            EXPECT_EQ (e.inputPanel.layoutButtons.buttons[i]->getToggleState(), i == layout);
 
         Rectangle<int> area (w, h);
         EXPECT_EQ (e.topBar.getBounds(), area.removeFromTop (38));
@@ -103,25 +103,6 @@ TEST (OrvoEditor, KeepsItsSizeAndMultipliesTheScales)
     EXPECT_TRUE (open.editor->isResizable());
 }
 
-TEST (OrvoEditor, GreysOutTheContentOnBypassAndLeavesTheBarsAlone)
-{
-    OpenEditor open;
-    auto& e = *open.editor;
-
-    for (const auto isOn : { false, true })
-    {
-        open.set ("enable", isOn ? 1.0 : 0.0);
-
-        for (const auto* content :
-             std::initializer_list<juce::Component*> { &e.waveformGraph, &e.bandEditor, &e.inputPanel,
-                                                       &e.outputPanel, &e.singleEditor, &e.lowBandEditor })
-            EXPECT_EQ (content->isEnabled(), isOn);
-
-        EXPECT_TRUE (e.topBar.isEnabled());
-        EXPECT_TRUE (e.tooltipPanel.isEnabled());
-    }
-}
-
 TEST (OrvoEditor, LaysOverlaysOverTheContentInTheirOrder)
 {
     OpenEditor open;
@@ -144,8 +125,9 @@ TEST (OrvoEditor, LaysOverlaysOverTheContentInTheirOrder)
     open.close();
     open.plugin.processor.toastManager.showError ("Lost");
     open.open();
-    EXPECT_TRUE (open.editor->toastManager->isVisible());
     EXPECT_EQ (open.editor->toastManager->getParentComponent(), open.editor.get());
+    EXPECT_TRUE (open.editor->toastManager->toasts[0]->isShowing());
+    EXPECT_EQ (open.editor->toastManager->toasts[0]->getBounds(), (Rectangle<int> (10, 20, 1048, 50)));
 }
 
 TEST (OrvoEditor, FollowsRestoredStateAndLoadedPresets)
@@ -190,6 +172,14 @@ TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
     EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (1.5f));
     EXPECT_EQ (open.editor->lookAndFeel->lookAndFeel.themeName, "Night");
 
+    // What is not saved yet is not lost to a newer file.
+    open.plugin.processor.settings.setValue ("scale", 2.0);
+    settingsFile.setLastModificationTime (juce::Time (2030, 1, 1, 0, 0));
+    open.editor->settingsModal.fileListener.timerCallback();
+    dispatchMessages();
+    EXPECT_EQ (open.editor->settingsModal.scaleBox.getText(), "Massive");
+    open.plugin.processor.settings.saveOrLog();
+
     // Without a window nothing watches the file.
     open.close();
     settingsFile.replaceWithText ("<PROPERTIES><VALUE name=\"scale\" val=\"0.5\"/><VALUE name=\"theme\" "
@@ -211,21 +201,32 @@ TEST (OrvoEditor, LeavesNobodyBehindWhenItCloses)
     auto& p = open.plugin.processor;
     juce::MemoryBlock state;
     p.getStateInformation (state);
-    open.close();
 
     // Everything that an open window listens to.
-    for (const auto& parameter : expected::parameters())
-        for (const auto value : { parameter.max, parameter.min, parameter.defaultValue })
-            open.plugin.set (parameter.id, value);
+    const auto automate = [&]
+    {
+        for (const auto& parameter : expected::parameters())
+            for (const auto value : { parameter.max, parameter.min, parameter.defaultValue })
+                open.plugin.set (parameter.id, value);
+    };
+    const auto changeAll = [&]
+    {
+        automate();
+        EXPECT_TRUE (p.presetManager.loadPreset (1));
+        p.presetManager.finishSaving (open.config.preset ("User/New.tpre"),
+                                      p.presetManager.makePresetText ({}, {}, {}));
+        p.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
+        p.licenceManager.setStatus ({});
+        p.settings.setValue ("scale", 2.0);
+        p.settings.sendChangeMessage();
+        p.toastManager.showError ("Alone");
+    };
 
-    EXPECT_TRUE (p.presetManager.loadPreset (1));
-    p.presetManager.finishSaving (open.config.preset ("User/New.tpre"),
-                                  p.presetManager.makePresetText ({}, {}, {}));
-    p.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
-    p.licenceManager.setStatus ({});
-    p.settings.setValue ("scale", 2.0);
-    p.settings.sendChangeMessage();
-    p.toastManager.showError ("Alone");
+    // The window closes with all that still on its way to it.
+    changeAll();
+    std::thread (automate).join();
+    open.close();
+    changeAll();
     dispatchMessages();
     EXPECT_EQ (p.toastManager.getParentComponent(), nullptr);
     open.open();
@@ -342,7 +343,12 @@ TEST (OrvoEditor, ShowsAndHidesWhatLicensingLaysOverIt)
     const auto look = [&] (int x, int y) { return open.window->render().getPixelAt (x, y); };
     const auto bar = look (300, 5), panel = open.editor->findColour (luna::ColourIds::panelColourId);
 
+    // The button that is on stays on, and tells the host nothing more.
+    GestureRecorder recorder (open.plugin.parameter ("layout"));
     EXPECT_EQ (clickLayout (2), 2.0);
+    EXPECT_EQ (clickLayout (2), 2.0);
+    EXPECT_TRUE (open.editor->inputPanel.layoutButtons.buttons[2]->getToggleState());
+    EXPECT_EQ (recorder.events, (std::vector<std::string> { "begin", "=2", "end" }));
 
     // The notice stands below the top bar and lets the mouse through.
     status ("", "Trial");
@@ -383,84 +389,4 @@ TEST (OrvoEditor, FollowsAChangeThatComesAtOnceAfterAnother)
         EXPECT_TRUE (eventually ([&p = *panel] { return p.isVisible(); })) << layout;
         EXPECT_FALSE (open.editor->bandEditor.isVisible()) << layout;
     }
-}
-
-namespace
-{
-/** A host that automates everything an editor follows, at full rate, and restores state in between. */
-void automate (PluginUnderTest& plugin, const juce::MemoryBlock& state, const std::atomic<bool>& isRunning)
-{
-    juce::AudioBuffer<float> block (2, 64);
-
-    for (auto i = 0; isRunning; ++i)
-    {
-        plugin.set ("layout", i % 4);
-        plugin.set ("enable", i % 3 == 0 ? 0.0 : 1.0);
-        plugin.set ("mode_single", i % 5);
-        plugin.set ("enable_post", i % 2);
-
-        if (i % 16 == 0)
-            plugin.processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
-
-        block.clear();
-        plugin.process (block);
-
-        // A block's length, less than a host would wait.
-        std::this_thread::sleep_for (std::chrono::microseconds (300));
-    }
-}
-} // namespace
-
-TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
-{
-    const TemporaryConfig config;
-    config.addPreset ("Factory/Loud.tpre", stateText());
-
-    // As a plug-in's view lies in its host's window. A window of its own gets its size when the window manager has
-    // thought about it, and until then the old one.
-    juce::Component hostWindow;
-    hostWindow.addToDesktop (juce::ComponentPeer::windowIsTemporary);
-
-    constexpr auto numInstances = 4, numRounds = 4;
-    std::vector<std::unique_ptr<PluginUnderTest>> plugins;
-    std::vector<std::thread> hosts;
-    std::atomic<bool> isRunning { true };
-    juce::MemoryBlock state;
-
-    for (auto i = 0; i < numInstances; ++i)
-    {
-        plugins.push_back (std::make_unique<PluginUnderTest>());
-        plugins.back()->processor.getStateInformation (state);
-        hosts.emplace_back ([&, &plugin = *plugins.back(), s = state] { automate (plugin, s, isRunning); });
-    }
-
-    for (auto round = 0; round < numRounds; ++round)
-    {
-        std::vector<std::unique_ptr<juce::AudioProcessorEditor>> editors;
-
-        for (auto& plugin : plugins)
-        {
-            editors.emplace_back (plugin->processor.createEditorIfNeeded());
-            editors.back()->addToDesktop (0, hostWindow.getWindowHandle());
-            editors.back()->setVisible (true);
-            editors.back()->setSize (977 + 10 * round, 800 + round);
-        }
-
-        // Messages that are pending when a window goes must find nobody.
-        for (auto i = 0; i < round; ++i)
-            juce::detail::dispatchNextMessageOnSystemQueue (true);
-
-        for (size_t i = 0; i < editors.size(); ++i)
-        {
-            EXPECT_EQ (plugins[i]->processor.editorWidth, 977 + 10 * round);
-            plugins[i]->processor.editorBeingDeleted (editors[i].get());
-        }
-    }
-
-    isRunning = false;
-
-    for (auto& host : hosts)
-        host.join();
-
-    dispatchMessages();
 }

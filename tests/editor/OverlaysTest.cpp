@@ -16,11 +16,13 @@ namespace
 const Colour primary (0xff3470b7), warning (0xffe0624c), panel (0xff32363a), text (0xffb5b5b5);
 } // namespace
 
-TEST (Overlays, DrawEachToastInTheColourOfItsType)
+TEST (Overlays, DrawLogAndDismissToastsByTheirType)
 {
     using namespace tessarin;
     OpenEditor open;
     auto& toasts = open.plugin.processor.toastManager;
+    open.plugin.processor.logger.getTime = [] { return juce::Time (2026, 1, 1, 12, 0, 0, 0, true); };
+    juce::String lines;
     const auto before = open.window->render();
     const juce::Font font (juce::FontOptions (16.0f));
 
@@ -32,8 +34,12 @@ TEST (Overlays, DrawEachToastInTheColourOfItsType)
     };
 
     for (const auto& [type, isDismissible, shown, colour] : cases)
+    {
         toasts.showToast ("It failed", type, isDismissible);
+        lines << "01/02/2026 12:00:00 " << shown << "\r\n";
+    }
 
+    EXPECT_TRUE (open.config.log().endsWith (lines));
     const auto image = open.window->render();
     EXPECT_TRUE (pixels::areNear (image.getPixelAt (3, 700),
                                   before.getPixelAt (3, 700).overlaidWith (Colour (0xcc000000)), 1));
@@ -52,6 +58,30 @@ TEST (Overlays, DrawEachToastInTheColourOfItsType)
             << i;
         EXPECT_NE (image.getPixelAt (10, bounds.getY()), colour) << "the corner is round";
     }
+
+    const auto click = [&] (int toast, int fromRight)
+    {
+        open.window->clickMouse (*toasts.toasts[toast], { toasts.getWidth() - 20 - fromRight, 10 });
+        dispatchMessages();
+        return toasts.toasts.size();
+    };
+
+    // Those below move up.
+    EXPECT_EQ (click (3, 1), 4);
+    EXPECT_EQ (click (0, 70), 4);
+    EXPECT_EQ (click (0, 69), 3);
+    EXPECT_EQ (click (1, 1), 2);
+    EXPECT_EQ (toasts.toasts[0]->type, toastSuccess);
+    EXPECT_EQ (toasts.toasts[1]->getBounds(), Rectangle<int> (10, 80, 1048, 50));
+    toasts.toasts.clear();
+    toasts.showError ("The last");
+    EXPECT_TRUE (toasts.isVisible());
+    EXPECT_EQ (click (0, 1), 0);
+    EXPECT_FALSE (toasts.isVisible());
+
+    toasts.showError ("In a wider window");
+    open.editor->setSize (1200, 900);
+    EXPECT_EQ (toasts.toasts[0]->getBounds(), Rectangle<int> (10, 20, 1180, 50));
 }
 
 TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
@@ -81,6 +111,12 @@ TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
 
     open.window->clickMouse (modal.logButton, { 10, 10 });
     EXPECT_EQ (files.readLastArgument(), open.config.file ("log.log").getParentDirectory().getFullPathName());
+
+    // A click beside the panel closes it.
+    open.window->clickMouse (modal, { 364, 100 });
+    EXPECT_TRUE (modal.isVisible());
+    open.window->clickMouse (modal, { 363, 100 });
+    EXPECT_FALSE (modal.isVisible());
 }
 
 TEST (Overlays, TellInTheStripWhatIsUnderTheMouse)

@@ -169,6 +169,12 @@ TEST (Strips, MoveTheirGraphsWithWhatTheyShow)
 
     open.set ("layout", 1);
     EXPECT_TRUE (open.isMovedBy (open.editor->bandEditor, [&] { p.spectrum.magnitudes.fill (0.1f); }));
+
+    // A bypass greys out all between the bars.
+    auto& e = *open.editor;
+    open.set ("enable", 0.0);
+    EXPECT_FALSE (e.waveformGraph.isEnabled() || e.bandEditor.isEnabled() || e.inputPanel.isEnabled());
+    EXPECT_TRUE (e.topBar.isEnabled() && e.tooltipPanel.isEnabled());
 }
 
 TEST (Strips, ShowTheirTextsInTheTooltipStrip)
@@ -241,6 +247,9 @@ TEST (Strips, ShowTheirTextsInTheTooltipStrip)
     });
     e.setPresetBrowserVisible (true);
     expectTooltips ({
+        { browser.categories.badges[0],
+          "Category Filter: Show only presets with a category of 'Tools'. Multiple filters can be selected. "
+          "Right click to clear filters." },
         { &browser.randomButton, "Random Preset: Select a random preset from the list" },
         { &browser.modeToggle.left, "Show: Show any presets which match the filter" },
         { &browser.modeToggle.right, "Hide: Hide any presets which match the filter" },

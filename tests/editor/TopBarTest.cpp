@@ -45,6 +45,15 @@ struct TopBar : testing::Test
 {
     void click (juce::Component& target) { window.clickMouse (target, target.getLocalBounds().getCentre()); }
 
+    /** Of the five. */
+    void expectShown (int index)
+    {
+        EXPECT_EQ (bar.presetBox.getText(), processor.getProgramName (index));
+        EXPECT_EQ (processor.getCurrentProgram(), index);
+        EXPECT_EQ (bar.previousButton.isEnabled(), index != 0) << index;
+        EXPECT_EQ (bar.nextButton.isEnabled(), index != 4) << index;
+    }
+
     String themeAfterClicks (int number, int keys = 0)
     {
         juce::ModifierKeys::currentModifiers = juce::ModifierKeys (keys);
@@ -73,14 +82,6 @@ TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
 {
     EXPECT_EQ (describe (*bar.presetBox.getRootMenu()),
                "Initial Patch 1, A Kick { One 2 }, B Snare { Two 3 }, -, User { Mine 4, Sub { Deep 5 } }");
-
-    const auto expectShown = [&] (int index)
-    {
-        EXPECT_EQ (bar.presetBox.getText(), processor.getProgramName (index));
-        EXPECT_EQ (processor.getCurrentProgram(), index);
-        EXPECT_EQ (bar.previousButton.isEnabled(), index != 0) << index;
-        EXPECT_EQ (bar.nextButton.isEnabled(), index != 4) << index;
-    };
 
     for (const auto index : { 0, 1, 2, 3, 4, 4 })
     {
@@ -168,9 +169,7 @@ TEST_F (TopBar, GoesOnFromThePresetThatAHostRestores)
 
         ownThread ? std::thread (restore).join() : restore();
         dispatchMessages();
-        EXPECT_EQ (bar.presetBox.getSelectedId(), index + 1);
-        EXPECT_EQ (bar.previousButton.isEnabled(), index != 0) << index;
-        EXPECT_EQ (bar.nextButton.isEnabled(), index != 4) << index;
+        expectShown (index);
         EXPECT_EQ (table.shownPresets[table.table.getSelectedRow()].index, index);
         EXPECT_EQ (editor.presetBrowser.display.getPreset().index, index);
     }

@@ -3,8 +3,6 @@
 #include "Pixels.h"
 #include "settings/TessarinLookAndFeel.h"
 #include "widgets/IconButton.h"
-#include "widgets/ModalWindow.h"
-#include "widgets/ParameterChoiceButtons.h"
 #include "widgets/ParameterLabelSlider.h"
 
 #include <gtest/gtest.h>
@@ -110,51 +108,14 @@ TEST_F (Controls, ButtonsShowTheirStateInFillAndIcon)
     }
 }
 
-TEST_F (Controls, ChoiceButtonsFollowAndSetTheirParameter)
-{
-    luna::ParameterChoiceButtons choice ("layout", processor.parameters, { "A", "B", "C", "D" });
-    choice.spacing = 5;
-    choice.setSize (100, 80);
-    OffscreenWindow window (choice);
-
-    const auto isOn = [&] (int i) { return choice.buttons[i]->getToggleState(); };
-    auto& parameter = *processor.parameters.getParameter ("layout");
-    GestureRecorder recorder (parameter);
-    const std::vector<std::string> one { "begin", "=2", "end" };
-
-    window.clickMouse (*choice.buttons[2], { 10, 10 });
-    EXPECT_EQ (recorder.events, one);
-    choice.handleUpdateNowIfNeeded();
-    EXPECT_TRUE (isOn (2) && ! isOn (0));
-
-    window.clickMouse (*choice.buttons[2], { 10, 10 });
-    EXPECT_EQ (recorder.events, one);
-    EXPECT_TRUE (isOn (2));
-
-    // Automation moves the highlight with the next message, not at once.
-    parameter.setValueNotifyingHost (1.0f);
-    EXPECT_TRUE (isOn (2));
-    choice.handleUpdateNowIfNeeded();
-    EXPECT_TRUE (isOn (3));
-}
-
-TEST_F (Controls, LabelSliderShowsAndReadsText)
-{
-    tessarin::ParameterLabelSlider control ("Gain", "gain_single", processor.parameters);
-    control.setSize (60, 95);
-    auto& slider = control.slider;
-
-    EXPECT_EQ (control.valueLabel.getText(), "0.0dB");
-    EXPECT_DOUBLE_EQ (slider.getValueFromText ("1,5"), slider.getValueFromText ("1.5"));
-    EXPECT_DOUBLE_EQ (slider.getValueFromText ("1,5"), 1.5);
-}
-
 TEST_F (Controls, KnobStandsWhereItsFormulasSay)
 {
     tessarin::ParameterLabelSlider control ("Gain", "gain_single", processor.parameters);
     control.setSize (60, 95);
     OffscreenWindow window (control);
     const auto parameters = control.slider.getRotaryParameters();
+    EXPECT_EQ (control.valueLabel.getText(), "0.0dB");
+    EXPECT_DOUBLE_EQ (control.slider.getValueFromText ("1,5"), 1.5);
 
     // A point on the arc of radius 27 about (30, 33); angles run clockwise from twelve.
     const auto arcColour = [&] (float proportion)
@@ -178,27 +139,4 @@ TEST_F (Controls, KnobStandsWhereItsFormulasSay)
     control.setEnabled (false);
     EXPECT_EQ (arcColour (0.25f), colour (sliderTrackBackgroundColourId));
     EXPECT_EQ (window.render (4.0f).getPixelAt (120, 132), colour (disabledElementColourId));
-}
-
-TEST_F (Controls, ModalClosesOnAClickBesideItsPanel)
-{
-    struct Dialog : public tessarin::ModalWindow
-    {
-        Dialog() : ModalWindow ("A Dialog") {}
-
-        void resized() override { placePanel (200); }
-    };
-
-    juce::Component editor;
-    Dialog dialog;
-    editor.addChildComponent (dialog);
-    editor.setSize (1068, 800);
-    dialog.setBounds (editor.getLocalBounds());
-
-    OffscreenWindow window (editor);
-    dialog.setVisible (true);
-    window.clickMouse (dialog, dialog.panelBounds.getTopLeft());
-    EXPECT_TRUE (dialog.isVisible());
-    window.clickMouse (dialog, dialog.panelBounds.getTopLeft().translated (-1, 0));
-    EXPECT_FALSE (dialog.isVisible());
 }

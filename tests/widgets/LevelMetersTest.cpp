@@ -61,20 +61,6 @@ protected:
 };
 } // namespace
 
-TEST (DecibelMeterBase, GivesTheUpperPartOfTheScaleMoreRoom)
-{
-    const DecibelMeterBase meter;
-
-    for (const auto& [db, proportion] : { std::pair { -60.0, 0.0 },
-                                          { -100.0, 0.0 },
-                                          { -30.0, 0.25 },
-                                          { 0.0, 1.0 },
-                                          { 6.0, 1.0 },
-                                          { notANumber, 0.0 },
-                                          { infinity, 1.0 } })
-        EXPECT_NEAR (meter.proportionOf (db), proportion, 1.0e-12) << db;
-}
-
 TEST_F (LevelMeters, DrawBarsAndHoldLineWhereTheScaleHasThem)
 {
     const auto dark = juce::Colour (bar).darker (0.4f).getARGB();
