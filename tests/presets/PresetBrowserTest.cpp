@@ -363,8 +363,6 @@ TEST_F (Browser, StepsThroughTheRowsByKeysAndStopsAtTheEnds)
         { KeyPress::downKey, "Zed" },
         { KeyPress::upKey, "Two" },
         { KeyPress::leftKey, "Two" },
-        { KeyPress::pageUpKey, "Initial Patch" },
-        { KeyPress::pageDownKey, "Zed" },
         { KeyPress::homeKey, "Initial Patch" },
     };
 
@@ -376,35 +374,24 @@ TEST_F (Browser, StepsThroughTheRowsByKeysAndStopsAtTheEnds)
     }
 }
 
-TEST_F (Browser, PicksARandomPresetAmongTheShownRowsOnly)
+TEST_F (Browser, PicksARandomPresetAmongTheShownRowsUnlessItIsGone)
 {
     clickBadge ("B");
+    config.preset ("Factory/Bass/Sub/Low.tpre").deleteFile();
+    manager.finishSaving (config.preset ("User/New.tpre"), manager.makePresetText ({}, {}, {}));
+    ASSERT_EQ (browser.table.shownPresets.size(), 3) << "its row stays";
     Words picked;
 
-    // Each of the three comes up but once in 10^17 runs.
+    // Each of the two comes up but once in 10^30 runs.
     for (auto i = 0; i < 100; ++i)
     {
+        manager.loadPreset (0);
         browser.randomButton.onClick();
         EXPECT_EQ (selected(), current());
         picked.insert (current());
     }
 
-    EXPECT_EQ (picked, rows());
-}
-
-TEST_F (Browser, PicksNoRandomPresetThatIsGone)
-{
-    clickBadge ("C");
-    config.preset ("User/One.tpre").deleteFile();
-    manager.finishSaving (config.preset ("User/New.tpre"), manager.makePresetText ({}, {}, {}));
-    ASSERT_EQ (browser.table.shownPresets.size(), 2) << "its row stays";
-
-    for (auto i = 0; i < 60; ++i)
-    {
-        manager.loadPreset (0);
-        browser.randomButton.onClick();
-        EXPECT_EQ (current(), "Zed");
-    }
+    EXPECT_EQ (picked, (Words { "Deep", "Zed" }));
 }
 
 TEST_F (Browser, DoesNothingWithoutRows)
@@ -437,7 +424,12 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
     manager.loadPresets();
     browser.setVisible (true);
     EXPECT_EQ (rows(), (Words { "Low", "Mid" })) << "the same folder, with the new indices";
-    EXPECT_EQ (browser.categories.badges.size(), 5);
+    juce::StringArray badges;
+
+    for (const auto* badge : browser.categories.badges)
+        badges.add (badge->text);
+
+    EXPECT_EQ (badges.joinIntoString (" "), "A B C New Tools");
     EXPECT_TRUE (browser.tree.treeView.getItemOnRow (1)->isSelected());
     manager.finishSaving (config.preset ("User/New.tpre"), stateText());
     EXPECT_EQ (rows(), (Words { "Low", "Mid" })) << "a save elsewhere leaves the folder chosen";
@@ -471,19 +463,6 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
     EXPECT_EQ (selected(), "Zed");
     press (KeyPress::upKey);
     EXPECT_EQ (selected(), "One");
-}
-
-TEST_F (Browser, HasABadgeForEachCategoryButTheEmptyOne)
-{
-    juce::StringArray texts;
-
-    for (const auto* badge : browser.categories.badges)
-        texts.add (badge->text);
-
-    EXPECT_EQ (texts, (juce::StringArray { "A", "B", "C", "Tools" }));
-    EXPECT_EQ (browser.categories.badges[1]->getTooltip(),
-               "Category Filter: Show only presets with a category of 'B'. Multiple filters can be selected. "
-               "Right click to clear filters.");
 }
 
 TEST_F (Browser, KeepsWhiteLegibleOnItsBadgesInAllThemes)

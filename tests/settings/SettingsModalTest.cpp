@@ -57,45 +57,6 @@ TEST_F (SettingsModal, OffersSixScalesAndShowsNoOther)
     }
 }
 
-TEST_F (SettingsModal, FollowsWhatAnotherInstanceSaves)
-{
-    struct Editor : public juce::ChangeListener
-    {
-        void changeListenerCallback (juce::ChangeBroadcaster*) override { ++changes; }
-
-        int changes = 0;
-    };
-
-    Instance instance, other;
-    Editor editor;
-    instance.settings.addChangeListener (&editor);
-
-    const auto tick = [&]
-    {
-        instance.modal.fileListener.timerCallback();
-        instance.modal.fileListener.dispatchPendingMessages();
-        instance.settings.dispatchPendingMessages();
-    };
-
-    tick();
-    EXPECT_EQ (editor.changes, 0) << "nothing happened since the start";
-    other.modal.scaleBox.setText ("Small", juce::sendNotificationSync);
-    tick();
-    tick();
-    EXPECT_EQ (editor.changes, 1);
-    EXPECT_EQ (instance.settings.getDoubleValue ("scale"), 0.75);
-    EXPECT_EQ (instance.modal.scaleBox.getText(), "Small");
-
-    file.setLastModificationTime (juce::Time (2020, 1, 1, 0, 0));
-    tick();
-    EXPECT_EQ (editor.changes, 2) << "an older file, from a backup, is another file too";
-
-    instance.settings.setValue ("scale", 2.0);
-    file.setLastModificationTime (juce::Time (2030, 1, 1, 0, 0));
-    tick();
-    EXPECT_EQ (instance.modal.scaleBox.getText(), "Massive") << "not saved yet, so not lost";
-}
-
 TEST_F (SettingsModal, LogsWhyItCannotSave)
 {
     const auto expectLog = [] (const juce::String& expected)

@@ -80,13 +80,6 @@ TEST (Settings, FallBackToTheDefaultsWhenTheFileIsDamaged)
         EXPECT_EQ ((isXml ? file : aside).getSize(), static_cast<juce::int64> (std::strlen (text)))
             << "nothing is lost";
     }
-
-    file.deleteFile();
-    file.createDirectory();
-    OrvoAudioProcessor processor;
-    processor.settings.setValue ("scale", 1.25);
-    EXPECT_FALSE (processor.settings.saveIfNeeded());
-    EXPECT_EQ (processor.settings.getDoubleValue ("scale", 1.0), 1.25) << "in force without a file";
 }
 
 String withValues (const char* scale, const char* prologue = "")

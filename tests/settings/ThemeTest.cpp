@@ -1,7 +1,9 @@
 #include "common/ColourIds.h"
+#include "settings/TessarinLogger.h"
 #include "settings/TessarinLookAndFeel.h"
 #include "settings/ThemeColours.h"
 #include "settings/ThemeResolver.h"
+#include "support/TemporaryConfig.h"
 #include "widgets/Pixels.h"
 
 #include <gtest/gtest.h>
@@ -53,18 +55,6 @@ constexpr std::array<KeyRow, 27> keyRows { {
     { "correlationmeter.middle", 0x8000072, { 0x2d2d2d, 0xd1d1d1, 0x111111, 0x2d2d2d } },
     { "flock.predator", 0x8000080, { 0xaa4500, 0xaa4500, 0xaa4500, 0xaa4500 } },
 } };
-
-/** Keeps the last line that was logged. */
-struct LogProbe : public juce::Logger
-{
-    LogProbe() { setCurrentLogger (this); }
-
-    ~LogProbe() override { setCurrentLogger (nullptr); }
-
-    void logMessage (const juce::String& message) override { lines.add (message); }
-
-    juce::StringArray lines;
-};
 } // namespace
 
 TEST (Themes, ResolveEveryKeyAndFillTheTable)
@@ -167,11 +157,12 @@ TEST (Look, PointsDownAtOpenFoldersAndRightAtClosedOnes)
 
 TEST (Themes, OfUnknownNamesTurnYellowWithOneLinePerKey)
 {
+    const TemporaryConfig config;
+    const tessarin::TessarinLogger logger (config.file ("log.log"));
     tessarin::TessarinLookAndFeel look;
-    LogProbe log;
     look.setTheme ("Light");
 
-    EXPECT_EQ (log.lines.size(), 27);
+    EXPECT_EQ (juce::StringArray::fromLines (config.log().trimEnd()).size(), 27);
     EXPECT_EQ (look.findColour (primaryColourId), juce::Colours::yellow);
     EXPECT_EQ (look.findColour (juce::TextButton::buttonOnColourId), juce::Colours::yellow);
 }
