@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <thread>
 #include <tuple>
 
@@ -171,6 +174,13 @@ TEST (OrvoEditor, FollowsSettingsOfOtherInstancesAndTheLicence)
     EXPECT_EQ (settingsFile.loadFileAsString(), text);
     EXPECT_TRUE (open.editor->getTransform() == juce::AffineTransform::scale (1.5f));
     EXPECT_EQ (open.editor->lookAndFeel->lookAndFeel.themeName, "Night");
+
+    // A file from a backup is older.
+    settingsFile.replaceWithText (text.replace ("1.5", "0.75"));
+    settingsFile.setLastModificationTime (juce::Time (2020, 1, 1, 0, 0));
+    open.editor->settingsModal.fileListener.timerCallback();
+    dispatchMessages();
+    EXPECT_EQ (open.editor->settingsModal.scaleBox.getText(), "Small");
 
     // What is not saved yet is not lost to a newer file.
     open.plugin.processor.settings.setValue ("scale", 2.0);
@@ -389,4 +399,84 @@ TEST (OrvoEditor, FollowsAChangeThatComesAtOnceAfterAnother)
         EXPECT_TRUE (eventually ([&p = *panel] { return p.isVisible(); })) << layout;
         EXPECT_FALSE (open.editor->bandEditor.isVisible()) << layout;
     }
+}
+
+namespace
+{
+/** A host that automates everything an editor follows, at full rate, and restores state in between. */
+void automate (PluginUnderTest& plugin, const juce::MemoryBlock& state, const std::atomic<bool>& isRunning)
+{
+    juce::AudioBuffer<float> block (2, 64);
+
+    for (auto i = 0; isRunning; ++i)
+    {
+        plugin.set ("layout", i % 4);
+        plugin.set ("enable", i % 3 == 0 ? 0.0 : 1.0);
+        plugin.set ("mode_single", i % 5);
+        plugin.set ("enable_post", i % 2);
+
+        if (i % 16 == 0)
+            plugin.processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
+
+        block.clear();
+        plugin.process (block);
+
+        // A block's length, less than a host would wait.
+        std::this_thread::sleep_for (std::chrono::microseconds (300));
+    }
+}
+} // namespace
+
+TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
+{
+    const TemporaryConfig config;
+    config.addPreset ("Factory/Loud.tpre", stateText());
+
+    // As a plug-in's view lies in its host's window. A window of its own gets its size when the window manager has
+    // thought about it, and until then the old one.
+    juce::Component hostWindow;
+    hostWindow.addToDesktop (juce::ComponentPeer::windowIsTemporary);
+
+    constexpr auto numInstances = 4, numRounds = 4;
+    std::vector<std::unique_ptr<PluginUnderTest>> plugins;
+    std::vector<std::thread> hosts;
+    std::atomic<bool> isRunning { true };
+    juce::MemoryBlock state;
+
+    for (auto i = 0; i < numInstances; ++i)
+    {
+        plugins.push_back (std::make_unique<PluginUnderTest>());
+        plugins.back()->processor.getStateInformation (state);
+        hosts.emplace_back ([&, &plugin = *plugins.back(), s = state] { automate (plugin, s, isRunning); });
+    }
+
+    for (auto round = 0; round < numRounds; ++round)
+    {
+        std::vector<std::unique_ptr<juce::AudioProcessorEditor>> editors;
+
+        for (auto& plugin : plugins)
+        {
+            editors.emplace_back (plugin->processor.createEditorIfNeeded());
+            editors.back()->addToDesktop (0, hostWindow.getWindowHandle());
+            editors.back()->setVisible (true);
+            editors.back()->setSize (977 + 10 * round, 800 + round);
+        }
+
+        // Messages that are pending when a window goes must find nobody.
+        for (auto i = 0; i < round; ++i)
+            juce::detail::dispatchNextMessageOnSystemQueue (true);
+
+        for (size_t i = 0; i < editors.size(); ++i)
+        {
+            EXPECT_EQ (plugins[i]->processor.editorWidth, 977 + 10 * round);
+            plugins[i]->processor.editorBeingDeleted (editors[i].get());
+        }
+    }
+
+    isRunning = false;
+
+    for (auto& host : hosts)
+        host.join();
+
+    dispatchMessages();
 }
