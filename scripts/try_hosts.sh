@@ -15,7 +15,8 @@ source scripts/lib/common.sh
 # name, driver and its arguments, the system that the host comes from, and its packages
 hosts='ardour-7|ardour.py 7|here|ardour
 ardour-8|ardour.py 8|debian-13|ardour
-qtractor|qtractor.py|debian-13|qtractor jackd2'
+qtractor|qtractor.py|debian-13|qtractor jackd2
+bespoke|bespoke.py|debian-13|bespokesynth libgl1-mesa-dri jackd2 jack-example-tools sndfile-tools'
 
 usage() { fail "usage: scripts/try_hosts.sh [--rounds N] [--module PATH] [--keep] [HOST...], hosts: $(cut -d'|' -f1 <<< "$hosts" | xargs)"; }
 
