@@ -104,8 +104,9 @@ class Bespoke:
 
     def drag(self, start, end):
         x, y = common.geometry(self.main)[:2]
-        common.run("xdotool", "mousemove", str(x + start[0]), str(y + start[1]), "sleep", "0.3", "mousedown", "1", "sleep",
-                   "0.3", "mousemove", str(x + end[0]), str(y + end[1]), "sleep", "0.3", "mouseup", "1", "sleep", "0.3")
+        common.run("xdotool", "mousemove", str(x + start[0]), str(y + start[1]), "sleep", "0.6", "mousedown", "1",
+                   "sleep", "0.6", "mousemove", str(x + end[0]), str(y + end[1]), "sleep", "0.6", "mouseup", "1",
+                   "sleep", "0.6")
 
     def scan(self):
         def manage():
