@@ -205,8 +205,20 @@ def picture(name, window="root"):
     return f"{OUT}/{name}.png"
 
 
+def scene():
+    """What a picture does not show: windows, the focus, the pointer and what lies under it."""
+    with open(f"{OUT}/failure.txt", "w") as file:
+        for command in (("wmctrl", "-l", "-G"), ("xdotool", "getwindowfocus"), ("xdotool", "getmouselocation"),
+                        ("xwininfo", "-root", "-tree")):
+            file.write(f"{' '.join(command)}\n{run(*command)}\n")
+
+
 def colours(window):
-    data = subprocess.run(["import", "-silent", "-window", window, "png:-"], capture_output=True).stdout
+    """0 if there is no picture: once the window is gone, import waits for somebody to click on another."""
+    try:
+        data = subprocess.run(["import", "-silent", "-window", window, "png:-"], capture_output=True, timeout=20).stdout
+    except subprocess.TimeoutExpired:
+        return 0
     text = subprocess.run(["identify", "-format", "%k", "-"], input=data, capture_output=True, text=False).stdout
     return int(text or 0)
 
@@ -318,6 +330,7 @@ def main(name, drive):
         result.failed.append(f"the driver failed: {error!r}")
     if result.failed:
         picture("failure")
+        scene()
     else:
         try:
             wait_for(lambda: not leftovers(programs), "the host's last process", 10)
