@@ -11,7 +11,7 @@ import soundfile
 
 import common
 import rounds
-from common import HOME, INPUT, RATE, SECONDS, Failure, Program, wait_for
+from common import HOME, INPUT, RATE, SECONDS, Ended, Failure, Program, say, wait_for
 
 DATA = f"{HOME}/Documents/BespokeSynth"
 STATE = f"{HOME}/session.bsk"
@@ -88,6 +88,17 @@ class Bespoke:
         common.place(self.main, 0, 30, -1, -1)
         wait_for(lambda: self.program.check() and "BespokeSynth:out" in self.ports(), "Bespoke's sound", 60)
         wait_for(lambda: self.program.check() and common.colours(self.main) > 100, "Bespoke's canvas", 60)
+
+    def start_first(self, result):
+        """Bespoke crashes now and then as it starts, before it has looked for any plug-in; then it is started again."""
+        for tries_left in reversed(range(4)):
+            try:
+                self.start()
+                return
+            except Ended as end:
+                if tries_left == 0:
+                    raise
+                result.saw(f"the host crashed as it started: {end}")
 
     def ports(self):
         return common.run(*common.PREFIX, "jack_lsp", "-s", SERVER)
@@ -204,6 +215,22 @@ class Bespoke:
         self.connect_ports(*((f"jackplay:out_{side}", f"BespokeSynth:in_{side}") for side in (1, 2)))
         return player
 
+    def compare(self, result):
+        """Everything runs in real time here, and a busy machine loses blocks: then it is recorded again. What counts is
+        one recording in which nothing differs."""
+        expected = common.reference("expected", "oversampling=4x")
+        for number in range(1, 5):
+            try:
+                largest = common.difference(whole_pass(self.record(f"record-{number}"), expected), expected, "record")
+                break
+            except Failure as failure:
+                say(str(failure))
+                if number == 4:
+                    raise
+        result.saw(f"sound as orvo-host's but for {largest:.2g}")
+        if number > 1:
+            result.saw(f"recorded {number} times until no block was lost")
+
     def record(self, name):
         """Long enough that one whole pass of the input is in it."""
         target = f"{common.OUT}/{name}.wav"
@@ -227,7 +254,7 @@ def drive(result, programs):
     result.version = re.search(r"\d+\.\d+\.\d+", common.run(*common.PREFIX, "dpkg-query", "-W", "bespokesynth")).group()
     configure()
     host = Bespoke(programs)
-    host.start()
+    host.start_first(result)
     host.scan()
     result.did("scan")
     for instance in range(8):
@@ -260,11 +287,9 @@ def drive(result, programs):
     common.close(window)
     wait_for(lambda: not host.find(), "the window to close")
     player = host.play()
-    expected = common.reference("expected", "oversampling=4x")
-    largest = common.difference(whole_pass(host.record("record"), expected), expected, "record")
+    host.compare(result)
     player.stop()
     result.did("load and record")
-    result.saw(f"sound as orvo-host's but for {largest:.2g}")
     host.quit()
 
 
