@@ -205,9 +205,18 @@ def picture(name, window="root"):
     return f"{OUT}/{name}.png"
 
 
+def pointer_is_held():
+    """Whether a click waits for the window manager: it gets each click first and passes it on, and until then the
+    pointer stands still and the program below knows nothing of the click."""
+    before = run("xdotool", "getmouselocation")
+    run("xdotool", "mousemove_relative", "3", "0", "sleep", "0.2")
+    return run("xdotool", "getmouselocation") == before
+
+
 def scene():
     """What a picture does not show: windows, the focus, the pointer and what lies under it."""
     with open(f"{OUT}/failure.txt", "w") as file:
+        file.write(f"The window manager holds a click: {pointer_is_held()}\n")
         for command in (("wmctrl", "-l", "-G"), ("xdotool", "getwindowfocus"), ("xdotool", "getmouselocation"),
                         ("xwininfo", "-root", "-tree")):
             file.write(f"{' '.join(command)}\n{run(*command)}\n")

@@ -1,7 +1,7 @@
 """The exercise of the plug-in's window that is the same in every host."""
 
 import common
-from common import ROUNDS, Failure, say, wait_for
+from common import ROUNDS, Ended, Failure, say, wait_for
 
 
 def first_look(window, result):
@@ -38,7 +38,14 @@ def open_menu(program, window):
     wait_for(lambda: program.check() and common.painted(window), "the picture before the menu")
     before = common.shown()
     common.click_in_plugin(window, common.CURVE_MENU)
-    wait_for(lambda: program.check() and common.shown() - before, "the plug-in's menu")
+    try:
+        wait_for(lambda: program.check() and common.shown() - before, "the plug-in's menu")
+    except Ended:
+        raise
+    except Failure as failure:
+        if common.pointer_is_held():
+            raise Failure(f"{failure}, whose click the window manager holds") from None
+        raise
 
 
 def resize(program, window, number):
