@@ -156,6 +156,7 @@ class Ardour:
             self.lua("action", "Window", "toggle-session-options-editor")
             dialog = wait_for(lambda: self.program.check() and common.windows("Session Properties"), "a dialog")[0]
             common.close(dialog)
+            wait_for(lambda: self.program.check() and not common.windows("Session Properties"), "the dialog to close")
         else:
             window = self.open_whole(1)
             common.close(window)
