@@ -108,6 +108,18 @@ TEST_P (DamagedLayoutAndFactor, ReturnToTheUndamagedOutput)
     }
 }
 
+TEST (SignalChainDamage, LeavesNoLongBlock)
+{
+    for (const auto& damage : damages)
+    {
+        PluginUnderTest plugin (2, 48000.0, 2048);
+        auto block = signals::noise (2, 2048);
+        block.setSample (1, 10, damage.sample);
+        plugin.process (block);
+        EXPECT_TRUE (isFinite (block)) << damage.name;
+    }
+}
+
 TEST (SignalChainDamage, IsForgottenByEveryReading)
 {
     const auto hear = [] (PluginUnderTest& plugin, float sample, int position)

@@ -313,8 +313,8 @@ TEST_F (State, HoldsOffTheHostsProgramForASecond)
     {
         for (const auto& block : { makeBlock ("<orvo/>"), MemoryBlock() })
         {
+            plugin.processor.presetManager.loadPreset (0);
             now = start;
-            plugin.restore (makeBlock ("<orvo/>"));
             plugin.restore (block);
 
             now = start + 999;

@@ -26,6 +26,14 @@ TEST (MultiModeClipperEditor, ArrangesItsControlsByItsWidth)
         panel.setSize (width, 462);
         EXPECT_EQ (panel.graph.getBounds(), graph);
         EXPECT_EQ (panel.modeLabel.isVisible(), hasLabel);
+
+        if (hasLabel && width <= 550)
+        {
+            EXPECT_EQ (
+                panel.modeLabel.getBounds().getUnion (panel.modeBox.getBounds()).withY (0).withHeight (1),
+                graph.withY (0).withHeight (1));
+        }
+
         std::map<int, std::map<int, juce::String>> rows;
 
         for (auto* knob : { &panel.thresholdSlider, &panel.shapeSlider, &panel.makeupSlider })
@@ -116,12 +124,18 @@ TEST (MultiModeClipperEditor, RecordsKeysOnAKnobAsGestures)
 {
     OpenEditor open;
     auto* knob = &open.editor->singleEditor.thresholdSlider.slider;
-    open.set ("threshold_single", -6.0);
-    GestureRecorder threshold (open.plugin.parameter ("threshold_single"));
 
-    const auto before = open.plugin.get ("threshold_single");
-    knob->keyPressed (juce::KeyPress (juce::KeyPress::upKey));
-    EXPECT_GT (open.plugin.get ("threshold_single"), before);
-    EXPECT_EQ (threshold.events.front(), "begin");
-    EXPECT_EQ (threshold.events.back(), "end");
+    for (const auto& [key, isUp] : { std::pair { juce::KeyPress::upKey, true },
+                                     { juce::KeyPress::rightKey, true },
+                                     { juce::KeyPress::downKey, false },
+                                     { juce::KeyPress::leftKey, false } })
+    {
+        open.set ("threshold_single", -6.0);
+        GestureRecorder threshold (open.plugin.parameter ("threshold_single"));
+        knob->keyPressed (juce::KeyPress (key));
+        EXPECT_EQ (open.plugin.get ("threshold_single") > -6.0, isUp);
+        ASSERT_EQ (threshold.events.size(), 3u);
+        EXPECT_EQ (threshold.events.front(), "begin");
+        EXPECT_EQ (threshold.events.back(), "end");
+    }
 }

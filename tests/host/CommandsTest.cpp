@@ -138,6 +138,7 @@ TEST (Commands, InfoAndParamsTellWhatTheModuleIs)
 TEST (Commands, PresetsAreListedByFolderWithWhatTheirFilesSay)
 {
     const Installation installation;
+    installation.config.addPreset ("User/Mine.tpre", stateText());
     const auto listed = installation.lines ("presets");
     juce::StringArray expected { "Factory", "  Initial Patch" };
     juce::String folder;
@@ -154,6 +155,8 @@ TEST (Commands, PresetsAreListedByFolderWithWhatTheirFilesSay)
                       + xml->getStringAttribute ("categories").paddedRight (' ', 26) + ' '
                       + xml->getStringAttribute ("description"));
     }
+
+    expected.addArray (juce::StringArray { "", "User", juce::String ("  Mine").paddedRight (' ', 56) });
 
     ASSERT_EQ (listed.size(), expected.size());
     for (auto i = 0; i < listed.size(); ++i)

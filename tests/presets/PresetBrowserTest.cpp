@@ -419,6 +419,8 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
 {
     clickFolder (1);
     browser.setVisible (false);
+    browser.tree.treeView.getItemOnRow (1)->setOpen (true);
+    const auto numFolders = browser.tree.treeView.getNumRowsInTree();
     config.addPreset ("Factory/Aaa.tpre", stateText ({}, "categories=\"New\""));
     config.addPreset ("Factory/Bass/Sub/Mid.tpre", stateText());
     manager.loadPresets();
@@ -431,6 +433,15 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
 
     EXPECT_EQ (badges.joinIntoString (" "), "A B C New Tools");
     EXPECT_TRUE (browser.tree.treeView.getItemOnRow (1)->isSelected());
+    EXPECT_EQ (browser.tree.treeView.getNumRowsInTree(), numFolders) << "what was opened stays open";
+
+    for (auto i = 0; i < 40; ++i)
+        badges.add ("Category " + String (i));
+
+    browser.categories.setCategories (badges);
+    const auto* last = browser.categories.badges.getLast();
+    EXPECT_TRUE (last->getParentComponent()->getLocalBounds().contains (last->getBounds()))
+        << "one can scroll to it";
     manager.finishSaving (config.preset ("User/New.tpre"), stateText());
     EXPECT_EQ (rows(), (Words { "Low", "Mid" })) << "a save elsewhere leaves the folder chosen";
     config.preset ("User/New.tpre").deleteFile();

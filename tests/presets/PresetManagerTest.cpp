@@ -156,7 +156,7 @@ TEST_F (Presets, TakeTheirTextsFromTheFileAndItsFolder)
 {
     config.addPreset (
         "User/Set/Low/one.tpre",
-        preset ("name=\"other\" author=\"Ann\" categories=\"b, a,\" description=\"Hot &amp; loud\""));
+        preset ("name=\"other\" author=\"Ann\" categories=\"b, B, a,\" description=\"Hot &amp; loud\""));
     config.preset ("User/Set/_description.txt").replaceWithText ("Beside no file");
     config.preset ("User/Set/Low/_description.txt").replaceWithText ("Low things");
     config.addPreset ("User/bare.tpre", preset());
@@ -166,7 +166,7 @@ TEST_F (Presets, TakeTheirTextsFromTheFileAndItsFolder)
     const auto bare = processor->presetManager.getPresets()[0],
                one = processor->presetManager.getPresets()[1];
     EXPECT_EQ (one.description, "Hot & loud");
-    EXPECT_EQ (join (one.categories), "|a|b");
+    EXPECT_EQ (join (one.categories), "|B|a|b") << "by code point";
     EXPECT_EQ (one.path, config.preset ("User/Set/Low/one.tpre").getFullPathName());
     EXPECT_FALSE (one.factory);
     EXPECT_EQ (bare.author + bare.description, "");
@@ -175,7 +175,7 @@ TEST_F (Presets, TakeTheirTextsFromTheFileAndItsFolder)
     const auto set = user.getChildWithName ("f_set");
     EXPECT_EQ (set["description"].toString(), "Low things") << "each folder on the way takes the deepest one";
     EXPECT_EQ (set.getChild (0)["description"].toString(), "Low things");
-    EXPECT_EQ (set.getChild (0).getChild (0)["categories"].toString(), "b, a,");
+    EXPECT_EQ (set.getChild (0).getChild (0)["categories"].toString(), "b, B, a,");
     EXPECT_FALSE (user.hasProperty ("description"));
 }
 

@@ -92,6 +92,12 @@ TEST_F (PresetSaving, WritesTheStateWithItsTexts)
     EXPECT_TRUE (processor.parameters.state.hasProperty ("preset_path")) << "the live state stays";
 }
 
+TEST_F (PresetSaving, HasTheVersionEvenIfNoHostEverAskedForAState)
+{
+    save (config.preset ("User/New.tpre"));
+    EXPECT_TRUE (config.preset ("User/New.tpre").loadFileAsString().contains ("version=\"1.0.1\""));
+}
+
 TEST_F (PresetSaving, MakesTheNewPresetCurrentWithoutTouchingTheParameters)
 {
     processor.parameters.getParameter ("gain_single")->setValueNotifyingHost (0.75f);

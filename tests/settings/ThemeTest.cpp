@@ -1,4 +1,5 @@
 #include "common/ColourIds.h"
+#include "common/Contrast.h"
 #include "settings/TessarinLogger.h"
 #include "settings/TessarinLookAndFeel.h"
 #include "settings/ThemeColours.h"
@@ -155,6 +156,15 @@ TEST (Look, PointsDownAtOpenFoldersAndRightAtClosedOnes)
     EXPECT_EQ (look.getTreeViewIndentSize (*std::make_unique<juce::TreeView>()), 12);
 }
 
+TEST (Contrast, IsThatOfTheStandard)
+{
+    // WCAG 2.1: the luminances of the primaries are 0.2126, 0.7152 and 0.0722.
+    for (const auto& [colour, luminance] : { std::pair { juce::Colour (0xffff0000), 0.2126 },
+                                             { juce::Colour (0xff00ff00), 0.7152 },
+                                             { juce::Colour (0xff0000ff), 0.0722 } })
+        EXPECT_NEAR (luna::Contrast::ratio (juce::Colours::white, colour), 1.05 / (luminance + 0.05), 1.0e-9);
+}
+
 TEST (Themes, OfUnknownNamesTurnYellowWithOneLinePerKey)
 {
     const TemporaryConfig config;
@@ -162,7 +172,12 @@ TEST (Themes, OfUnknownNamesTurnYellowWithOneLinePerKey)
     tessarin::TessarinLookAndFeel look;
     look.setTheme ("Light");
 
-    EXPECT_EQ (juce::StringArray::fromLines (config.log().trimEnd()).size(), 27);
+    const auto lines = juce::StringArray::fromLines (config.log().trimEnd());
+    EXPECT_EQ (lines.size(), 27);
+
+    for (const auto& line : lines)
+        EXPECT_TRUE (line.endsWith (" Unable to find the theme colours section in theme file")) << line;
+
     EXPECT_EQ (look.findColour (primaryColourId), juce::Colours::yellow);
     EXPECT_EQ (look.findColour (juce::TextButton::buttonOnColourId), juce::Colours::yellow);
 }

@@ -127,6 +127,19 @@ TEST_F (Controls, KnobStandsWhereItsFormulasSay)
                                                 juce::roundToInt (point.y * 4.0f));
     };
 
+    // While a value is typed, the old one is not seen.
+    const auto whileTyping = [&] (double value)
+    {
+        control.slider.setValue (value);
+        control.valueLabel.showEditor();
+        control.valueLabel.getCurrentTextEditor()->setText ("3");
+        const auto image = window.render().getClippedImage (control.valueLabel.getBounds()).createCopy();
+        control.valueLabel.hideEditor (true);
+        return image;
+    };
+    const auto typed = whileTyping (-16.8);
+    EXPECT_TRUE (pixels::difference (typed, whileTyping (0.0), typed.getBounds()).isEmpty());
+
     // 0 dB is the middle of -18 to 18.
     EXPECT_EQ (arcColour (0.25f), colour (sliderTrackColourId));
     EXPECT_EQ (arcColour (0.45f), colour (sliderTrackColourId));

@@ -297,8 +297,16 @@ TEST_F (Curve, OffersItsViewsOnARightClickOnly)
             window.typeKey (juce::KeyPress (key));
     };
 
+    EXPECT_TRUE (window.render().isValid()); // so that the labels are cached
     pickSecondItem();
     dispatchMessages();
+    SaturatorGraph amplitudes;
+    amplitudes.saturator = &hard;
+    amplitudes.setSize (240, 240);
+    amplitudes.setViewMode (ViewMode::amplitude);
+    EXPECT_TRUE (
+        pixels::difference (window.render(), OffscreenWindow (amplitudes).render(), graph->getBounds())
+            .isEmpty());
     EXPECT_EQ (picked, std::vector { ViewMode::amplitude });
     EXPECT_EQ (graph->viewMode, ViewMode::amplitude);
 
