@@ -50,7 +50,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
     {
         // Hosts restore state on any thread, which calls the tree's listeners.
         const juce::ScopedLock scope (processor.stateLock);
-        parameters.state.addListener (this);
+        parameters.state.addListener (&restoreListener);
     }
 
     addChildren();
@@ -67,7 +67,7 @@ TessarinEditor::~TessarinEditor()
 {
     {
         const juce::ScopedLock scope (processor.stateLock);
-        parameters.state.removeListener (this);
+        parameters.state.removeListener (&restoreListener);
     }
 
     processor.presetManager.removeListener (this);
@@ -184,12 +184,6 @@ void TessarinEditor::loadTheme()
 void TessarinEditor::presetSaved (Preset)
 {
     savePresetModal.setVisible (false);
-}
-
-void TessarinEditor::valueTreeRedirected (juce::ValueTree&)
-{
-    // It may come while the derived class is being made or is gone.
-    stateUpdate.post();
 }
 
 void TessarinEditor::changeListenerCallback (juce::ChangeBroadcaster* source)

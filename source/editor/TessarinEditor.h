@@ -20,13 +20,11 @@ namespace tessarin
 /** The frame of the maker's editors: top bar, tooltip strip, dialogs, preset browser, theme and scale. The
     product derives from it and fills the area between the bars.
 
-    The user's scale and the host's multiply in the transform; the layout knows neither. Message thread, but
-    for `valueTreeRedirected`, which any thread may call and which only posts.
+    The user's scale and the host's multiply in the transform; the layout knows neither. Message thread.
 */
 class TessarinEditor : public juce::AudioProcessorEditor,
                        public juce::ChangeListener,
-                       public PresetManager::Listener,
-                       public juce::ValueTree::Listener
+                       public PresetManager::Listener
 {
 public:
     explicit TessarinEditor (TessarinProcessor& processor);
@@ -51,7 +49,6 @@ public:
 
     void presetLoaded (Preset) override {}
 
-    void valueTreeRedirected (juce::ValueTree& tree) override;
     void changeListenerCallback (juce::ChangeBroadcaster* source) override;
 
     /** From the settings. All editors of the process share the theme; this one is told at once. */
@@ -92,7 +89,21 @@ private:
     void showLicence();
     void raiseOverlays();
 
-    PostedUpdate stateUpdate { [this] { stateReloaded (parameters.state); } };
+    /** Hears of a restore on any thread, also while the editor is being made or destroyed. So it is an object of its
+        own, whose class does not change meanwhile. */
+    struct RestoreListener final : juce::ValueTree::Listener
+    {
+        explicit RestoreListener (TessarinEditor& editor)
+            : update ([&editor] { editor.stateReloaded (editor.parameters.state); })
+        {
+        }
+
+        void valueTreeRedirected (juce::ValueTree&) override { update.post(); }
+
+        PostedUpdate update;
+    };
+
+    RestoreListener restoreListener { *this };
 
     const WindowEventPump windowEventPump;
 

@@ -84,9 +84,10 @@ class WindowTest(unittest.TestCase):
         folder = tempfile.TemporaryDirectory(prefix="orvo-window-")
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
-        self.temporary = self.folder / "temporary"
-        self.temporary.mkdir()
-        os.environ["TMPDIR"] = str(self.temporary)
+        self.temporary, self.users = self.folder / "temporary", self.folder / "users"
+        for variable, place in (("TMPDIR", self.temporary), ("XDG_CONFIG_HOME", self.users)):
+            place.mkdir()
+            os.environ[variable] = str(place)
 
         self.options = ["--set", "layout=" + self.layout]
         if self.is_silent:
@@ -110,6 +111,7 @@ class WindowTest(unittest.TestCase):
         if self.host.process.poll() is None:
             self.host.quit()
         self.assertEqual(os.listdir(self.temporary), [], "the program left files behind")
+        self.assertEqual(os.listdir(self.users), [], "what the user has stays alone")
 
     def assert_gesture(self, parameter, values=None):
         """The module told its host of one gesture, with values in it and nothing around; returns the last."""

@@ -250,6 +250,14 @@ TEST_F (Browser, ShowsEachFieldOfAPresetInItsPlace)
         y += height + gap;
     }
 
+    // Two lines of authors move what stands below.
+    auto preset = browser.display.getPreset();
+    preset.author = "Ann, Ben, Cleo, Dan, Eve, Finn, Gus, Hal, Ida";
+    browser.display.setPreset (preset);
+    const auto line = area.withY (area.getY() + 19 + 5 + 2 * 14 + 15).withHeight (14);
+    EXPECT_TRUE (pixels::showsText (window.render(), line, "Categories", line, font, faint, ground,
+                                    juce::Justification::topLeft));
+
     // The folder's text is that of the file beside its presets.
     luna::TooltipPanel strip;
 
