@@ -448,6 +448,7 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
 
     browser.categories.setCategories (badges);
     const auto* last = browser.categories.badges.getLast();
+    EXPECT_FALSE (last->getBounds().isEmpty());
     EXPECT_TRUE (last->getParentComponent()->getLocalBounds().contains (last->getBounds()))
         << "one can scroll to it";
     manager.finishSaving (config.preset ("User/New.tpre"), stateText());
