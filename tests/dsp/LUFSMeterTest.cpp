@@ -217,4 +217,29 @@ TEST (LUFSMeter, ShowsNothingForSilence)
     EXPECT_TRUE (meter.getData().isLongEnough);
     EXPECT_EQ (readingsOf (meter), std::vector (7, kf::noLoudness));
 }
+
+TEST (LUFSMeter, ResetKeepsThePositionInTheBinAndNothingElse)
+{
+    Listener meter;
+    const auto halfBin = signals::sine (2, meter.numberOfSamplesPerBin / 2, 1000.0, 48000.0);
+    meter.hearTone (0.0, 5.0);
+    meter.hear (halfBin);
+    const auto currentBin = meter.currentBin;
+
+    meter.reset();
+    EXPECT_EQ (readingsOf (meter), std::vector (7, kf::noLoudness));
+    EXPECT_EQ (meter.blocksMeasured, 0);
+    EXPECT_EQ (meter.currentBin, currentBin);
+
+    // The bin ends after its second half and holds no more than that, of twelve in the window.
+    meter.hear (halfBin);
+    EXPECT_NE (meter.currentBin, currentBin);
+    EXPECT_NEAR (static_cast<double> (meter.momentaryLoudness), 10.0 * std::log10 (0.5 / 12.0), 0.1);
+
+    // Nothing of the louder past counts, and the range waits for three seconds again.
+    meter.reset();
+    meter.hearTone (-40.0, 2.8);
+    EXPECT_NEAR (static_cast<double> (meter.integratedLoudness), -40.0, 0.5);
+    EXPECT_EQ (meter.loudnessRangeStart, kf::noLoudness);
+}
 } // namespace

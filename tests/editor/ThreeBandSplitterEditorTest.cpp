@@ -267,7 +267,9 @@ TEST_F (BandEditor, TellsWhatIsUnderTheMouse)
     EXPECT_EQ (tooltipAt (high.enableBounds.getCentre()), "High Band Enable: Toggle the clipper enablement");
     EXPECT_EQ (tooltipAt (bands().highHandleBounds.getCentre()),
                "Mid/High Crossover: Drag to adjust the crossover frequency of the mid and high bands");
+    EXPECT_EQ (bands().getMouseCursor(), juce::MouseCursor::LeftRightResizeCursor);
     EXPECT_EQ (tooltipAt ({ 1, 1 }), general);
+    EXPECT_EQ (bands().getMouseCursor(), juce::MouseCursor::NormalCursor);
 
     // The buttons follow the bars, in the middle of their bands.
     open.set ("crossover_low", 1000.0);

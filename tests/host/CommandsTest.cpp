@@ -179,7 +179,7 @@ TEST (Commands, StateSavesWhatItLoadsAndPrintsWhatDiffers)
         { "", "" },
         { "--set layout=2 --set in_gain=-3.5 --set in_gain=4.5 --set shape_post=0.25 --set enable=bypassed",
           "enable=Bypassed shape_post=25% layout=Mid / Side in_gain=4.5dB" },
-        { "--set mode_single=boost --set gain_single=+2dB --set oversampling=16X --set mute_low_band=1",
+        { "--set mode_single=boost --set gain_single=+2db --set oversampling=16X --set mute_low_band=1",
           "mute_low_band=Muted mode_single=Boost gain_single=2.0dB oversampling=16x" },
         { "--set gain_single=5 --state it.state --preset Telephone --set solo_band=Mid",
           "mute_low_band=Muted mode_single=Boost gain_single=5.0dB solo_band=Mid oversampling=16x" },

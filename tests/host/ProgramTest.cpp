@@ -177,8 +177,8 @@ TEST (Program, PrintsUnderItsTitlesWhatItDidToEachFile)
         juce::StringArray words { "render" };
         words.addArray (inputs);
         words.addArray ({ "done", "--force", "--set", juce::String ("layout=") + layout, "--set",
-                          juce::String ("oversampling=") + factor, "--set",
-                          "in_gain=" + juce::String (gain) });
+                          juce::String ("oversampling=") + factor, "--set", "in_gain=" + juce::String (gain),
+                          "--block", "0", "--block", "512" });
         const auto start = juce::Time::getMillisecondCounterHiRes();
         const auto run = runHost (temporary, words);
         const auto wallSeconds = 0.001 * (juce::Time::getMillisecondCounterHiRes() - start);

@@ -296,6 +296,10 @@ TEST_F (Browser, ShowsWhatIsChosenAtOnce)
     EXPECT_FALSE (areSame (pictureOf (*badges[0]), untouched));
     clickBadge ("Tools", juce::ModifierKeys::rightButtonModifier);
     EXPECT_TRUE (areSame (pictureOf (*badges[0]), untouched)) << "cleared from another";
+    window.pressMouse (*badges[0], { 8, 10 });
+    window.dragMouse (*badges[0], { 8, 60 });
+    window.releaseMouse();
+    EXPECT_TRUE (browser.categories.getSelection().isEmpty()) << "the mouse left before the release";
     browser.setVisible (false);
     browser.setVisible (true);
     EXPECT_TRUE (browser.categories.getSelection().isEmpty()) << "the badges are new";
@@ -322,6 +326,12 @@ TEST_F (Browser, TurnsAPageByKeys)
         EXPECT_EQ (browser.table.table.getSelectedRow(), row);
         EXPECT_EQ (current(), browser.table.shownPresets[row].name.toStdString());
     }
+
+    // A click that chooses nothing leaves the table where it is scrolled to.
+    auto& view = *browser.table.table.getViewport();
+    view.setViewPosition (0, 40 * 22);
+    EXPECT_TRUE (opensMenu (1));
+    EXPECT_EQ (view.getViewPositionY(), 40 * 22);
 }
 
 TEST_F (Browser, GoesOnFromAPresetThatCannotBeLoaded)

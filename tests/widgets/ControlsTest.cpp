@@ -108,6 +108,21 @@ TEST_F (Controls, ButtonsShowTheirStateInFillAndIcon)
     }
 }
 
+TEST_F (Controls, BoxesThatAreOffHaveNoBrightPart)
+{
+    juce::ComboBox box;
+    box.setSize (100, 20);
+
+    for (const auto isEnabled : { true, false })
+    {
+        box.setEnabled (isEnabled);
+        const auto image = OffscreenWindow (box).render();
+        EXPECT_EQ (pixels::count (image, box.getLocalBounds(), colour (textColourId)) > 0, isEnabled);
+        EXPECT_EQ (pixels::count (image, box.getLocalBounds(), colour (disabledTextColourId)) > 0,
+                   ! isEnabled);
+    }
+}
+
 TEST_F (Controls, KnobStandsWhereItsFormulasSay)
 {
     tessarin::ParameterLabelSlider control ("Gain", "gain_single", processor.parameters);

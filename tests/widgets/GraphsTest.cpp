@@ -360,6 +360,8 @@ TEST_F (Waveform, DrawsAColumnPerPointAndTheSweep)
 
 TEST_F (Waveform, HasAScaleAtItsRight)
 {
+    EXPECT_EQ (history.taps.getReference (0).points, 100) << "beside the scale";
+
     // Off, it shows the scale alone.
     graph.setEnabled (false);
     const auto image = OffscreenWindow (graph).render();
