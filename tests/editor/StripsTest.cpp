@@ -154,8 +154,8 @@ TEST (OutputPanel, ClearsAllHeldValuesOnAClickOnAny)
                 << target->getTitle();
     }
 
-    dispatchMessages();
-    EXPECT_EQ (panel.meters.outputMeters.rightRmsValue.getText(), juce::String::fromUTF8 ("-\xe2\x88\x9e"));
+    EXPECT_TRUE (eventually ([&value = panel.meters.outputMeters.rightRmsValue]
+                             { return value.getText() == juce::String::fromUTF8 ("-\xe2\x88\x9e"); }));
 }
 
 TEST (Strips, MoveTheirGraphsWithWhatTheyShow)
