@@ -5,7 +5,7 @@ import subprocess
 import threading
 import time
 
-PATIENCE = 20.0  # seconds until something that should happen is given up
+PATIENCE = 60.0  # seconds until something that should happen is given up, for sanitizers on a busy machine too
 
 
 class Host:
