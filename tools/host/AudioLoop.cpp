@@ -115,18 +115,20 @@ void AudioLoop::run()
     const auto period = std::chrono::duration_cast<Clock::duration> (
         std::chrono::duration<double> (blockSize / clip.sampleRate));
 
-    for (auto due = Clock::now(); ! threadShouldExit(); due += period)
+    for (auto due = Clock::now(); ! threadShouldExit();)
     {
+        const auto begin = Clock::now();
+
         if (isAutomating)
             setParameters (framesPlayed / blockSize);
-        else
-            std::this_thread::sleep_until (due);
-
-        // A busy machine makes the audio late, not faster afterwards.
-        due = std::max (due, Clock::now() - period);
 
         fill (block, framesPlayed);
         host.process (block);
         framesPlayed += blockSize;
+
+        // A busy machine makes the audio late, not faster afterwards.
+        const auto end = Clock::now();
+        due = std::max (due + period, end - period);
+        std::this_thread::sleep_until (isAutomating ? end + 3 * (end - begin) : due);
     }
 }

@@ -29,8 +29,10 @@ public:
     /** Waits for the last block. */
     void stop();
 
-    /** From now on blocks follow each other without a pause, and each one has new values for what changes most
-        of the window: layout, enablement, modes, links, crossovers and solo. */
+    /** From now on each block has new values for what changes most of the window: layout, enablement, modes, links,
+        crossovers and solo; and blocks follow each other with no more pause than the window needs to keep up, however
+        slow a sanitizer makes both. JUCE works its queue off to the end, which a host without any pause would put off
+        for ever. */
     void automate() noexcept { isAutomating = true; }
 
     [[nodiscard]] double getSecondsPlayed() const noexcept

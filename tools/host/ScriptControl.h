@@ -14,7 +14,7 @@
       save FILE         writes the module's state; load FILE restores one
       size WxH          as the option --size
       stop, start       the audio
-      automate          sets parameters on the audio thread as fast as it can
+      automate          sets parameters on the audio thread as fast as the window can follow
       close, open       the editor's window, which is gone with the line "closed"
       window            its ID and the view's size
       look X Y W H      a number that stands for the pixels of this area of the view
