@@ -34,4 +34,32 @@ void ClickFocus::keepFocus()
     });
 }
 
+void ClickFocus::focusWasLost()
+{
+    takeBackForMenu();
+
+    // A box shows its menu with a message of the click's, which may not have come yet.
+    juce::MessageManager::callAsync (
+        [focus = juce::WeakReference<ClickFocus> (this)]
+        {
+        if (focus != nullptr)
+            focus->takeBackForMenu();
+    });
+}
+
+void ClickFocus::takeBackForMenu()
+{
+    // Later, it is the user who goes elsewhere.
+    constexpr auto longestAnswerInMs = 500;
+    const auto isAnswer = juce::Time::getMillisecondCounter() - clickTime < longestAnswerInMs;
+    const auto hasMenu = juce::Component::getNumCurrentlyModalComponents() > 0;
+    auto* peer = editor.getPeer();
+
+    if (! mayTakeBack || ! isAnswer || ! hasMenu || peer == nullptr)
+        return;
+
+    mayTakeBack = false;
+    peer->grabFocus();
+}
+
 } // namespace tessarin

@@ -18,16 +18,32 @@ public:
     explicit ClickFocus (juce::Component& editor);
     ~ClickFocus() override;
 
+    /** To be told when nothing in the editor has the keyboard any more, before JUCE does anything about it. */
+    void focusWasLost();
+
 private:
-    void mouseDown (const juce::MouseEvent&) override { keepFocus(); }
+    void mouseDown (const juce::MouseEvent&) override
+    {
+        mayTakeBack = true;
+        clickTime = juce::Time::getMillisecondCounter();
+        keepFocus();
+    }
 
     /** A button that opens a dialog does so here. */
     void mouseUp (const juce::MouseEvent&) override { keepFocus(); }
 
     void keepFocus();
+    void takeBackForMenu();
 
     juce::Component& editor;
 
+    /** Once for each click, so that nobody fights for it. */
+    bool mayTakeBack = false;
+
+    /** Of the last press, in ms as JUCE counts them. */
+    juce::uint32 clickTime = 0;
+
+    JUCE_DECLARE_WEAK_REFERENCEABLE (ClickFocus)
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ClickFocus)
 };
 

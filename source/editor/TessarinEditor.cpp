@@ -150,6 +150,13 @@ void TessarinEditor::focusGained (FocusChangeType)
     }
 }
 
+/** Also where it was the frame's own. */
+void TessarinEditor::focusOfChildComponentChanged (FocusChangeType)
+{
+    if (! hasKeyboardFocus (true))
+        clickFocus.focusWasLost();
+}
+
 void TessarinEditor::setScaleFactor (float newScale)
 {
     if (newScale > 0.0f)

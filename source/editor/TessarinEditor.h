@@ -64,6 +64,9 @@ public:
     juce::AudioProcessorValueTreeState& parameters;
     const HeldMouse heldMouse { *this };
 
+    /** Before the children, which may have the keyboard as they go. */
+    ClickFocus clickFocus { *this };
+
     LicenceDialog licenceDialog;
     SavePresetModal savePresetModal;
     SettingsModal settingsModal;
@@ -80,10 +83,10 @@ public:
     LicenceOverlay licenceNotice { LicenceOverlay::Kind::notice };
 
     PresetBrowser presetBrowser;
-    ClickFocus clickFocus { *this };
 
 private:
     void focusGained (FocusChangeType) override;
+    void focusOfChildComponentChanged (FocusChangeType) override;
     void addChildren();
     void applyScale();
     void showLicence();

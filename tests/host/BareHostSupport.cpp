@@ -155,6 +155,26 @@ void click (Display* display, Window window, std::pair<int, int> place)
     XSync (display, False);
 }
 
+int shownWindows (Display* display)
+{
+    Window root = 0, parent = 0, *children = nullptr;
+    unsigned int numChildren = 0;
+    XQueryTree (display, DefaultRootWindow (display), &root, &parent, &children, &numChildren);
+    auto numShown = 0;
+
+    for (auto i = 0u; i < numChildren; ++i)
+    {
+        XWindowAttributes attributes {};
+        numShown +=
+            XGetWindowAttributes (display, children[i], &attributes) && attributes.map_state == IsViewable;
+    }
+
+    if (children != nullptr)
+        XFree (children);
+
+    return numShown;
+}
+
 bool isMapped (const std::filesystem::path& library)
 {
     std::ifstream maps ("/proc/self/maps");

@@ -62,6 +62,9 @@ void press (Display*, Window, const char* key);
 /** The left button, down and up again, at this place of the window. */
 void click (Display*, Window, std::pair<int, int> place);
 
+/** How many windows of the screen's own are mapped: a menu is one, which no window manager frames. */
+[[nodiscard]] int shownWindows (Display*);
+
 /** Whether the process has the library's code in its memory. */
 [[nodiscard]] bool isMapped (const std::filesystem::path&);
 

@@ -185,6 +185,42 @@ TEST_F (HostProcess, MayHideMoveAndReparentTheWindow)
     settle (host);
 }
 
+/** Hosts on a toolkit of their own do so when they hear of the click that opened it. */
+TEST_F (HostProcess, MayTakeTheFocusToItsOwnWindowWhileAMenuComes)
+{
+    constexpr auto modeBox = std::pair (326, 625), elsewhere = std::pair (60, 560);
+    const auto focused = [this]
+    {
+        Window window = 0;
+        int revert = 0;
+        XGetInputFocus (display, &window, &revert);
+        return window;
+    };
+
+    BareHost host (module(), display, &loop);
+    host.openWindow();
+    settle (host);
+    const auto without = shownWindows (display);
+    const auto hasMenu = [&] { return shownWindows (display) > without; };
+
+    for (const auto isLate : { false, true, false, true })
+    {
+        click (display, host.getPluginsWindow(), modeBox);
+        ASSERT_TRUE (loop.serveUntil (
+            [&] { return focused() == host.getPluginsWindow() && (hasMenu() || ! isLate); }));
+        XSetInputFocus (display, host.getHostsWindow(), RevertToParent, CurrentTime);
+        ASSERT_TRUE (loop.serveUntil (hasMenu)) << isLate;
+
+        // JUCE looks at the focus twenty times a second.
+        for (auto turn = 0; turn < 30; ++turn)
+            loop.serve (10);
+
+        EXPECT_TRUE (hasMenu()) << isLate;
+        click (display, host.getPluginsWindow(), elsewhere);
+        ASSERT_TRUE (loop.serveUntil ([&] { return ! hasMenu(); }));
+    }
+}
+
 TEST_F (HostProcess, MayBeBusyElsewhere)
 {
     BareHost host (module(), display, &loop);
