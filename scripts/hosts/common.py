@@ -244,8 +244,23 @@ def plugin_area(window):
 
 
 def shown():
-    """All windows that the screen shows, also menus, which no manager lists."""
-    return set(run("xdotool", "search", "--onlyvisible", "--name", ".*").split())
+    """All windows that the screen shows, also menus, which no manager lists. xdotool gives up where one goes meanwhile."""
+    for _ in range(20):
+        search = subprocess.run(("xdotool", "search", "--onlyvisible", "--name", ".*"), capture_output=True, text=True)
+        if search.returncode == 0:
+            return set(search.stdout.split())
+    raise Failure("xdotool cannot list the windows")
+
+
+def rest(window):
+    """Until the window neither moves nor grows: hosts place it once more when it is there already."""
+    looks = []
+
+    def same():
+        looks.append(plugin_area(window))
+        time.sleep(0.15)
+        return len(looks) > 3 and looks[-1] and len(set(looks[-4:])) == 1
+    wait_for(same, "the window to rest")
 
 
 def painted(window):

@@ -38,6 +38,7 @@ def turn(program, find, open_window, close_window, beside, result):
 
 def open_menu(program, window):
     wait_for(lambda: program.check() and common.painted(window), "the picture before the menu")
+    common.rest(window)  # a menu goes when its window moves
     before = common.shown()
     common.click_in_plugin(window, common.CURVE_MENU)
     try:
@@ -56,6 +57,7 @@ def open_menu(program, window):
 
 def resize(program, window, number):
     """By the window manager, as a user drags the frame; then the picture has to come again. -1 leaves the position."""
+    common.rest(window)
     width, height = common.geometry(window)[2:]
     step = 120 if number % 2 else -120
     common.place(window, -1, -1, width + step, height + step)

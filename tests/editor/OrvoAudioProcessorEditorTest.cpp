@@ -301,6 +301,7 @@ TEST (OrvoEditor, ShowsANewThemeEverywhereAtOnce)
     OpenEditor open;
     picturesOf (open, 0);
     std::vector<std::vector<juce::Image>> seen;
+    std::vector<juce::Colour> hints;
 
     for (const auto isFresh : { false, true })
     {
@@ -316,6 +317,7 @@ TEST (OrvoEditor, ShowsANewThemeEverywhereAtOnce)
         }
 
         seen.emplace_back();
+        hints.push_back (open.editor->tooltipPanel.tooltipLabel.findColour (juce::Label::textColourId));
 
         for (auto layout = 0; layout < 4; ++layout)
             for (auto& picture : picturesOf (open, layout))
@@ -328,6 +330,7 @@ TEST (OrvoEditor, ShowsANewThemeEverywhereAtOnce)
                    juce::Rectangle<int>())
             << i;
 
+    EXPECT_EQ (hints[0], hints[1]) << "the strip shows none while the mouse is elsewhere";
     const auto& picture = seen[1][0];
     EXPECT_EQ (picture.getPixelAt (open.editor->outputPanel.getX() + 5, 700), juce::Colour (0xffdfdfdf))
         << "it is";

@@ -138,7 +138,7 @@ TEST (Commands, InfoAndParamsTellWhatTheModuleIs)
 TEST (Commands, PresetsAreListedByFolderWithWhatTheirFilesSay)
 {
     const Installation installation;
-    installation.config.addPreset ("User/Mine.tpre", stateText());
+    installation.config.addPreset ("User/Mine.tpre", stateText ({}, "description=\"Two&#10;lines\""));
     const auto listed = installation.lines ("presets");
     juce::StringArray expected { "Factory", "  Initial Patch" };
     juce::String folder;
@@ -156,7 +156,8 @@ TEST (Commands, PresetsAreListedByFolderWithWhatTheirFilesSay)
                       + xml->getStringAttribute ("description"));
     }
 
-    expected.addArray (juce::StringArray { "", "User", juce::String ("  Mine").paddedRight (' ', 56) });
+    expected.addArray (
+        juce::StringArray { "", "User", juce::String ("  Mine").paddedRight (' ', 56) + "Two lines" });
 
     ASSERT_EQ (listed.size(), expected.size());
     for (auto i = 0; i < listed.size(); ++i)
@@ -307,6 +308,23 @@ TEST (Commands, PictureShowsBothFilesInTheirLanesColoursAndLevels)
     const auto same = juce::ImageFileFormat::loadFrom (installation.temporary.file ("it.png"));
     EXPECT_TRUE (levels (same, 25) == levels (picture, 25) && levels (same, 300) == levels (picture, 25));
     EXPECT_FALSE (levels (picture, 300) == levels (picture, 25));
+
+    // Below that on the right stands when the loudest moment is.
+    juce::AudioBuffer<float> early (2, 48000);
+    early.clear();
+    early.setSample (0, 12000, 1.0f);
+    writeWav (installation.temporary.file ("early.wav"), early, 48000.0, 16);
+    installation.lines ("picture early.wav early.wav it.png --force");
+    const auto other = juce::ImageFileFormat::loadFrom (installation.temporary.file ("it.png"));
+    const auto times = [] (const juce::Image& image)
+    {
+        juce::String pixels;
+        for (auto i = 0; i < 420 * 20; ++i)
+            pixels << image.getPixelAt (960 + i % 420, 550 + i / 420).toString();
+        return pixels;
+    };
+    EXPECT_TRUE (times (same) == times (picture));
+    EXPECT_FALSE (times (other) == times (picture));
 }
 
 TEST (Commands, HelpNamesTheCommandsAndTheOptionsThatTheyTake)

@@ -1,3 +1,4 @@
+#include "AudioLoop.h"
 #include "HostTestSupport.h"
 #include "PluginHost.h"
 
@@ -149,7 +150,7 @@ TEST (Program, PrintsUnderItsTitlesWhatItDidToEachFile)
         int tenthsInHalf;
     } const clips[] { { "stereo.wav", 48000.0, 2, 24, -12.0, 40 },
                       { "mono.wav", 96000.0, 1, 32, -20.0, 30 },
-                      { "long.wav", 44100.0, 1, 16, -33.0, 306 },
+                      { "long.wav", 44100.0, 2, 16, -33.0, 306 },
                       { "silent.wav", 44100.0, 2, 16, -400.0, 10 },
                       { "empty.wav", 48000.0, 2, 32, -400.0, 0 } };
 
@@ -169,6 +170,12 @@ TEST (Program, PrintsUnderItsTitlesWhatItDidToEachFile)
                     * std::sin (juce::MathConstants<double>::twoPi * 1000.0 * (i / channels) / rate)));
         writeWav (temporary.file (name), audio, rate, bits);
         inputs.add (name);
+
+        if (tenths > 0)
+        {
+            EXPECT_EQ (AudioLoop::loadClip (temporary.file (name).getFullPathName()).sampleRate, rate)
+                << name;
+        }
     }
 
     for (const auto& [layout, factor, gain] :

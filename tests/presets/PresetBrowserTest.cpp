@@ -198,6 +198,9 @@ TEST_F (Browser, ShowsAFolderWithItsSubfoldersAndLoadsWhatARowShows)
 
     clickFolder (20);
     EXPECT_EQ (rows().size(), listed.size()) << "a click below the folders";
+    EXPECT_FALSE (browser.tree.treeView.getItemOnRow (2)->isSelected());
+    clickFolder (2);
+    EXPECT_EQ (rows(), (Words { "One", "Two", "Zed" })) << "so that the same can be chosen again";
 }
 
 TEST_F (Browser, ShowsEachFieldOfAPresetInItsPlace)
@@ -227,6 +230,16 @@ TEST_F (Browser, ShowsEachFieldOfAPresetInItsPlace)
                                         cell.withTrimmedLeft (4).withTrimmedRight (4), font, strong, ground,
                                         juce::Justification::centredLeft))
             << title;
+    }
+
+    // A column that can be made wider has a line at its right end. The last one has none.
+    const auto headerArea = content.getLocalArea (&header, header.getLocalBounds());
+    for (auto i = 0; i < 4; ++i)
+    {
+        const auto end = header.getColumnPosition (i).getRight() - 1;
+        const auto line = image.getPixelAt (headerArea.getX() + end, headerArea.getCentreY());
+        EXPECT_EQ (line == image.getPixelAt (headerArea.getX() + end - 3, headerArea.getCentreY()), i == 3)
+            << i;
     }
 
     // The name's lines are 19 high, all others 14; the gaps are 5 within a group and 15 between two.
@@ -282,6 +295,13 @@ TEST_F (Browser, ShowsWhatIsChosenAtOnce)
     std::vector<juce::Component*> all { &browser.modeToggle.right, &browser.matchToggle.right };
     all.insert (all.begin(), badges.begin(), badges.end());
     const auto untouched = pictureOf (*badges[0]);
+
+    auto& rowsOfTable = browser.table.table;
+    const auto unhovered = pictureOf (rowsOfTable);
+    window.moveMouse (rowsOfTable, { 50, rowsOfTable.getHeaderHeight() + 33 });
+    EXPECT_FALSE (areSame (pictureOf (rowsOfTable), unhovered));
+    window.moveMouse (content, { 5, 725 });
+    EXPECT_TRUE (areSame (pictureOf (rowsOfTable), unhovered)) << "the row that the mouse has left";
 
     for (auto* badge : all)
     {
@@ -436,6 +456,7 @@ TEST_F (Browser, DoesNothingWithoutRows)
 TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
 {
     clickFolder (1);
+    clickBadge ("B");
     browser.setVisible (false);
     browser.tree.treeView.getItemOnRow (1)->setOpen (true);
     const auto numFolders = browser.tree.treeView.getNumRowsInTree();
@@ -443,7 +464,8 @@ TEST_F (Browser, ReadsTheFoldersAgainWhenItIsShown)
     config.addPreset ("Factory/Bass/Sub/Mid.tpre", stateText());
     manager.loadPresets();
     browser.setVisible (true);
-    EXPECT_EQ (rows(), (Words { "Low", "Mid" })) << "the same folder, with the new indices";
+    EXPECT_EQ (rows(), (Words { "Low", "Mid" }))
+        << "the same folder, with the new indices and without a filter";
     juce::StringArray badges;
 
     for (const auto* badge : browser.categories.badges)

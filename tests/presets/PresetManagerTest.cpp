@@ -111,6 +111,15 @@ TEST_F (Presets, MakeTheListThatTheFoldersAllow)
     EXPECT_EQ (current(), "Initial Patch");
     EXPECT_EQ (processor->toastManager.toasts.size(), 1) << "the initial patch is no file";
 
+    // A folder that is kept elsewhere, as with a synchronised one.
+    config.file ("elsewhere").createDirectory();
+    config.preset ("User/Loud.tpre").copyFileTo (config.file ("elsewhere/Far.tpre"));
+    config.file ("elsewhere").createSymbolicLink (config.preset ("User/Linked"), false);
+    start();
+    EXPECT_EQ (listed(), "Initial Patch|Loud|Far");
+    config.preset ("User/Linked").deleteFile();
+    start();
+
     const auto first = processor->presetManager.getPresets()[0];
     EXPECT_TRUE (first.factory && first.path.isEmpty());
     EXPECT_EQ (first.author, "Tessarin");

@@ -65,8 +65,9 @@ struct SavePresetModal : testing::Test
 TEST_F (SavePresetModal, FillsInTheCurrentPreset)
 {
     show();
-    type ("Left over");
-    EXPECT_EQ (texts(), "Left over|||Ann Example");
+    for (auto* field :
+         { &modal.nameField, &modal.descriptionField, &modal.categoriesField, &modal.authorField })
+        field->setText ("Left over");
     modal.buttonClicked (&modal.cancelButton);
     EXPECT_FALSE (modal.isVisible());
     show();
@@ -100,6 +101,16 @@ TEST_F (SavePresetModal, TakesTheCharactersThatBelong)
     }
 
     EXPECT_TRUE (modal.cancelButton.hasKeyboardFocus (false)) << "in the order of the rows";
+
+    juce::Component below;
+    frame.addAndMakeVisible (below);
+    below.setBounds (0, 900, 10, 10);
+    below.setWantsKeyboardFocus (true);
+
+    for (auto i = 0; i < 2; ++i)
+        window.typeKey (KeyPress (KeyPress::tabKey));
+
+    EXPECT_TRUE (modal.nameField.hasKeyboardFocus (true)) << "and round, within the dialog";
 }
 
 TEST_F (SavePresetModal, MakesTheUsersFolderOrSaysWhyItCannot)

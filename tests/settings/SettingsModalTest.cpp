@@ -38,6 +38,7 @@ TEST_F (SettingsModal, OffersSixScalesAndShowsNoOther)
 {
     Instance instance;
     EXPECT_EQ (instance.modal.scaleBox.getText(), "Normal") << "nothing saved";
+    EXPECT_EQ (instance.modal.scaleBox.getTitle(), "GUI Scale") << "for screen readers";
 
     for (const auto& [text, factor] :
          { std::pair { "Tiny", 0.5 }, std::pair { "Small", 0.75 }, std::pair { "Normal", 1.0 },
