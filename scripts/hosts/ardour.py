@@ -158,6 +158,8 @@ class Ardour:
             common.close(dialog)
             wait_for(lambda: self.program.check() and not common.windows("Session Properties"), "the dialog to close")
         else:
+            for shown in self.find():  # a window that came without its place lies over the strips
+                common.place(shown, *ASIDE, -1, -1)
             window = self.open_whole(1)
             common.close(window)
             wait_for(lambda: self.program.check() and not self.find(1), "the second window to close")
