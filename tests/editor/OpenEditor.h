@@ -82,7 +82,8 @@ struct OpenEditor
 
     // Without any, the plug-in opens with a toast over everything.
     juce::File preset = config.addPreset (
-        "Factory/Loud.tpre", stateText (entry ("in_gain", "6.0") + "<graph_modes clipper_single=\"1\"/>"));
+        "Factory/Loud.tpre",
+        stateText (entry ("in_gain", "6.0") + "<graph_modes clipper_single=\"1\" clipper_low_band=\"1\"/>"));
     PluginUnderTest plugin;
     std::unique_ptr<OrvoAudioProcessorEditor> editor;
     std::unique_ptr<OffscreenWindow> window;
