@@ -196,7 +196,10 @@ def click(x, y, button=1, times=1):
 
 
 def click_in(window, x, y, button=1, times=1):
-    left, top = geometry(window)[:2]
+    area = geometry(window)
+    if not area:
+        raise Failure(f"the window {window} is gone")
+    left, top = area[:2]
     click(left + x, top + y, button, times)
 
 
