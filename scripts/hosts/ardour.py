@@ -72,8 +72,8 @@ quit ()
 
 
 class Ardour:
-    def __init__(self, result, programs):
-        self.result, self.programs = result, programs
+    def __init__(self, programs):
+        self.programs = programs
         self.messages = 0
 
     def configure(self):
@@ -189,7 +189,7 @@ class Ardour:
 
 
 def drive(result, programs):
-    host = Ardour(result, programs)
+    host = Ardour(programs)
     text = common.run(*common.PREFIX, "ardour", "--version")
     result.version = (re.search(r"Ardour\s*v?(\d+\.\d+)", text) or re.search(r"(\d+\.\d+)", text)).group(1)
     host.configure()
