@@ -14,7 +14,7 @@ ORVO_INLINE Float log2 (Float x)
 {
     constexpr auto rootOfHalf = 0x3f3504f3;
     const auto bits = asInt (x);
-    const auto octave = (bits - broadcastInt (rootOfHalf)) >> 23;
+    const auto octave = (bits - rootOfHalf) >> 23;
     const auto f = asFloat (bits - (octave << 23)) - broadcast (1.0f);
 
     const auto pair = [&](float low, float high) __attribute__ ((always_inline))
@@ -51,37 +51,27 @@ ORVO_INLINE Float exp2 (Float x)
                                    pair (0.055503323275f, 0.0096184362861f));
     const auto polynomial = multiplyAdd (high, f2, pair (0.69314720294f, 0.2402264792f));
     const auto mantissa = multiplyAdd (polynomial, f, broadcast (1.0f));
-    const auto power = (asInt (rounded) - asInt (rounder) + broadcastInt (127)) << 23;
+    const auto power = (asInt (rounded) - asInt (rounder) + 127) << 23;
 
     return asFloat (asInt (mantissa * asFloat (power)) & (x >= broadcast (-126.0f)));
 }
 
 ORVO_INLINE Float withSignOf (Float magnitude, Float x)
 {
-    return asFloat (asInt (magnitude) ^ (asInt (x) & broadcastInt (~0x7fffffff)));
+    return asFloat (asInt (magnitude) ^ (asInt (x) & ~0x7fffffff));
 }
 
 /** Calls `curve` with every register. It returns whether the register has changed. */
 template <typename Curve>
 ORVO_INLINE void apply (float* samples, size_t numSamples, Curve curve)
 {
-    size_t i = 0;
+    forEach<width> (
+        0, numSamples, [&](size_t i, size_t count) __attribute__ ((always_inline)) {
+            auto x = loadUpTo (samples + i, count);
 
-    for (; i + width <= numSamples; i += width)
-    {
-        auto x = load (samples + i);
-
-        if (curve (x))
-            store (samples + i, x);
-    }
-
-    if (i < numSamples)
-    {
-        auto x = loadUpTo (samples + i, numSamples - i);
-
-        if (curve (x))
-            storeUpTo (samples + i, x, numSamples - i);
-    }
+            if (curve (x))
+                storeUpTo (samples + i, x, count);
+        });
 }
 
 void hardClip (float threshold, float* samples, size_t numSamples)

@@ -30,9 +30,9 @@ ORVO_INLINE void transposeGroups (Float& a, Float& b, Float& c, Float& d)
 /** Four samples of segment `row`, and of the one four further if there are eight lanes. */
 ORVO_INLINE Float loadRow (const float* samples, size_t segmentLength, size_t row)
 {
-    const auto near = load4 (samples + row * segmentLength);
+    const auto near = load<Float4> (samples + row * segmentLength);
 #if defined(__AVX2__)
-    const auto far = load4 (samples + (row + 4) * segmentLength);
+    const auto far = load<Float4> (samples + (row + 4) * segmentLength);
     return __builtin_shufflevector (near, far, 0, 1, 2, 3, 4, 5, 6, 7);
 #else
     return near;

@@ -81,8 +81,8 @@ void halfBandUpChunk (const simd::HalfBand& filter, float* line, const float* in
 
             if (count == width)
             {
-                store (target, interleaveLow (sums, between));
-                store (target + width, interleaveHigh (sums, between));
+                store (target, Lanes::interleaveLow (sums, between));
+                store (target + width, Lanes::interleaveHigh (sums, between));
                 return;
             }
 
@@ -118,8 +118,8 @@ void halfBandDownChunk (const simd::HalfBand& filter, float* evenLine, float* od
     for (; i + width <= numOutputs; i += width)
     {
         const auto a = load (input + 2 * i), b = load (input + 2 * i + width);
-        store (newestEven + i, evenLanes (a, b));
-        store (newestOdd + i, oddLanes (a, b));
+        store (newestEven + i, Lanes::even (a, b));
+        store (newestOdd + i, Lanes::odd (a, b));
     }
 
     for (; i < numOutputs; ++i)
@@ -158,16 +158,12 @@ void halfBandDown (const simd::HalfBand& filter, float* evenLine, float* oddLine
 
 bool isWithin (const float* samples, size_t numSamples, float limit)
 {
-    auto isSafe = broadcastInt (-1);
+    auto isSafe = ~Int {};
     const auto limits = broadcast (limit);
-    size_t i = 0;
-
-    for (; i + width <= numSamples; i += width)
-        isSafe &= abs (load (samples + i)) <= limits;
-
-    if (i < numSamples)
-        isSafe &= abs (loadUpTo (samples + i, numSamples - i)) <= limits;
-
+    forEach<width> (
+        0, numSamples, [&](size_t i, size_t count) __attribute__ ((always_inline)) {
+            isSafe &= abs (loadUpTo (samples + i, count)) <= limits;
+        });
     return all (isSafe);
 }
 } // namespace

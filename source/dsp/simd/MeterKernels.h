@@ -8,6 +8,28 @@
 
 namespace
 {
+/** Two doubles, from the first two lanes and back to them. */
+using Double2 [[gnu::vector_size (16)]] = double;
+using Long2 [[gnu::vector_size (16)]] = long long;
+
+ORVO_INLINE Double2 toDoubles (Float4 x)
+{
+#if defined(__SSE2__)
+    return _mm_cvtps_pd (x);
+#else
+    return Double2 { x[0], x[1] };
+#endif
+}
+
+ORVO_INLINE Float4 toFloats (Double2 x)
+{
+#if defined(__SSE2__)
+    return _mm_cvtpd_ps (x);
+#else
+    return Float4 { static_cast<float> (x[0]), static_cast<float> (x[1]), 0.0f, 0.0f };
+#endif
+}
+
 template <typename Doubles>
 struct BiquadLanes
 {
@@ -73,7 +95,7 @@ struct Weigher
 
     ORVO_INLINE void keep (Float4 square, size_t i)
     {
-        isFinite &= square <= broadcast4 (__FLT_MAX__);
+        isFinite &= square <= broadcast<Float4> (__FLT_MAX__);
         squares[0][i] = square[0];
         squares[1][i] = square[1];
     }
@@ -178,10 +200,10 @@ struct LevelRegisters
     /** An operand that is no number passes through a maximum as in the plain form: max yields its second. */
     ORVO_INLINE void step (Float4 x, Float4 square, Float4 oldest)
     {
-        peak = max4 (x + (peak - x) * coefficient, x);
-        maxPeak = max4 (peak, maxPeak);
+        peak = max (x + (peak - x) * coefficient, x);
+        maxPeak = max (peak, maxPeak);
         sum = (sum + square) - oldest;
-        maxSum = max4 (sum, maxSum);
+        maxSum = max (sum, maxSum);
     }
 };
 
@@ -205,14 +227,16 @@ void trackLevels (simd::LevelLanes& lanes, simd::ConstChannels input, simd::Chan
 
     const auto run = [&](size_t i, size_t count) __attribute__ ((always_inline))
     {
-        const auto l = abs4 (loadUpTo4 (input[0] + i, count)), r = abs4 (loadUpTo4 (input[1] + i, count));
-        const auto oldL = loadUpTo4 (squares[0] + i, count), oldR = loadUpTo4 (squares[1] + i, count);
+        const auto l = abs (loadUpTo<Float4> (input[0] + i, count)),
+                   r = abs (loadUpTo<Float4> (input[1] + i, count));
+        const auto oldL = loadUpTo<Float4> (squares[0] + i, count),
+                   oldR = loadUpTo<Float4> (squares[1] + i, count);
         const Float4 x[] { __builtin_shufflevector (l, r, 0, 4, 1, 5),
                            __builtin_shufflevector (l, r, 2, 6, 3, 7) };
         const Float4 oldest[] { __builtin_shufflevector (oldL, oldR, 0, 4, 1, 5),
                                 __builtin_shufflevector (oldL, oldR, 2, 6, 3, 7) };
-        storeUpTo4 (squares[0] + i, l * l, count);
-        storeUpTo4 (squares[1] + i, r * r, count);
+        storeUpTo (squares[0] + i, l * l, count);
+        storeUpTo (squares[1] + i, r * r, count);
 
         for (size_t k = 0; k < count; ++k)
         {
@@ -221,10 +245,10 @@ void trackLevels (simd::LevelLanes& lanes, simd::ConstChannels input, simd::Chan
             state.step (sample, sample * sample, isOdd ? upper (oldest[k / 2]) : oldest[k / 2]);
         }
 
-        largest = max4 (x[0], max4 (x[1], largest));
+        largest = max (x[0], max (x[1], largest));
     };
 
-    forEach4 (0, numSamples, run);
+    forEach<4> (0, numSamples, run);
 
     for (auto channel = 0; channel < 2; ++channel)
     {
@@ -232,7 +256,7 @@ void trackLevels (simd::LevelLanes& lanes, simd::ConstChannels input, simd::Chan
         lanes.maxPeak[channel] = state.maxPeak[channel];
         lanes.rmsSum[channel] = state.sum[channel];
         lanes.maxRmsSum[channel] = state.maxSum[channel];
-        lanes.largest[channel] = max4 (largest, upper (largest))[channel];
+        lanes.largest[channel] = max (largest, upper (largest))[channel];
     }
 }
 } // namespace

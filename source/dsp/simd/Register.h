@@ -1,7 +1,7 @@
 #pragma once
 
-// Registers of floats as the compiler's vector types, with the few operations that these lack. Everything has
-// internal linkage and is always inlined; see Kernels.h.
+// Registers of floats as the compiler's vector types, with the few operations that these lack, each once for all
+// widths. Everything has internal linkage and is always inlined; see Kernels.h.
 
 #if defined(__SSE2__)
     #include <immintrin.h>
@@ -13,109 +13,6 @@
 
 namespace
 {
-/** Four lanes, whatever the instruction set. */
-using Float4 [[gnu::vector_size (16)]] = float;
-using Int4 [[gnu::vector_size (16)]] = int;
-
-ORVO_INLINE Float4 broadcast4 (float x)
-{
-    return Float4 { x, x, x, x };
-}
-
-/** Neither needs alignment. */
-ORVO_INLINE Float4 load4 (const float* source)
-{
-    Float4 x;
-    __builtin_memcpy (&x, source, sizeof (x));
-    return x;
-}
-
-ORVO_INLINE void store4 (float* target, Float4 x)
-{
-    __builtin_memcpy (target, &x, sizeof (x));
-}
-
-/** The first `count` floats; the other lanes are 0. */
-ORVO_INLINE Float4 loadUpTo4 (const float* source, size_t count)
-{
-    if (count == 4)
-        return load4 (source);
-
-    Float4 x {};
-    for (size_t i = 0; i < count; ++i)
-        x[i] = source[i];
-    return x;
-}
-
-ORVO_INLINE void storeUpTo4 (float* target, Float4 x, size_t count)
-{
-    if (count == 4)
-        return store4 (target, x);
-
-    for (size_t i = 0; i < count; ++i)
-        target[i] = x[i];
-}
-
-ORVO_INLINE Float4 abs4 (Float4 x)
-{
-    constexpr auto all = 0x7fffffff;
-    return reinterpret_cast<Float4> (reinterpret_cast<Int4> (x) & Int4 { all, all, all, all });
-}
-
-/** Whether every lane of a comparison's result is true. */
-ORVO_INLINE bool all4 (Int4 mask)
-{
-#if defined(__SSE2__)
-    return _mm_movemask_ps (reinterpret_cast<__m128> (mask)) == 15;
-#else
-    return (mask[0] & mask[1] & mask[2] & mask[3]) != 0;
-#endif
-}
-
-ORVO_INLINE Float4 max4 (Float4 a, Float4 b)
-{
-#if defined(__SSE2__)
-    return _mm_max_ps (a, b);
-#else
-    const auto mask = a > b;
-    return reinterpret_cast<Float4> ((reinterpret_cast<Int4> (a) & mask)
-                                     | (reinterpret_cast<Int4> (b) & ~mask));
-#endif
-}
-
-/** Two doubles, from the first two lanes and back to them. */
-using Double2 [[gnu::vector_size (16)]] = double;
-using Long2 [[gnu::vector_size (16)]] = long long;
-
-ORVO_INLINE Double2 toDoubles (Float4 x)
-{
-#if defined(__SSE2__)
-    return _mm_cvtps_pd (x);
-#else
-    return Double2 { x[0], x[1] };
-#endif
-}
-
-ORVO_INLINE Float4 toFloats (Double2 x)
-{
-#if defined(__SSE2__)
-    return _mm_cvtpd_ps (x);
-#else
-    return Float4 { static_cast<float> (x[0]), static_cast<float> (x[1]), 0.0f, 0.0f };
-#endif
-}
-
-/** Calls `body (start, count)` for whole registers of 4, and once for what is left. */
-template <typename Body>
-ORVO_INLINE void forEach4 (size_t start, size_t end, Body body)
-{
-    for (; start + 4 <= end; start += 4)
-        body (start, 4);
-
-    if (start < end)
-        body (start, end - start);
-}
-
 /** As many lanes as a register of the instruction set has. */
 #if defined(__AVX2__)
 constexpr size_t width = 8;
@@ -126,100 +23,136 @@ constexpr size_t width = 4;
 using Float [[gnu::vector_size (4 * width)]] = float;
 using Int [[gnu::vector_size (4 * width)]] = int;
 
-ORVO_INLINE Float broadcast (float x)
+/** Four lanes, whatever the instruction set. */
+using Float4 [[gnu::vector_size (16)]] = float;
+using Int4 [[gnu::vector_size (16)]] = int;
+
+/** What comparing two of them gives: whole numbers with all bits set where it is true. */
+template <typename Floats>
+using MaskOf = decltype (Floats {} < Floats {});
+
+template <typename Floats>
+ORVO_INLINE MaskOf<Floats> asInt (Floats x)
 {
-    return x - Float {};
+    return reinterpret_cast<MaskOf<Floats>> (x);
 }
 
-ORVO_INLINE Float load (const float* source)
+template <typename Floats = Float>
+ORVO_INLINE Floats asFloat (MaskOf<Floats> x)
 {
-    Float x;
+    return reinterpret_cast<Floats> (x);
+}
+
+template <typename Floats = Float>
+ORVO_INLINE Floats broadcast (float x)
+{
+    return x - Floats {};
+}
+
+/** No load or store needs alignment. */
+template <typename Floats = Float>
+ORVO_INLINE Floats load (const float* source)
+{
+    Floats x;
     __builtin_memcpy (&x, source, sizeof (x));
     return x;
 }
 
-ORVO_INLINE void store (float* target, Float x)
+template <typename Floats>
+ORVO_INLINE void store (float* target, Floats x)
 {
     __builtin_memcpy (target, &x, sizeof (x));
 }
 
-ORVO_INLINE Float loadUpTo (const float* source, size_t count)
+/** The first `count` floats; the other lanes are 0. */
+template <typename Floats = Float>
+ORVO_INLINE Floats loadUpTo (const float* source, size_t count)
 {
-    Float x {};
+    Floats x {};
     __builtin_memcpy (&x, source, count * sizeof (float));
     return x;
 }
 
-ORVO_INLINE void storeUpTo (float* target, Float x, size_t count)
+template <typename Floats>
+ORVO_INLINE void storeUpTo (float* target, Floats x, size_t count)
 {
     __builtin_memcpy (target, &x, count * sizeof (float));
 }
 
-ORVO_INLINE Int asInt (Float x)
+/** Calls `body (start, count)` for whole registers of `lanes`, and once for what is left. */
+template <size_t lanes, typename Body>
+ORVO_INLINE void forEach (size_t start, size_t end, Body body)
 {
-    return reinterpret_cast<Int> (x);
+    for (; start + lanes <= end; start += lanes)
+        body (start, lanes);
+
+    if (start < end)
+        body (start, end - start);
 }
 
-ORVO_INLINE Float asFloat (Int x)
+template <typename Floats>
+ORVO_INLINE Floats abs (Floats x)
 {
-    return reinterpret_cast<Float> (x);
-}
-
-ORVO_INLINE Int broadcastInt (int x)
-{
-    return x - Int {};
-}
-
-ORVO_INLINE Float abs (Float x)
-{
-    return asFloat (asInt (x) & broadcastInt (0x7fffffff));
+    return asFloat<Floats> (asInt (x) & 0x7fffffff);
 }
 
 /** Of `a` where the mask is set, of `b` elsewhere. */
-ORVO_INLINE Float select (Int mask, Float a, Float b)
+template <typename Floats>
+ORVO_INLINE Floats select (MaskOf<Floats> mask, Floats a, Floats b)
 {
-    return asFloat ((asInt (a) & mask) | (asInt (b) & ~mask));
+    return asFloat<Floats> ((asInt (a) & mask) | (asInt (b) & ~mask));
 }
 
 /** Whether a comparison was true in any lane, or in every one. */
-ORVO_INLINE bool any (Int mask)
+template <typename Mask>
+ORVO_INLINE bool any (Mask mask)
 {
-#if defined(__AVX2__)
-    return _mm256_movemask_ps (reinterpret_cast<__m256> (mask)) != 0;
-#elif defined(__SSE2__)
-    return _mm_movemask_ps (reinterpret_cast<__m128> (mask)) != 0;
+#if defined(__SSE2__)
+    #if defined(__AVX2__)
+    if constexpr (sizeof (mask) == sizeof (__m256))
+        return _mm256_movemask_ps (reinterpret_cast<__m256> (mask)) != 0;
+    else
+    #endif
+        return _mm_movemask_ps (reinterpret_cast<__m128> (mask)) != 0;
 #else
     return (mask[0] | mask[1] | mask[2] | mask[3]) != 0;
 #endif
 }
 
-ORVO_INLINE bool all (Int mask)
+template <typename Mask>
+ORVO_INLINE bool all (Mask mask)
 {
     return ! any (~mask);
 }
 
 /** The smaller one in each lane; `b` if either is no number. */
-ORVO_INLINE Float min (Float a, Float b)
+template <typename Floats>
+ORVO_INLINE Floats min (Floats a, Floats b)
 {
 #if defined(__AVX2__)
-    return _mm256_min_ps (a, b);
-#elif defined(__SSE2__)
-    return _mm_min_ps (a, b);
-#else
-    return select (a < b, a, b);
+    if constexpr (sizeof (a) == sizeof (__m256))
+        return _mm256_min_ps (a, b);
 #endif
+#if defined(__SSE2__)
+    if constexpr (sizeof (a) == sizeof (__m128))
+        return _mm_min_ps (a, b);
+#endif
+    return select (a < b, a, b);
 }
 
 /** The larger one in each lane; `b` if either is no number. */
-ORVO_INLINE Float max (Float a, Float b)
+template <typename Floats>
+ORVO_INLINE Floats max (Floats a, Floats b)
 {
 #if defined(__AVX2__)
-    return _mm256_max_ps (a, b);
-#elif defined(__SSE2__)
-    return _mm_max_ps (a, b);
-#else
-    return select (a > b, a, b);
+    if constexpr (sizeof (a) == sizeof (__m256))
+        return _mm256_max_ps (a, b);
 #endif
+#if defined(__SSE2__)
+    if constexpr (sizeof (a) == sizeof (__m128))
+        return _mm_max_ps (a, b);
+#endif
+    return select (a > b, a, b);
 }
 
 /** a b + c, rounded once where the processor can. */
@@ -232,43 +165,35 @@ ORVO_INLINE Float multiplyAdd (Float a, Float b, Float c)
 #endif
 }
 
-/** Lanes of two registers in turn: the lower halves, or the upper ones. */
-ORVO_INLINE Float interleaveLow (Float a, Float b)
+/** Lanes of two registers in an order that follows from the lane's number. */
+template <size_t... lane>
+struct Shuffles
 {
-#if defined(__AVX2__)
-    return __builtin_shufflevector (a, b, 0, 8, 1, 9, 2, 10, 3, 11);
-#else
-    return __builtin_shufflevector (a, b, 0, 4, 1, 5);
-#endif
-}
+    /** In turn: of the lower halves, or of the upper ones. */
+    ORVO_INLINE static Float interleaveLow (Float a, Float b)
+    {
+        return __builtin_shufflevector (a, b, (lane / 2 + lane % 2 * width)...);
+    }
 
-ORVO_INLINE Float interleaveHigh (Float a, Float b)
-{
-#if defined(__AVX2__)
-    return __builtin_shufflevector (a, b, 4, 12, 5, 13, 6, 14, 7, 15);
-#else
-    return __builtin_shufflevector (a, b, 2, 6, 3, 7);
-#endif
-}
+    ORVO_INLINE static Float interleaveHigh (Float a, Float b)
+    {
+        return __builtin_shufflevector (a, b, ((lane + width) / 2 + lane % 2 * width)...);
+    }
 
-/** Every other lane of two registers in a row, from the first one on, or from the second. */
-ORVO_INLINE Float evenLanes (Float a, Float b)
-{
-#if defined(__AVX2__)
-    return __builtin_shufflevector (a, b, 0, 2, 4, 6, 8, 10, 12, 14);
-#else
-    return __builtin_shufflevector (a, b, 0, 2, 4, 6);
-#endif
-}
+    /** Every other one of two registers in a row, from the first one on, or from the second. */
+    ORVO_INLINE static Float even (Float a, Float b) { return __builtin_shufflevector (a, b, (2 * lane)...); }
 
-ORVO_INLINE Float oddLanes (Float a, Float b)
-{
+    ORVO_INLINE static Float odd (Float a, Float b)
+    {
+        return __builtin_shufflevector (a, b, (2 * lane + 1)...);
+    }
+};
+
 #if defined(__AVX2__)
-    return __builtin_shufflevector (a, b, 1, 3, 5, 7, 9, 11, 13, 15);
+using Lanes = Shuffles<0, 1, 2, 3, 4, 5, 6, 7>;
 #else
-    return __builtin_shufflevector (a, b, 1, 3, 5, 7);
+using Lanes = Shuffles<0, 1, 2, 3>;
 #endif
-}
 
 /** Rows become columns. */
 ORVO_INLINE void transpose4 (Float4& a, Float4& b, Float4& c, Float4& d)

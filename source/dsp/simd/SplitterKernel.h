@@ -100,12 +100,12 @@ ORVO_INLINE Splitter makeSplitter (const simd::SplitterCoefficients& c, const si
                                    const simd::SplitterChannel& right)
 {
     const auto section = [&] (float g, float h) -> SectionCoefficients {
-        return { broadcast4 (g), broadcast4 (c.r2 + g), broadcast4 (h) };
+        return { broadcast<Float4> (g), broadcast<Float4> (c.r2 + g), broadcast<Float4> (h) };
     };
 
     return { section (c.gLow, c.hLow),
              section (c.gHigh, c.hHigh),
-             broadcast4 (c.r2),
+             broadcast<Float4> (c.r2),
              load (left.lowShared, right.lowShared, left.lowShared, right.lowShared),
              load (left.lowSecond, right.lowSecond, left.restSecond, right.restSecond),
              load (left.phase, right.phase, left.highShared, right.highShared),
@@ -157,12 +157,12 @@ struct SplitterRing
         splitter.runFirst (input[t % size]);
     }
 
-    ORVO_INLINE void check (Float4 x, Float4 limit) { isSafe &= abs4 (x) <= limit; }
+    ORVO_INLINE void check (Float4 x, Float4 limit) { isSafe &= abs (x) <= limit; }
 
     /** `count` is at most 4. */
     ORVO_INLINE void readInput (const float* left, const float* right, size_t i, size_t count, Float4 limit)
     {
-        const auto l = loadUpTo4 (left + i, count), r = loadUpTo4 (right + i, count);
+        const auto l = loadUpTo<Float4> (left + i, count), r = loadUpTo<Float4> (right + i, count);
         check (l, limit);
         check (r, limit);
 
@@ -192,10 +192,10 @@ struct SplitterRing
 
         for (size_t channel = 0; channel < numChannels; ++channel)
         {
-            storeUpTo4 (outputs.low[channel] + i, rows[channel], count);
-            storeUpTo4 (outputs.rest[channel] + i, rows[channel + 2], count);
-            storeUpTo4 (outputs.mid[channel] + i, rows[channel + 4], count);
-            storeUpTo4 (outputs.high[channel] + i, rows[channel + 6], count);
+            storeUpTo (outputs.low[channel] + i, rows[channel], count);
+            storeUpTo (outputs.rest[channel] + i, rows[channel + 2], count);
+            storeUpTo (outputs.mid[channel] + i, rows[channel + 4], count);
+            storeUpTo (outputs.high[channel] + i, rows[channel + 6], count);
         }
     }
 };
@@ -208,7 +208,7 @@ ORVO_INLINE bool splitChannels (const simd::SplitterCoefficients& coefficients,
 {
     constexpr size_t delay = 3;
     const auto last = numChannels - 1;
-    const auto limits = broadcast4 (limit);
+    const auto limits = broadcast<Float4> (limit);
     auto splitter = makeSplitter (coefficients, channels[0], channels[last]);
     SplitterRing ring;
     size_t written = 0;
@@ -221,7 +221,7 @@ ORVO_INLINE bool splitChannels (const simd::SplitterCoefficients& coefficients,
     for (size_t start = 0; start < numSamples; start += SplitterRing::chunk)
     {
         const auto end = start + SplitterRing::chunk < numSamples ? start + SplitterRing::chunk : numSamples;
-        forEach4 (
+        forEach<4> (
             start, end, [&](size_t i, size_t count) __attribute__ ((always_inline)) {
                 ring.readInput (input[0], input[last], i, count, limits);
             });
@@ -235,7 +235,7 @@ ORVO_INLINE bool splitChannels (const simd::SplitterCoefficients& coefficients,
         // What has come through, in whole registers.
         if (end == start + SplitterRing::chunk)
         {
-            forEach4 (written, end - 4, write);
+            forEach<4> (written, end - 4, write);
             written = end - 4;
         }
     }
@@ -243,12 +243,12 @@ ORVO_INLINE bool splitChannels (const simd::SplitterCoefficients& coefficients,
     for (auto t = numSamples; t < numSamples + delay; ++t)
         ring.tickAtTheEdge (splitter, t, numSamples);
 
-    forEach4 (written, numSamples, write);
+    forEach<4> (written, numSamples, write);
 
     for (size_t channel = 0; channel < numChannels; ++channel)
         storeChannel (channels[channel], splitter, static_cast<int> (channel));
 
-    return all4 (ring.isSafe);
+    return all (ring.isSafe);
 }
 
 bool split (const simd::SplitterCoefficients& coefficients, simd::SplitterChannel* channels,
