@@ -1,5 +1,6 @@
 #include "PresetFiles.h"
 
+#include "common/CheckedText.h"
 #include "common/CheckedXml.h"
 
 namespace tessarin::PresetFiles

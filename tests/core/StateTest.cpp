@@ -88,15 +88,8 @@ const auto gain7 = entry ("gain_single", "7").toStdString();
 const auto good = stateText (entry ("gain_single", "7")).toStdString();
 const auto goodSize = static_cast<juce::uint32> (good.size());
 
-std::string stateAround (const std::string& text)
-{
-    return "<orvo>" + text + gain7 + "</orvo>";
-}
-
 TEST_F (State, OfDamagedOrForeignOriginChangesNothing)
 {
-    const auto levels = [] (const char* tag) { return String::repeatedString (tag, 1000).toStdString(); };
-
     std::vector<std::pair<std::string, MemoryBlock>> blocks {
         { "nothing", {} },
         { "eight bytes", { makeBlock (good).getData(), 8 } },
@@ -107,47 +100,12 @@ TEST_F (State, OfDamagedOrForeignOriginChangesNothing)
         { "cut by its length", makeBlock (good, magicNumber, goodSize - 1) },
     };
 
-    const std::vector<std::string> texts {
-        "",
-        "gain_single 7",
-        " \r\n",
-        "<?xml version=\"1.0\"?>",
-        "<other>" + gain7 + "</other>",
-        "<pivotstate>" + gain7 + "</pivotstate>",
-        "<pivot>" + gain7 + "</pivot>",
-        good + "<orvo/>",
-        good + "x",
-        "<?xml?>" + good,
-        "<!DOCTYPE orvo [<!ENTITY a \"7\">]>" + good,
-        "<orvo>" + gain7,
-        "<orvo a=b>" + gain7 + "</orvo>",
-        "<orvo a=\"1\" a=\"2\">" + gain7 + "</orvo>",
-        "<orvo base64:a=\"-1.x\">" + gain7 + "</orvo>",
-        "<orvo a=\"b>",
-        "<orvo a>" + gain7 + "</orvo>",
-        "<orvo a=\"b\"c=\"d\"/",
-        "<orvo>" + gain7 + "</other>",
-        stateAround ("<a><b></a></b>"),
-        stateAround ("<PARAM id=gain_single/>"),
-        stateAround ("<!-- "),
-        stateAround ("<?a?>x"),
-        stateAround ("<![CDATA[x]]>"),
-        stateAround (std::string (1, '\0')),
-        stateAround ("\x80"),
-        stateAround ("\xc0\xaf"),
-        stateAround ("\xed\xa0\x80"),
-        stateAround ("\xf4\x90\x80\x80"),
-        "<orvo>\xe2\x82",
-        stateAround ("&nbsp;"),
-        stateAround ("&#x41"),
-        stateAround ("&#0;"),
-        stateAround ("&#xd800;"),
-        stateAround (levels ("<a>") + levels ("</a>")),
-        stateAround (std::string (9000000, ' ')),
-    };
-
-    for (const auto& text : texts)
-        blocks.emplace_back (text.substr (0, 60), makeBlock (text));
+    // One of each kind; tests/common has the rest.
+    for (const auto& text : { std::string(), "<other>" + gain7 + "</other>", "<pivot>" + gain7 + "</pivot>",
+                              "<pivotstate>" + gain7 + "</pivotstate>", good + "<orvo/>", "<orvo>" + gain7,
+                              "<orvo a=\"1\" a=\"2\">" + gain7 + "</orvo>",
+                              "<orvo><?a?>x" + gain7 + "</orvo>", "<orvo>\x80" + gain7 + "</orvo>" })
+        blocks.emplace_back (text, makeBlock (text));
 
     plugin.moveEverything();
     const auto values = plugin.values();
@@ -181,9 +139,7 @@ TEST_F (State, IsReadInEveryFormThatHostsKeepItIn)
 
     for (const std::string& text : std::initializer_list<std::string> {
              good, "<Orvo>" + gain7 + "</Orvo>", "<ORVO version='9.9' >" + gain7 + "</ORVO >",
-             "\xef\xbb\xbf" + good, " \r\n<!-- a <?b?> --> <orvo>\r\n <!-->-->" + gain7 + "\t</orvo> <!---->",
-             std::string ("<orvo a=\"&lt;&#x3e;\xc3\xa4\xf0\x9f\x8e\x9b\"><PARAM\nvalue = '&#55;' "
-                          "id=\"gain&#95;single\"/></orvo>") })
+             "\xef\xbb\xbf" + good, " \r\n<!-- a --> <orvo>\r\n" + gain7 + "\t</orvo> <!---->" })
         blocks.push_back (makeBlock (text));
 
     for (const auto& block : blocks)
