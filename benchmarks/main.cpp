@@ -6,6 +6,7 @@
 #include "Frames.h"
 #include "Ratios.h"
 #include "Rows.h"
+#include "scratch/TemporaryFolder.h"
 
 #include <juce_events/juce_events.h>
 
@@ -16,32 +17,6 @@
 
 namespace
 {
-/** Home and configuration folder of the processors, so that no user's settings or presets play a part. Made
-    before JUCE starts, which looks some of this up once. */
-class TemporaryHome
-{
-public:
-    TemporaryHome()
-    {
-        folder.createDirectory();
-        const auto path = folder.getFullPathName();
-        setenv ("HOME", path.toRawUTF8(), 1);
-        setenv ("XDG_CONFIG_HOME", path.toRawUTF8(), 1);
-
-        // JUCE joins any screen it finds. A name that cannot be parsed keeps it away; an empty one would not.
-        setenv ("DISPLAY", "none", 1);
-    }
-
-    ~TemporaryHome() { folder.deleteRecursively(); }
-
-    TemporaryHome (const TemporaryHome&) = delete;
-    TemporaryHome& operator= (const TemporaryHome&) = delete;
-
-private:
-    juce::File folder = juce::File::getSpecialLocation (juce::File::tempDirectory)
-                            .getChildFile ("orvo-bench-" + juce::Uuid().toString());
-};
-
 /** One line per row with its readings. */
 class Table final : public benchmark::ConsoleReporter
 {
@@ -75,6 +50,7 @@ public:
 
 int main (int argc, char** argv)
 {
+    forbidDisplay();
     const TemporaryHome home;
     const juce::ScopedJuceInitialiser_GUI juce;
 

@@ -1,7 +1,7 @@
 #include "common/CheckedXml.h"
 
 #include "common/CheckedText.h"
-#include "support/TemporaryFolder.h"
+#include "scratch/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -399,11 +399,7 @@ TEST (OrvoEditor, FollowsAChangeThatComesAtOnceAfterAnother)
     {
         // The first arrives, and the second comes before its 16 ms are over.
         open.plugin.set ("layout", 1);
-
-        while (juce::detail::dispatchNextMessageOnSystemQueue (true))
-        {
-        }
-
+        dispatchPosted();
         open.plugin.set ("layout", layout);
         EXPECT_TRUE (eventually ([&p = *panel] { return p.isVisible(); })) << layout;
         EXPECT_FALSE (open.editor->bandEditor.isVisible()) << layout;
@@ -475,8 +471,7 @@ TEST (OrvoEditor, OpensAndClosesAtAnyMomentWhileAudioAndAutomationGoOn)
         }
 
         // Messages that are pending when a window goes must find nobody.
-        for (auto i = 0; i < round; ++i)
-            juce::detail::dispatchNextMessageOnSystemQueue (true);
+        dispatchPosted (round);
 
         for (size_t i = 0; i < editors.size(); ++i)
         {

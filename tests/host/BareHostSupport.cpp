@@ -237,8 +237,7 @@ int main (int argc, char** argv)
     testing::InitGoogleTest (&argc, argv);
 
     // The plug-in's files, away from the user's.
-    const TemporaryFolder home;
-    home.makeHome();
+    const TemporaryHome home;
 
     // Without presets, a message lies over the window.
     std::filesystem::create_directories (configFolder() / "Presets");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../support/TemporaryFolder.h"
+#include "scratch/TemporaryFolder.h"
 #include "XlibBesideGtest.h"
 
 #include <filesystem>

@@ -1,7 +1,5 @@
 #include "HostTestSupport.h"
 
-#include "PluginHost.h"
-
 #include <juce_events/juce_events.h>
 
 #include <gtest/gtest.h>
@@ -127,10 +125,7 @@ int main (int argc, char** argv)
 {
     testing::InitGoogleTest (&argc, argv);
     forbidDisplay();
-
-    const TemporaryFolder home;
-    home.makeHome();
-
+    const TemporaryHome home;
     const juce::ScopedJuceInitialiser_GUI juce;
     return RUN_ALL_TESTS();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../support/TemporaryFolder.h"
+#include "scratch/TemporaryFolder.h"
 
 #include <juce_audio_formats/juce_audio_formats.h>
 

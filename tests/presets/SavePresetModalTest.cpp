@@ -160,9 +160,7 @@ TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)
     EXPECT_TRUE (modal.isVisible()) << "until somebody hides it";
     EXPECT_EQ (juce::File::getCurrentWorkingDirectory(), workingDirectory) << "the host's own";
 
-    for (auto i = 0; i < 10000 && processor.toastManager.toasts.isEmpty(); ++i)
-        juce::detail::dispatchNextMessageOnSystemQueue (false);
-
+    dispatchUntil ([this] { return ! processor.toastManager.toasts.isEmpty(); });
     const auto preset = processor.presetManager.getCurrentPreset();
     EXPECT_EQ (preset.name + preset.description + preset.categories[0] + preset.author,
                "ChosenWarmBassAnn Example");
@@ -188,9 +186,7 @@ TEST (SaveDialog, IsReplacedByASecondAndOutlivesTheWindow)
     open.close();
     toasts.clear();
 
-    for (auto i = 0; i < 10000 && toasts.isEmpty(); ++i)
-        juce::detail::dispatchNextMessageOnSystemQueue (false);
-
+    dispatchUntil ([&] { return ! toasts.isEmpty(); });
     ASSERT_FALSE (toasts.isEmpty());
     EXPECT_EQ (toasts[0]->text, "Preset saved");
     EXPECT_EQ (user.getNumberOfChildFiles (juce::File::findFiles), 1) << "the first dialog is gone";

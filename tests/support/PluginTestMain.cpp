@@ -1,5 +1,5 @@
+#include "scratch/TemporaryFolder.h"
 #include "ScreenLibraries.h"
-#include "TemporaryFolder.h"
 
 #include <juce_events/juce_events.h>
 
@@ -8,9 +8,7 @@
 
 int main (int argc, char** argv)
 {
-    // Before JUCE starts: it looks up the home folder once.
-    const TemporaryFolder home;
-    home.makeHome();
+    const TemporaryHome home;
 
     // What was freed holds no address any more, so that whoever is called after its end crashes here.
     mallopt (M_PERTURB, 0x5a);

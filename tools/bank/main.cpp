@@ -3,8 +3,7 @@
 
 #include "BankWriter.h"
 #include "core/OrvoAudioProcessor.h"
-
-#include <stdlib.h>
+#include "scratch/TemporaryFolder.h"
 
 #include <cstdio>
 
@@ -20,18 +19,10 @@ int main (int argc, char** argv)
         juce::File::getCurrentWorkingDirectory().getChildFile (juce::String::fromUTF8 (argv[1]));
 
     // A processor reads and writes the user's settings and log; these are not ours to touch.
-    const juce::TemporaryFile configuration;
-    setenv ("XDG_CONFIG_HOME", configuration.getFile().getFullPathName().toRawUTF8(), 1);
-
-    auto result = juce::Result::ok();
-
-    {
-        const juce::ScopedJuceInitialiser_GUI juceInitialiser;
-        OrvoAudioProcessor processor;
-        result = factoryBank::writeBank (processor, target);
-    }
-
-    configuration.getFile().deleteRecursively();
+    const TemporaryHome home;
+    const juce::ScopedJuceInitialiser_GUI juceInitialiser;
+    OrvoAudioProcessor processor;
+    const auto result = factoryBank::writeBank (processor, target);
 
     if (result.failed())
         std::fprintf (stderr, "error: %s\n", result.getErrorMessage().toRawUTF8());

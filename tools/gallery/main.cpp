@@ -3,6 +3,7 @@
 
 #include "common/AtomicFile.h"
 #include "Exhibits.h"
+#include "scratch/TemporaryFolder.h"
 #include "settings/TessarinLookAndFeel.h"
 #include "settings/ThemeResolver.h"
 
@@ -11,24 +12,6 @@
 
 namespace
 {
-/** Keeps the user's presets and settings out of the pictures. Made before JUCE starts. */
-struct TemporaryHome
-{
-    TemporaryHome()
-    {
-        folder.createDirectory();
-        setenv ("XDG_CONFIG_HOME", folder.getFullPathName().toRawUTF8(), 1);
-
-        // JUCE joins any screen it finds. A name that cannot be parsed keeps it away; an empty one would not.
-        setenv ("DISPLAY", "none", 1);
-    }
-
-    ~TemporaryHome() { folder.deleteRecursively(); }
-
-    juce::File folder = juce::File::getSpecialLocation (juce::File::tempDirectory)
-                            .getChildFile ("orvo-gallery-" + juce::Uuid().toString());
-};
-
 bool writePng (const juce::Image& image, const juce::File& file)
 {
     juce::MemoryOutputStream png;
@@ -79,6 +62,7 @@ int main (int argc, char** argv)
         return 2;
     }
 
+    forbidDisplay();
     const TemporaryHome home;
     const juce::ScopedJuceInitialiser_GUI juceInitialiser;
     const auto folder =

@@ -6,7 +6,6 @@
 #include <pluginterfaces/vst/ivstaudioprocessor.h>
 #include <pluginterfaces/vst/ivstcomponent.h>
 
-#include <cstdlib>
 #include <map>
 
 namespace
@@ -208,10 +207,4 @@ juce::File findModule (const juce::String& path)
 
     throw Failure ("there is no module at " + base.getChildFile (candidates[0]).getFullPathName()
                    + "; scripts/build.sh builds it, --plugin names another");
-}
-
-void forbidDisplay()
-{
-    // An empty name would not do: JUCE then tries the first local display. This one cannot be parsed.
-    setenv ("DISPLAY", "none", 1);
 }

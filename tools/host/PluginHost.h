@@ -62,9 +62,6 @@ private:
     the build folder that the program stands in. Throws if there is none. */
 [[nodiscard]] juce::File findModule (const juce::String& path);
 
-/** Makes JUCE, here and in the module, unable to connect to any display. */
-void forbidDisplay();
-
 /** The option of every command that loads the module. */
 #define ORVO_HOST_PLUGIN_OPTION                                                                              \
     Option                                                                                                   \

@@ -4,8 +4,6 @@
 #include "Failure.h"
 #include "settings/Settings.h"
 
-#include <cstdlib>
-
 namespace
 {
 /** Beside the project's or an installed program, or where this build took them from. */
@@ -32,22 +30,11 @@ void saveTheme (const juce::String& theme)
     if (! settings.save())
         throw Failure (settings.getFile().getFullPathName() + ": cannot be written");
 }
-
-void setFolder (const char* variable, const juce::File& folder)
-{
-    setenv (variable, folder.getFullPathName().toRawUTF8(), 1);
-}
 } // namespace
 
 TemporaryConfiguration::TemporaryConfiguration (const juce::String& theme)
-    : folder (juce::File::createTempFile ("orvo-host"))
 {
     const auto bank = findFactoryPresets();
-
-    // The X server's key is found through the user's home.
-    setenv ("XAUTHORITY", juce::File ("~/.Xauthority").getFullPathName().toRawUTF8(), 0);
-    setFolder ("HOME", folder);
-    setFolder ("XDG_CONFIG_HOME", folder);
 
     if (const auto presets = tessarin::getConfigFolder().getChildFile ("Presets");
         ! presets.createDirectory() || ! bank.copyDirectoryTo (presets.getChildFile ("Factory")))
@@ -55,9 +42,4 @@ TemporaryConfiguration::TemporaryConfiguration (const juce::String& theme)
 
     if (theme.isNotEmpty())
         saveTheme (theme);
-}
-
-TemporaryConfiguration::~TemporaryConfiguration()
-{
-    folder.deleteRecursively();
 }

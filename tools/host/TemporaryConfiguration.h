@@ -1,19 +1,17 @@
 #pragma once
 
+#include "scratch/TemporaryFolder.h"
+
 #include <juce_core/juce_core.h>
 
-/** A home of its own for the module, so that what the user has neither shows nor changes: an empty folder that
-    "HOME" and "XDG_CONFIG_HOME" name from here to the end of the program, with the factory presets and a theme
-    in it. Made before the module is loaded; removed with all that the module wrote. */
+/** A home of its own for the module, so that what the user has neither shows nor changes, with the factory presets and
+    a theme in it. Made before the module is loaded; removed with all that the module wrote. */
 class TemporaryConfiguration
 {
 public:
     /** `theme`: one of the compiled-in themes, or empty for the default. Throws without the presets. */
     explicit TemporaryConfiguration (const juce::String& theme);
-    ~TemporaryConfiguration();
 
 private:
-    juce::File folder;
-
-    JUCE_DECLARE_NON_COPYABLE (TemporaryConfiguration)
+    const TemporaryHome home;
 };

@@ -1,6 +1,6 @@
 #include "Commands.h"
 #include "Failure.h"
-#include "PluginHost.h"
+#include "scratch/TemporaryFolder.h"
 
 #include <juce_events/juce_events.h>
 
