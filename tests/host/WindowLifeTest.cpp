@@ -1,3 +1,4 @@
+#include "../support/Sanitizers.h"
 #include "BareHost.h"
 #include "BareHostSupport.h"
 
@@ -6,12 +7,6 @@
 
 namespace
 {
-#ifdef __has_feature
-constexpr auto isThreadSanitized = __has_feature (thread_sanitizer);
-#else
-constexpr auto isThreadSanitized = false;
-#endif
-
 /** How often the fault is provoked that is a matter of chance. */
 constexpr auto rounds = 10000;
 

@@ -2,6 +2,7 @@
 
 #include "core/OrvoAudioProcessor.h"
 #include "support/ReadOnly.h"
+#include "support/Sanitizers.h"
 #include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
@@ -87,12 +88,6 @@ String withValues (const char* scale, const char* prologue = "")
     return String (prologue) + "<PROPERTIES><VALUE name=\"scale\" val=\"" + scale + "\"/></PROPERTIES>";
 }
 
-#ifdef __has_feature
-constexpr auto isSanitized = __has_feature (address_sanitizer);
-#else
-constexpr auto isSanitized = false;
-#endif
-
 TEST (Settings, LeaveAFileAloneThatCannotBeReadJustNow)
 {
     const TemporaryConfig config;
@@ -114,7 +109,7 @@ TEST (Settings, LeaveAFileAloneThatCannotBeReadJustNow)
     };
 
     // The undefined-behaviour sanitizer needs descriptors itself.
-    if (! isSanitized)
+    if (! isAddressSanitized)
         expectDefaultsThenTheFile ("no descriptor", [] { return std::make_unique<NoDescriptors>(); });
 
     // The folder is everybody's, so that nothing but the rule keeps the file in its place.

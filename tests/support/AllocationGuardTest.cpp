@@ -1,17 +1,13 @@
 #include "AllocationGuard.h"
 
+#include "Sanitizers.h"
+
 #include <juce_core/juce_core.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <functional>
-
-#ifdef __has_feature
-constexpr auto isThreadSanitized = __has_feature (thread_sanitizer);
-#else
-constexpr auto isThreadSanitized = false;
-#endif
 
 namespace
 {
