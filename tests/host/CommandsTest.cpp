@@ -372,6 +372,7 @@ TEST (Commands, RefuseBadInputInOneLineAndHarmNoFile)
     writeWav (temporary.file ("stereo.wav"), smoothNoise (2, 500, 0.5f), 48000.0, 16);
     writeWav (temporary.file ("three.wav"), smoothNoise (3, 500, 0.5f), 48000.0, 16);
     writeWav (temporary.file ("slow.wav"), noise, 7999.0, 16);
+    writeWav (temporary.file ("fast.wav"), noise, 768000.0, 16);
     writeWav (temporary.file ("empty.wav"), juce::AudioBuffer<float> (1, 0), 48000.0, 16);
     temporary.file ("sub").createDirectory();
     temporary.file ("in.wav").copyFileTo (temporary.file ("sub/in.wav"));
@@ -380,8 +381,21 @@ TEST (Commands, RefuseBadInputInOneLineAndHarmNoFile)
     temporary.file ("in.wav").createSymbolicLink (temporary.file ("alias.wav"), false);
 
     juce::MemoryBlock whole, foreign;
-    temporary.file ("stereo.wav").loadFileAsData (whole);
-    temporary.file ("cut.wav").replaceWithData (whole.getData(), whole.getSize() - 400);
+    for (const juce::String ending : { "wav", "aiff", "rf64", "w64", "flac" })
+    {
+        EXPECT_EQ (installation.run ("render stereo.wav whole." + ending).errors, "");
+        temporary.file ("whole." + ending).loadFileAsData (whole);
+        temporary.file ("cut." + ending).replaceWithData (whole.getData(), whole.getSize() - 400);
+        temporary.file ("head." + ending).replaceWithData (whole.getData(), 16);
+        whole.reset();
+    }
+
+    // With A-law's number and size in the header.
+    temporary.file ("whole.wav").loadFileAsData (whole);
+    for (const auto& [at, byte] : { std::pair { 20, 6 }, { 32, 2 }, { 34, 8 } })
+        whole[at] = static_cast<char> (byte);
+    temporary.file ("law.wav").replaceWithData (whole.getData(), whole.getSize());
+    temporary.file ("nothing.flac").create();
     juce::AudioProcessor::copyXmlToBinary (juce::XmlElement ("other"), foreign);
     temporary.file ("foreign.state").replaceWithData (foreign.getData(), foreign.getSize());
     temporary.file ("cut.state").replaceWithText ("VC2!");
@@ -393,8 +407,9 @@ TEST (Commands, RefuseBadInputInOneLineAndHarmNoFile)
     } const rows[] {
         { 1, "render missing.wav new.wav", "no such file" },
         { 1, "render sub new.wav", "not a file" },
-        { 1, "render text.wav new.wav", "not a WAV or AIFF" },
-        { 1, "render cut.wav new.wav", "cut short" },
+        { 1, "render text.wav new.wav", "not a WAV, AIFF, RF64, W64 or FLAC" },
+        { 1, "render nothing.flac new.wav", "not a WAV" },
+        { 1, "render law.wav new.wav", "samples of the kind \"A-Law\"" },
         { 1, "render three.wav new.wav", "3 channels" },
         { 1, "render slow.wav new.wav", "7999 Hz" },
         { 1, "render in.wav new.wav --set threshold_side=-3", "unknown parameter" },
@@ -421,6 +436,10 @@ TEST (Commands, RefuseBadInputInOneLineAndHarmNoFile)
         { 1, "render in.wav in.wav --force", "is an input" },
         { 1, "render in.wav alias.wav --force", "is an input" },
         { 1, "render in.wav new.mp3", "name ends in" },
+        { 1, "render in.wav new.flac --bits 32", "16 or 24 bits" },
+        { 1, "render in.wav new.flac --bits float", "16 or 24 bits" },
+        { 1, "render empty.wav new.flac", "at least one frame" },
+        { 1, "render fast.wav new.flac", "655350" },
         { 1, "render in.wav none/new.wav", "no such folder" },
         { 1, "render in.wav /proc/new.wav", "cannot be written" },
         { 1, "render in.wav sub/in.wav both", "two inputs of this name" },
@@ -467,6 +486,12 @@ TEST (Commands, RefuseBadInputInOneLineAndHarmNoFile)
 
     for (const auto& [exitCode, words, message] : rows)
         expectRefusal (words, exitCode, message);
+
+    for (const juce::String ending : { "wav", "aiff", "rf64", "w64", "flac" })
+    {
+        expectRefusal ("render cut." + ending + " new.wav", 1, "is cut short");
+        expectRefusal ("render head." + ending + " new.wav", 1, "not a WAV");
+    }
 
     installation.config.preset ("").deleteRecursively();
     expectRefusal ("presets", 1, "no presets are installed");

@@ -22,11 +22,6 @@ juce::StringPairArray WorkFolder::contents() const
     return result;
 }
 
-juce::File builtModule()
-{
-    return juce::File (ORVO_MODULE);
-}
-
 ProgramRun runHost (const WorkFolder& temporary, juce::StringArray words)
 {
     words.insert (0, ORVO_HOST);
@@ -60,7 +55,8 @@ AudioFileContents readAudio (const juce::File& file)
     formats.registerBasicFormats();
     AudioFileContents contents;
 
-    if (const std::unique_ptr<juce::AudioFormatReader> reader (formats.createReaderFor (file));
+    if (const std::unique_ptr<juce::AudioFormatReader> reader (
+            formats.createReaderFor (file.createInputStream()));
         reader != nullptr)
     {
         contents.sampleRate = reader->sampleRate;

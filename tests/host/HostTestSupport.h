@@ -16,7 +16,7 @@ struct WorkFolder : TemporaryFolder
 };
 
 /** The module that this build made. */
-[[nodiscard]] juce::File builtModule();
+inline const juce::File builtModule (ORVO_MODULE);
 
 struct ProgramRun
 {
@@ -44,7 +44,7 @@ struct AudioFileContents
     std::vector<int> stored;
 };
 
-/** Through JUCE's own reader for the name's extension. An empty buffer if there is no such audio. */
+/** Through JUCE's own readers, by content: of WAV, AIFF and RF64. An empty buffer if there is no such audio. */
 [[nodiscard]] AudioFileContents readAudio (const juce::File&);
 
 /** Through JUCE's own WAV writer; 32 bits are float. */

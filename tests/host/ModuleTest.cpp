@@ -27,7 +27,7 @@ juce::AudioBuffer<float> lifted (juce::AudioBuffer<float> signal, simd::Instruct
 
 TEST (Module, RunsTheKernelsThatAreBestForTheProcessor)
 {
-    PluginHost host (builtModule());
+    PluginHost host (builtModule);
     for (const auto& [id, text] : { std::pair { "mode_single", "Pressure" },
                                     { "threshold_single", "-6" },
                                     { "shape_single", "50%" },

@@ -1,6 +1,8 @@
 #pragma once
 
-#include <juce_audio_formats/juce_audio_formats.h>
+#include <juce_audio_basics/juce_audio_basics.h>
+
+#include <sndfile.h>
 
 #include <memory>
 #include <vector>
@@ -22,7 +24,14 @@ struct AudioShape
     SampleFormat format = SampleFormat::int16;
 };
 
-/** A WAV or AIFF file, mono or stereo, read in pieces. */
+struct CloseSound
+{
+    void operator() (SNDFILE* file) const { sf_close (file); }
+};
+
+using SoundPointer = std::unique_ptr<SNDFILE, CloseSound>;
+
+/** A WAV, AIFF, RF64, W64 or FLAC file, mono or stereo, read in pieces. */
 class AudioFileReader
 {
 public:
@@ -36,11 +45,12 @@ public:
 
 private:
     juce::String path;
-    std::unique_ptr<juce::AudioFormatReader> reader;
+    SoundPointer file;
     AudioShape shape;
 };
 
-/** Writes a WAV or AIFF file of known length, and puts it into place only when it is whole.
+/** Writes a file of known length in the format that its name's ending stands for, and puts it into place only when it
+    is whole.
 
     The audio goes to a hidden file in the same folder, which becomes the target with one rename in `finish`
     and is removed if that is not reached. So no failure leaves half a file or touches an old one.
@@ -58,20 +68,15 @@ public:
     void finish (bool mayReplace);
 
 private:
-    void writeWavHeader (juce::int64 dataBytes);
-    void writeAiffHeader (juce::int64 dataBytes);
-    void encode (float sample);
-    void encodeInteger (juce::int32 value, int bytes);
-    void check (bool succeeded) const;
-
     juce::File target, temporary;
     AudioShape shape;
-    bool bigEndian = false;
-    std::unique_ptr<juce::FileOutputStream> stream;
-    std::vector<char> encoded;
+    SoundPointer file;
 
     JUCE_DECLARE_NON_COPYABLE (AudioFileWriter)
 };
+
+/** Throws unless such a file can hold that. */
+void checkThatFits (const juce::File& target, const AudioShape& shape);
 
 /** Puts a whole new file in place of `target`, or where no file is unless `mayReplace`. Throws, and leaves
     `target` alone, if that cannot be. */
@@ -79,6 +84,3 @@ void moveIntoPlace (const juce::File& finished, const juce::File& target, bool m
 
 /** A hidden name beside `target` for a file that is not whole yet. */
 [[nodiscard]] juce::File unfinishedFileFor (const juce::File& target);
-
-/** Whether the name ends as a WAV or AIFF file's does. */
-[[nodiscard]] bool hasAudioExtension (const juce::File& file);

@@ -204,7 +204,7 @@ Command openCommand()
                { "--size", "WxH", "the editor's size in its own pixels (else its first one)" },
                { "--scale", "F", "the host's scale factor, 0.5 to 4 (else 1)" },
                { "--theme", "NAME", "Default, Ice, Night or TwentyTwenty" },
-               { "--play", "FILE", "a WAV or AIFF file to repeat (else a test signal)" },
+               { "--play", "FILE", "a file of audio to repeat (else a test signal)" },
                { "--screenshot", "FILE.png", "takes a picture when nothing moves any more, and ends" },
                { "--seconds", "S", "audio before the picture, up to 600 (else 0.5)" },
                { "--force", nullptr, "replaces an existing picture" },

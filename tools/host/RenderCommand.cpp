@@ -81,9 +81,6 @@ void checkJob (const Job& job, const std::vector<Job>& all, bool mayReplace)
 {
     const auto path = job.output.getFullPathName();
 
-    if (! hasAudioExtension (job.output))
-        throw Failure (path + ": an output's name ends in .wav, .aif, .aiff or .aifc");
-
     if (job.output.isDirectory())
         throw Failure (path + ": is a folder");
 
@@ -99,13 +96,20 @@ void checkJob (const Job& job, const std::vector<Job>& all, bool mayReplace)
         throw Failure (path + ": exists already; --force replaces it");
 }
 
+AudioShape outputShape (const AudioFileReader& input, const Settings& settings)
+{
+    auto shape = input.getShape();
+    shape.format = settings.format.value_or (shape.format);
+    return shape;
+}
+
 /** Throws while nothing is written yet. The output folder is made if it is all that is missing. */
-void checkJobs (const std::vector<Job>& jobs, bool mayReplace)
+void checkJobs (const std::vector<Job>& jobs, const Settings& settings)
 {
     for (const auto& job : jobs)
     {
-        const AudioFileReader input (job.input);
-        checkJob (job, jobs, mayReplace);
+        checkThatFits (job.output, outputShape (AudioFileReader (job.input), settings));
+        checkJob (job, jobs, settings.mayReplace);
     }
 
     const auto folder = jobs.front().output.getParentDirectory();
@@ -193,8 +197,7 @@ void printResult (PluginHost& host, const Job& job, const AudioShape& shape, con
 void render (PluginHost& host, const Job& job, const Settings& settings)
 {
     AudioFileReader reader (job.input);
-    auto shape = reader.getShape();
-    shape.format = settings.format.value_or (shape.format);
+    const auto shape = outputShape (reader, settings);
     AudioFileWriter writer (job.output, shape);
 
     host.setChannels (shape.channels);
@@ -245,7 +248,7 @@ void runRender (const Arguments& arguments)
     PluginHost host (findModule (arguments.valueOf ("--plugin", {})));
 
     applySettings (host, arguments);
-    checkJobs (jobs, settings.mayReplace);
+    checkJobs (jobs, settings);
     host.getInstance().setNonRealtime (true);
 
     watchForInterruption();
@@ -260,7 +263,10 @@ Command renderCommand()
     return {
         "render",
         "IN [IN...] OUT",
-        "processes WAV and AIFF files, mono or stereo, and prints what it did to each\n"
+        "processes files of audio, mono or stereo, and prints what it did to each\n"
+        "WAV, AIFF, RF64, W64 and FLAC are read; OUT is what its name ends in: .wav, .aif, .aiff, .aifc, "
+        ".rf64,\n"
+        ".w64 or .flac. RF64 and W64 may be larger than 2 GB. FLAC holds 16 or 24 bits.\n"
         "The output lines up with the input and has its length. With several inputs, or if it is a folder\n"
         "already, OUT is the folder for files of the same names.",
         { ORVO_HOST_SETTINGS_OPTIONS,
