@@ -8,11 +8,6 @@ namespace
 constexpr auto defaultEditorWidth = 1068;
 constexpr auto defaultEditorHeight = 800;
 
-juce::String toPercent (float value)
-{
-    return juce::String (juce::roundToInt (value * 100.0f)) + "%";
-}
-
 juce::StringArray getModeNames (const MultiModeClipper& clipper)
 {
     juce::StringArray names;
@@ -24,19 +19,20 @@ juce::StringArray getModeNames (const MultiModeClipper& clipper)
 }
 } // namespace
 
+//======================================================================================================================
+// Life
+
 OrvoAudioProcessor::OrvoAudioProcessor()
     : TessarinProcessor (BusesProperties()
                              .withInput ("Input", juce::AudioChannelSet::stereo(), true)
                              .withOutput ("Output", juce::AudioChannelSet::stereo(), true)),
-      oversamplers (makeOversamplerBank (2))
+      oversamplers (makeOversamplerBank (2)),
+      values (*this, getModeNames (singleClipper))
 {
     waveformTaps.addTap (0.0f, luna::ColourIds::primaryColourId, WaveformTap::filledBars);
     waveformTaps.addTap (100.0f, luna::ColourIds::textColourId, WaveformTap::line);
-    bandsToMerge.ensureStorageAllocated (3);
 
     buildSectionTable();
-    addParameters();
-    lookUpParameters();
     captureInitialState();
 
     if (! presetManager.hasFactoryPresets)
@@ -57,82 +53,161 @@ OrvoAudioProcessor::~OrvoAudioProcessor()
     removeParameterListeners();
 }
 
+SignalChain::Parts OrvoAudioProcessor::getChainParts()
+{
+    return { { &lowBandClipper, &midBandClipper, &highBandClipper, &midChannelClipper, &sideChannelClipper,
+               &leftChannelClipper, &rightChannelClipper, &singleClipper, &postClipper },
+             splitter,
+             midBuffer,
+             sideBuffer,
+             midBlock,
+             sideBlock,
+             ceiling };
+}
+
+ChainMeasurements::Parts OrvoAudioProcessor::getMeasuredParts()
+{
+    return { waveformTaps,        spectrum,       levels,         inputLoudnessMeter,
+             outputLoudnessMeter, inputLoudness,  outputLoudness, shortTermDifference,
+             peakDifference,      inputMaxPeakDb, outputMaxPeakDb };
+}
+
 void OrvoAudioProcessor::buildSectionTable()
 {
-    // "high_channel" is the side section: the id is stored in every project and preset.
-    sections.addArray ({ Section { "Low Band", "low_band", &lowBandClipper },
-                         Section { "Mid Band", "mid_band", &midBandClipper },
-                         Section { "High Band", "high_band", &highBandClipper },
-                         Section { "Mid Channel", "mid_channel", &midChannelClipper },
-                         Section { "Side Channel", "high_channel", &sideChannelClipper },
-                         Section { "Left Channel", "left_channel", &leftChannelClipper },
-                         Section { "Right Channel", "right_channel", &rightChannelClipper },
-                         Section { "Clipper", "single", &singleClipper },
-                         Section { "Post", "post", &postClipper } });
-    jassert (sections.size() == numSections);
+    const auto clippers = getChainParts().sections;
+
+    for (size_t row = 0; row < numSections; ++row)
+        sections.add ({ sectionTable[row].name, sectionTable[row].id, clippers[row] });
 }
 
-void OrvoAudioProcessor::addParameters()
+//======================================================================================================================
+// Preparation
+
+int OrvoAudioProcessor::getNumInputChannels() const
 {
-    addParameterBool (ParameterIds::enable, "Enabled", "Bypassed", "Enabled", true, false);
-
-    for (const auto& section : sections)
-        addSectionParameters (section);
-
-    addParameterFloat (ParameterIds::crossoverLow, "XOver Low", 60.0f, 1000.0f, 160.0f, "Hz", 1, true);
-    addParameterFloat (ParameterIds::crossoverHigh, "XOver High", 2000.0f, 10000.0f, 3500.0f, "Hz", 1, true);
-    addParameterChoice (ParameterIds::soloBand, "Solo Band", { "Low", "Mid", "High", "None" }, 3, true);
-    addParameterChoice (ParameterIds::layout, "Layout",
-                        { "Single Band", "Multi Band", "Mid / Side", "Left / Right" }, singleBand, true);
-    addParameterFloat (ParameterIds::inGain, "Input Gain", -18.0f, 18.0f, 0.0f, "dB", 1, true);
-    addParameterChoice (ParameterIds::oversampling, "Oversampling", { "Off", "2x", "4x", "8x", "16x" }, 0,
-                        true);
+    return getBusCount (true) > 0 ? getChannelCountOfBus (true, 0) : 0;
 }
 
-void OrvoAudioProcessor::addSectionParameters (const Section& section)
+void OrvoAudioProcessor::prepareToPlay (double newSampleRate, int maximumExpectedSamplesPerBlock)
 {
-    const auto& id = section.id;
-    const auto& name = section.displayName;
-    constexpr auto defaultMode = 1;
+    const juce::ScopedLock scope (processLock);
 
-    addParameterFloat (ParameterIds::thresholdPrefix + id, name + " Threshold", -18.0f, 0.0f, 0.0f, "dB", 1,
-                       true);
-    addParameterRange (ParameterIds::shapePrefix + id, name + " Shape", { 0.0f, 1.0f }, 0.0f, toPercent, {},
-                       true);
-    addParameterChoice (ParameterIds::modePrefix + id, name + " Type", getModeNames (*section.clipper),
-                        defaultMode, true);
-    addParameterFloat (ParameterIds::gainPrefix + id, name + " Gain", -18.0f, 18.0f, 0.0f, "dB", 1, true);
-    addParameterBool (ParameterIds::enablePrefix + id, name + " Enable", "Off", "On", true, true);
-    addParameterBool (ParameterIds::mutePrefix + id, name + " Mute", "Unmuted", "Muted", false, true);
-    addParameterBool (ParameterIds::linkPrefix + id, name + " Link", "Unlinked", "Linked", false, true);
-}
+    const auto numChannels = getNumInputChannels();
+    blockSize = juce::jmax (1, maximumExpectedSamplesPerBlock);
+    sampleRate = newSampleRate;
+    measurements.prepare (sampleRate, blockSize, numChannels);
 
-void OrvoAudioProcessor::lookUpParameters()
-{
-    using Kind = ParameterAddress::Kind;
-    const auto find = [this] (const juce::String& id) { return parameters.getRawParameterValue (id); };
-
-    for (auto i = 0; i < sections.size(); ++i)
     {
-        const auto& id = sections.getReference (i).id;
+        const juce::ScopedLock oversamplerScope (oversamplerLock);
+        oversamplers = makeOversamplerBank (numChannels);
+        oversamplingSampleRate = sampleRate;
 
-        sectionValues[static_cast<size_t> (i)] = { find (ParameterIds::thresholdPrefix + id),
-                                                   find (ParameterIds::gainPrefix + id),
-                                                   find (ParameterIds::enablePrefix + id),
-                                                   find (ParameterIds::mutePrefix + id),
-                                                   find (ParameterIds::linkPrefix + id) };
+        for (auto* oversampler : oversamplers)
+            oversampler->initProcessing (static_cast<size_t> (blockSize));
 
-        addresses[ParameterIds::shapePrefix + id] = { Kind::shape, i };
-        addresses[ParameterIds::modePrefix + id] = { Kind::mode, i };
-        addresses[ParameterIds::enablePrefix + id] = { Kind::enable, i };
+        chain.prepare (sampleRate, blockSize, numChannels);
     }
 
-    globalValues = { find (ParameterIds::enable),        find (ParameterIds::crossoverLow),
-                     find (ParameterIds::crossoverHigh), find (ParameterIds::soloBand),
-                     find (ParameterIds::inGain),        find (ParameterIds::oversampling) };
+    needsPrepare = false;
+    prepareChain();
+}
 
-    addresses[ParameterIds::crossoverLow] = { Kind::crossover };
-    addresses[ParameterIds::crossoverHigh] = { Kind::crossover };
-    addresses[ParameterIds::layout] = { Kind::layout };
-    addresses[ParameterIds::oversampling] = { Kind::oversampling };
+void OrvoAudioProcessor::prepareChain()
+{
+    auto latency = 0;
+
+    {
+        const juce::ScopedLock scope (processLock);
+        chain.setFactor (oversamplingIndex);
+        latency = static_cast<int> (oversamplers[oversamplingIndex]->getLatencyInSamples());
+    }
+
+    // Tells the host, if the latency differs.
+    setLatencySamples (latency);
+}
+
+//======================================================================================================================
+// Parameter changes
+
+void OrvoAudioProcessor::parameterChanged (const juce::String& parameterID, float newValue)
+{
+    const juce::ScopedLock scope (processLock);
+    values.applyChange (parameterID, newValue, getChainParts());
+
+    if (parameterID == ParameterIds::layout)
+    {
+        layout = roundToChoice (newValue);
+        waveformTaps.clear();
+    }
+
+    if (parameterID == ParameterIds::oversampling)
+    {
+        const juce::ScopedLock oversamplerScope (oversamplerLock);
+        oversamplingIndex = values.oversampling.get();
+        needsPrepare = true;
+    }
+
+    // Every change restarts the maximum peaks and the loudness.
+    resetMeasurements();
+}
+
+void OrvoAudioProcessor::resetMeasurements()
+{
+    // A click on a readout comes here, too, and a block that runs would write the old maxima back.
+    const juce::ScopedLock scope (processLock);
+    measurements.reset();
+}
+
+//======================================================================================================================
+// The block
+
+void OrvoAudioProcessor::processAudio (juce::AudioBuffer<float>& buffer)
+{
+    for (;;)
+    {
+        if (needsPrepare.exchange (false))
+            prepareChain();
+
+        const juce::ScopedLock scope (processLock);
+
+        // Another change may have come before the lock was taken: the buffers would be too small for its
+        // factor.
+        if (! needsPrepare)
+        {
+            processLocked (buffer);
+            return;
+        }
+    }
+}
+
+void OrvoAudioProcessor::processLocked (juce::AudioBuffer<float>& buffer)
+{
+    const auto isPrepared = oversamplingSampleRate > 0.0;
+
+    if (! isPrepared || ! values.enable.get())
+        return;
+
+    // A host that breaks its promise about the block size still gets the right audio.
+    const auto numSamples = buffer.getNumSamples();
+    auto start = 0;
+
+    do
+    {
+        juce::AudioBuffer<float> part (buffer.getArrayOfWritePointers(), buffer.getNumChannels(), start,
+                                       juce::jmin (blockSize, numSamples - start));
+        processPart (part);
+        start += blockSize;
+    } while (start < numSamples);
+}
+
+void OrvoAudioProcessor::processPart (juce::AudioBuffer<float>& buffer)
+{
+    measurements.measureInput (buffer, layout == Layout::multiBand);
+
+    {
+        const juce::ScopedLock scope (oversamplerLock);
+        chain.process (juce::dsp::AudioBlock<float> (buffer), values.getSettings (layout));
+    }
+
+    measurements.measureOutput (buffer);
 }

@@ -1,21 +1,24 @@
 #pragma once
 
-#include "core/Sections.h"
+#include "core/OrvoParameters.h"
 #include "core/TessarinProcessor.h"
-#include "dsp/HalfBandOversampler.h"
-#include "dsp/LevelProcessors.h"
-#include "dsp/LUFSMeter.h"
+#include "dsp/ChainMeasurements.h"
 #include "dsp/OversamplerBank.h"
-#include "dsp/SpectrumData.h"
-#include "dsp/ThreeBandSplitter.h"
-#include "dsp/WaveformHistory.h"
+#include "dsp/SignalChain.h"
 
-#include <unordered_map>
+/** One row of the section table: the name shown to the host, the end of the section's parameter IDs, and the clipper,
+    which the processor owns. */
+struct Section
+{
+    juce::String displayName;
+    juce::String id;
+    MultiModeClipper* clipper = nullptr;
+};
 
-/** The product: 70 parameters, nine clipper sections, and the signal chain that drives them.
+/** The product: parameters, nine clipper sections and meters by value, and the locks and the life cycle around the
+    signal chain, which drives them.
 
-    One block: measure the input, apply the input gain, oversample, run the sections of the layout and then
-    "post", downsample, clamp at the ceiling, measure the output.
+    One block: measure the input, run the chain, measure the output.
 
     `processLock` is held for the whole of a block and of a parameter change; the members that an editor reads
     without it are the published floats, `inputLoudness`, `outputLoudness` and the level records. See
@@ -24,14 +27,6 @@
 class OrvoAudioProcessor final : public tessarin::TessarinProcessor
 {
 public:
-    enum Layout
-    {
-        singleBand = 0,
-        multiBand = 1,
-        midSide = 2,
-        leftRight = 3
-    };
-
     OrvoAudioProcessor();
     ~OrvoAudioProcessor() override;
 
@@ -79,7 +74,7 @@ public:
     ThreeBandSplitter splitter;
     juce::AudioBuffer<float> midBuffer, sideBuffer;
     juce::dsp::AudioBlock<float> midBlock, sideBlock;
-    int layout = singleBand;
+    int layout = Layout::singleBand;
 
     juce::CriticalSection processLock;
 
@@ -102,51 +97,17 @@ public:
     std::atomic<bool> needsPrepare { false };
 
 private:
-    using Context = juce::dsp::ProcessContextReplacing<float>;
-
+    SignalChain::Parts getChainParts();
+    ChainMeasurements::Parts getMeasuredParts();
     void buildSectionTable();
-    void addParameters();
-    void addSectionParameters (const Section&);
-    void lookUpParameters();
-
     int getNumInputChannels() const;
-    void reserveForLargestFactor (int numChannels);
     void prepareChain();
-
-    void applyLevels (int section);
-    void applyChange (ParameterAddress, float newValue);
-    void applyCrossovers();
-    void updateCeiling();
-
     void processLocked (juce::AudioBuffer<float>& buffer);
     void processPart (juce::AudioBuffer<float>& buffer);
-    void measureInput (const juce::AudioBuffer<float>& buffer, const juce::dsp::AudioBlock<float>& block);
-    void measureOutput (const juce::AudioBuffer<float>& buffer, const juce::dsp::AudioBlock<float>& block);
-    void feedSpectrum (const juce::dsp::AudioBlock<float>& block);
-    void applyInputGain (juce::dsp::AudioBlock<float>& block) const;
-    void clip (juce::dsp::AudioBlock<float>& block);
-    bool clipPart (HalfBandOversampler&, juce::dsp::AudioBlock<float>& part);
-    void runLayout (juce::dsp::AudioBlock<float>& block);
-    void runMultiBand (juce::dsp::AudioBlock<float>& block);
-    void runMidSide (juce::dsp::AudioBlock<float>& block);
-    void runLeftRight (juce::dsp::AudioBlock<float>& block);
-    void publish();
 
-    std::array<SectionValues, numSections> sectionValues;
-    GlobalValues globalValues;
-    std::unordered_map<juce::String, ParameterAddress> addresses;
-
-    /** Samples at the oversampled rate in one part of a block: with the crossover's bands about 24 KB, and with the
-        filters' lines still less than a first-level cache. */
-    static constexpr size_t oversampledPartLength = 512;
-    static_assert (oversampledPartLength >> 1 <= HalfBandOversampler::longestPart);
-
-    /** One for each entry of `oversamplers`. */
-    std::vector<HalfBandOversampler> partOversamplers;
-    juce::AudioBuffer<float> oversampledPart;
-
-    /** The bands that reach the sum, with room for all three. */
-    juce::Array<int> bandsToMerge;
+    SignalChain chain { getChainParts() };
+    ChainMeasurements measurements { getMeasuredParts() };
+    const OrvoParameters values;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (OrvoAudioProcessor)
 };

@@ -210,43 +210,44 @@ bool TessarinProcessor::isBusesLayoutSupported (const BusesLayout& layouts) cons
            && input.size() >= 1;
 }
 
-void TessarinProcessor::addParameterFloat (juce::String id, juce::String name, float min, float max,
-                                           float defaultValue, juce::String unit, int decimals, bool listen)
+NumberValue TessarinProcessor::addParameterFloat (juce::String id, juce::String name, float min, float max,
+                                                  float defaultValue, juce::String unit, int decimals,
+                                                  bool listen)
 {
     auto toText = [unit = std::move (unit), decimals] (float value) {
         return (decimals == 0 ? juce::String (juce::roundToInt (value)) : juce::String (value, decimals))
                + unit;
     };
 
-    addParameterRange (std::move (id), std::move (name), { min, max }, defaultValue, std::move (toText), {},
-                       listen);
+    return addParameterRange (std::move (id), std::move (name), { min, max }, defaultValue,
+                              std::move (toText), {}, listen);
 }
 
-void TessarinProcessor::addParameterChoice (juce::String id, juce::String name, juce::StringArray choices,
-                                            int defaultIndex, bool listen)
+ChoiceValue TessarinProcessor::addParameterChoice (juce::String id, juce::String name,
+                                                   juce::StringArray choices, int defaultIndex, bool listen)
 {
     const auto last = static_cast<float> (choices.size() - 1);
     auto toText = [choices = std::move (choices)] (float value) { return choices[roundToChoice (value)]; };
 
-    addParameterRange (std::move (id), std::move (name), { 0.0f, last }, static_cast<float> (defaultIndex),
-                       std::move (toText), {}, listen);
+    return { addParameterRange (std::move (id), std::move (name), { 0.0f, last },
+                                static_cast<float> (defaultIndex), std::move (toText), {}, listen) };
 }
 
-void TessarinProcessor::addParameterBool (juce::String id, juce::String name, juce::String offText,
-                                          juce::String onText, bool defaultValue, bool listen)
+SwitchValue TessarinProcessor::addParameterBool (juce::String id, juce::String name, juce::String offText,
+                                                 juce::String onText, bool defaultValue, bool listen)
 {
     auto toText = [offText = std::move (offText), onText = std::move (onText)] (float value)
     { return roundToSwitch (value) ? onText : offText; };
 
-    addParameterRange (std::move (id), std::move (name), { 0.0f, 1.0f }, defaultValue ? 1.0f : 0.0f,
-                       std::move (toText), {}, listen);
+    return { addParameterRange (std::move (id), std::move (name), { 0.0f, 1.0f }, defaultValue ? 1.0f : 0.0f,
+                                std::move (toText), {}, listen) };
 }
 
-void TessarinProcessor::addParameterRange (juce::String id, juce::String name,
-                                           juce::NormalisableRange<float> range, float defaultValue,
-                                           std::function<juce::String (float)> valueToText,
-                                           std::function<float (const juce::String&)> textToValue,
-                                           bool listen)
+NumberValue TessarinProcessor::addParameterRange (juce::String id, juce::String name,
+                                                  juce::NormalisableRange<float> range, float defaultValue,
+                                                  std::function<juce::String (float)> valueToText,
+                                                  std::function<float (const juce::String&)> textToValue,
+                                                  bool listen)
 {
     constexpr auto versionHint = 1;
 
@@ -269,6 +270,8 @@ void TessarinProcessor::addParameterRange (juce::String id, juce::String name,
         parameters.addParameterListener (id, this);
         listenedParameterIds.add (id);
     }
+
+    return { { *parameters.getRawParameterValue (id) } };
 }
 
 void TessarinProcessor::removeParameterListeners()

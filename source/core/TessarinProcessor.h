@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/LicenceManager.h"
+#include "core/ParameterValue.h"
 #include "presets/PresetManager.h"
 #include "settings/SettingsFile.h"
 #include "settings/TessarinLogger.h"
@@ -80,6 +81,24 @@ public:
 
     void parameterChanged (const juce::String& parameterID, float newValue) override = 0;
 
+    /** The helpers below make a parameter and add it at once. A value that is no number leaves it as it is. With
+        `listen` its changes arrive in `parameterChanged`. A float parameter's text is the value with `decimals`
+        decimals and the unit, with no blank. */
+    NumberValue addParameterFloat (juce::String id, juce::String name, float min, float max,
+                                   float defaultValue, juce::String unit, int decimals, bool listen);
+
+    /** The value is the index of the choice, read with `roundToChoice`. */
+    ChoiceValue addParameterChoice (juce::String id, juce::String name, juce::StringArray choices,
+                                    int defaultIndex, bool listen);
+
+    SwitchValue addParameterBool (juce::String id, juce::String name, juce::String offText,
+                                  juce::String onText, bool defaultValue, bool listen);
+
+    /** An empty `textToValue` leaves typed values to JUCE's parsing of numbers. */
+    NumberValue addParameterRange (juce::String id, juce::String name, juce::NormalisableRange<float> range,
+                                   float defaultValue, std::function<juce::String (float)> valueToText,
+                                   std::function<float (const juce::String&)> textToValue, bool listen);
+
     juce::AudioProcessorValueTreeState parameters;
 
     /** Owned here, so that a message can wait for an editor, which adopts it. */
@@ -106,24 +125,6 @@ public:
     std::function<juce::uint32()> getMillisecondCounter = juce::Time::getMillisecondCounter;
 
 protected:
-    /** The helpers below make a parameter and add it at once. A value that is no number leaves it as it is. With
-        `listen` its changes arrive in `parameterChanged`. A float parameter's text is the value with `decimals` decimals and the unit, with
-        no blank. */
-    void addParameterFloat (juce::String id, juce::String name, float min, float max, float defaultValue,
-                            juce::String unit, int decimals, bool listen);
-
-    /** The value is the index of the choice, read with `roundToChoice`. */
-    void addParameterChoice (juce::String id, juce::String name, juce::StringArray choices, int defaultIndex,
-                             bool listen);
-
-    void addParameterBool (juce::String id, juce::String name, juce::String offText, juce::String onText,
-                           bool defaultValue, bool listen);
-
-    /** An empty `textToValue` leaves typed values to JUCE's parsing of numbers. */
-    void addParameterRange (juce::String id, juce::String name, juce::NormalisableRange<float> range,
-                            float defaultValue, std::function<juce::String (float)> valueToText,
-                            std::function<float (const juce::String&)> textToValue, bool listen);
-
     /** Gives the parameter tree its type and version, and keeps the present state as the default patch. For
         the product's constructor, when all parameters are added. */
     void captureInitialState();

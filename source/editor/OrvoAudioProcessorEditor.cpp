@@ -3,8 +3,9 @@
 #include "common/ColourIds.h"
 #include "common/ParameterIds.h"
 #include "common/Rounding.h"
+#include "common/Sections.h"
 
-#include <algorithm>
+#include <vector>
 
 namespace
 {
@@ -27,15 +28,23 @@ OrvoAudioProcessorEditor::OrvoAudioProcessorEditor (OrvoAudioProcessor& owner)
       audioProcessor (owner),
       waveformGraph (owner.waveformTaps),
       bandEditor (owner.spectrum, owner.parameters, ParameterIds::crossoverLow, ParameterIds::crossoverHigh),
-      lowBandEditor (&owner.lowBandClipper, "low_band", owner.parameters, owner.stateLock),
-      midBandEditor (&owner.midBandClipper, "mid_band", owner.parameters, owner.stateLock),
-      highBandEditor (&owner.highBandClipper, "high_band", owner.parameters, owner.stateLock),
-      midChannelEditor (&owner.midChannelClipper, "mid_channel", owner.parameters, owner.stateLock),
-      sideChannelEditor (&owner.sideChannelClipper, "high_channel", owner.parameters, owner.stateLock),
-      leftChannelEditor (&owner.leftChannelClipper, "left_channel", owner.parameters, owner.stateLock),
-      rightChannelEditor (&owner.rightChannelClipper, "right_channel", owner.parameters, owner.stateLock),
-      singleEditor (&owner.singleClipper, "single", owner.parameters, owner.stateLock),
-      postEditor (&owner.postClipper, "post", owner.parameters, owner.stateLock),
+      lowBandEditor (&owner.lowBandClipper, sectionTable[SectionRow::lowBand].id, owner.parameters,
+                     owner.stateLock),
+      midBandEditor (&owner.midBandClipper, sectionTable[SectionRow::midBand].id, owner.parameters,
+                     owner.stateLock),
+      highBandEditor (&owner.highBandClipper, sectionTable[SectionRow::highBand].id, owner.parameters,
+                      owner.stateLock),
+      midChannelEditor (&owner.midChannelClipper, sectionTable[SectionRow::midChannel].id, owner.parameters,
+                        owner.stateLock),
+      sideChannelEditor (&owner.sideChannelClipper, sectionTable[SectionRow::sideChannel].id,
+                         owner.parameters, owner.stateLock),
+      leftChannelEditor (&owner.leftChannelClipper, sectionTable[SectionRow::leftChannel].id,
+                         owner.parameters, owner.stateLock),
+      rightChannelEditor (&owner.rightChannelClipper, sectionTable[SectionRow::rightChannel].id,
+                          owner.parameters, owner.stateLock),
+      singleEditor (&owner.singleClipper, sectionTable[SectionRow::single].id, owner.parameters,
+                    owner.stateLock),
+      postEditor (&owner.postClipper, sectionTable[SectionRow::post].id, owner.parameters, owner.stateLock),
       inputPanel (owner.parameters),
       outputPanel (owner)
 {
@@ -61,28 +70,17 @@ OrvoAudioProcessorEditor::~OrvoAudioProcessorEditor()
 
 void OrvoAudioProcessorEditor::addPanels()
 {
-    struct Title
-    {
-        MultiModeClipperEditor* panel;
-        const char* name;
-        float hueRotation;
-    };
-
     const auto primary = findColour (luna::ColourIds::primaryColourId);
 
-    for (const auto& [panel, name, hueRotation] :
-         { Title { &lowBandEditor, "Low", 0.0f }, Title { &midBandEditor, "Mid", -0.25f },
-           Title { &highBandEditor, "High", -0.5f }, Title { &midChannelEditor, "Mid", 0.0f },
-           Title { &sideChannelEditor, "Side", -0.25f }, Title { &leftChannelEditor, "Left", 0.0f },
-           Title { &rightChannelEditor, "Right", -0.25f }, Title { &singleEditor, "Clipper", 0.0f },
-           Title { &postEditor, "Post", -0.75f } })
+    for (size_t row = 0; row < numSections; ++row)
     {
-        addChildComponent (*panel);
+        auto& panel = *panels[row];
+        addChildComponent (panel);
 
-        const auto colour = primary.withRotatedHue (hueRotation);
-        panel->setColour (luna::ColourIds::primaryColourId, colour);
-        panel->setColour (luna::ColourIds::sliderTrackColourId, colour);
-        panel->setName (name);
+        const auto colour = primary.withRotatedHue (sectionTable[row].hueRotation);
+        panel.setColour (luna::ColourIds::primaryColourId, colour);
+        panel.setColour (luna::ColourIds::sliderTrackColourId, colour);
+        panel.setName (sectionTable[row].title);
     }
 }
 
@@ -99,27 +97,6 @@ void OrvoAudioProcessorEditor::addContent()
     addAndMakeVisible (outputPanel);
 }
 
-OrvoAudioProcessorEditor::Panels OrvoAudioProcessorEditor::getPanels()
-{
-    return { &lowBandEditor,     &midBandEditor,      &highBandEditor, &midChannelEditor, &sideChannelEditor,
-             &leftChannelEditor, &rightChannelEditor, &singleEditor,   &postEditor };
-}
-
-OrvoAudioProcessorEditor::Panels OrvoAudioProcessorEditor::getPanelsOf (int layout)
-{
-    switch (layout)
-    {
-        case OrvoAudioProcessor::multiBand:
-            return { &lowBandEditor, &midBandEditor, &highBandEditor, &postEditor };
-
-        case OrvoAudioProcessor::midSide: return { &midChannelEditor, &sideChannelEditor, &postEditor };
-
-        case OrvoAudioProcessor::leftRight: return { &leftChannelEditor, &rightChannelEditor, &postEditor };
-
-        default: return { &singleEditor, &postEditor };
-    }
-}
-
 int OrvoAudioProcessorEditor::getChoice (const char* parameterId) const
 {
     return roundToChoice (parameters.getRawParameterValue (parameterId)->load());
@@ -132,7 +109,7 @@ void OrvoAudioProcessorEditor::updateLayout()
 
     const auto layout = getChoice (ParameterIds::layout);
     enableContent (getChoice (ParameterIds::enable) != 0);
-    placeContent (getPanelsOf (layout), layout == OrvoAudioProcessor::multiBand);
+    placeContent (layout);
 }
 
 void OrvoAudioProcessorEditor::enableContent (bool shouldBeEnabled)
@@ -141,15 +118,24 @@ void OrvoAudioProcessorEditor::enableContent (bool shouldBeEnabled)
          std::initializer_list<juce::Component*> { &waveformGraph, &bandEditor, &inputPanel, &outputPanel })
         component->setEnabled (shouldBeEnabled);
 
-    for (auto* panel : getPanels())
+    for (auto* panel : panels)
         panel->setEnabled (shouldBeEnabled);
 }
 
-void OrvoAudioProcessorEditor::placeContent (const Panels& shown, bool showsBands)
+void OrvoAudioProcessorEditor::placeContent (int layout)
 {
-    for (auto* panel : getPanels())
-        panel->setVisible (std::find (shown.begin(), shown.end(), panel) != shown.end());
+    std::vector<MultiModeClipperEditor*> shown;
 
+    for (size_t row = 0; row < numSections; ++row)
+    {
+        const auto isShown = sectionTable[row].isIn (layout);
+        panels[row]->setVisible (isShown);
+
+        if (isShown)
+            shown.push_back (panels[row]);
+    }
+
+    const auto showsBands = layout == Layout::multiBand;
     bandEditor.setVisible (showsBands);
 
     const auto panelWidth = (getWidth() - stripsWidth) / static_cast<int> (shown.size());
@@ -180,6 +166,6 @@ void OrvoAudioProcessorEditor::parameterChanged (const juce::String&, float)
 
 void OrvoAudioProcessorEditor::stateReloaded (juce::ValueTree&)
 {
-    for (auto* panel : getPanels())
+    for (auto* panel : panels)
         panel->loadViewMode();
 }

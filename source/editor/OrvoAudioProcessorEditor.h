@@ -41,17 +41,19 @@ public:
     OutputPanel outputPanel;
 
 private:
-    using Panels = std::vector<MultiModeClipperEditor*>;
-
     void addPanels();
     void addContent();
 
-    [[nodiscard]] Panels getPanels();
-    [[nodiscard]] Panels getPanelsOf (int layout);
     [[nodiscard]] int getChoice (const char* parameterId) const;
 
     void enableContent (bool shouldBeEnabled);
-    void placeContent (const Panels& shown, bool showsBands);
+    void placeContent (int layout);
+
+    /** By `SectionRow`. */
+    const std::array<MultiModeClipperEditor*, numSections> panels {
+        &lowBandEditor,     &midBandEditor,      &highBandEditor, &midChannelEditor, &sideChannelEditor,
+        &leftChannelEditor, &rightChannelEditor, &singleEditor,   &postEditor
+    };
 
     tessarin::PostedUpdate layoutUpdate { [this] { updateLayout(); } };
 
