@@ -47,15 +47,12 @@ auto makeChain (int layout, int oversampling, int blockSize, int mode = 1, doubl
 
 void addChainRows()
 {
-    constexpr std::array layouts { "SingleBand", "MultiBand", "MidSide", "LeftRight" };
-    constexpr auto numFactors = 5;
-
-    for (size_t layout = 0; layout < layouts.size(); ++layout)
-        for (auto exponent = 0; exponent < numFactors; ++exponent)
+    for (size_t layout = 0; layout < Layout::names.size(); ++layout)
+        for (auto exponent = 0; exponent <= Oversampling::largestExponent; ++exponent)
             for (auto blockSize : { 64, defaultBlockSize })
                 addRow (
-                    std::string ("chain/") + layouts[layout] + "/" + std::to_string (1 << exponent) + "x/"
-                        + std::to_string (blockSize),
+                    "chain/" + juce::String (Layout::names[layout]).removeCharacters (" /").toStdString()
+                        + "/" + std::to_string (1 << exponent) + "x/" + std::to_string (blockSize),
                     [=] { return makeChain (static_cast<int> (layout), exponent, blockSize); }, blockSize);
 }
 

@@ -1,5 +1,6 @@
 // What the plug-in costs against block size, sample rate and number of instances in one process.
 
+#include "common/Sections.h"
 #include "Ratios.h"
 
 #include <array>
@@ -15,16 +16,16 @@ constexpr auto numTurns = 9;
 
 struct Setting
 {
-    const char* name;
     int layout, exponent;
 };
 
-constexpr std::array settings { Setting { "Single Band, Off", 0, 0 }, Setting { "Single Band, 4x", 0, 2 },
-                                Setting { "Single Band, 16x", 0, 4 }, Setting { "Multi Band, 16x", 1, 4 } };
+constexpr std::array settings { Setting { Layout::singleBand, 0 }, Setting { Layout::singleBand, 2 },
+                                Setting { Layout::singleBand, 4 }, Setting { Layout::multiBand, 4 } };
 
 void print (const char* kind, const Setting& setting, double place, double cost)
 {
-    std::printf ("%s,\"%s\",%g,%.2f\n", kind, setting.name, place, cost);
+    std::printf ("%s,\"%s, %s\",%g,%.2f\n", kind, Layout::names[static_cast<size_t> (setting.layout)],
+                 Oversampling::names[static_cast<size_t> (setting.exponent)], place, cost);
     std::fflush (stdout);
 }
 

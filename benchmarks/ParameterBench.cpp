@@ -12,7 +12,7 @@ namespace bench
 
 namespace
 {
-const juce::String changedId = ParameterIds::thresholdPrefix + juce::String ("single");
+const auto changedId = sectionTable[SectionRow::single].idOf (ParameterIds::thresholdPrefix);
 
 /** The processor, and the sections that the plain form works on. */
 struct Rig
@@ -75,7 +75,7 @@ struct Rig
                                                    read (ParameterIds::crossoverHigh));
         }
 
-        const auto post = [] (const char* prefix) { return prefix + juce::String ("post"); };
+        const auto post = [] (const char* prefix) { return sectionTable[SectionRow::post].idOf (prefix); };
         const auto sum =
             roundToSwitch (read (post (ParameterIds::linkPrefix)))
                 ? 0.0f

@@ -1,11 +1,13 @@
 #include "HalfBandOversampler.h"
 
+#include "common/Sections.h"
+
 #include <array>
 #include <cmath>
 
 namespace
 {
-constexpr size_t numStages = 4;
+constexpr size_t numStages = Oversampling::largestExponent;
 
 /** One direction of one stage. */
 struct Filter

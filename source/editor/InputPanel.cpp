@@ -2,12 +2,12 @@
 
 #include "common/FontHeights.h"
 #include "common/ParameterIds.h"
+#include "common/Sections.h"
 
 InputPanel::InputPanel (juce::AudioProcessorValueTreeState& state)
-    : layoutButtons (ParameterIds::layout, state,
-                     { "Single Band", "Multi Band", "Mid / Side", "Left / Right" }),
+    : layoutButtons (ParameterIds::layout, state, toStringArray (Layout::names)),
       inGainSlider ("In Gain", ParameterIds::inGain, state),
-      oversamplingButtons (ParameterIds::oversampling, state, { "Off", "2x", "4x", "8x", "16x" })
+      oversamplingButtons (ParameterIds::oversampling, state, toStringArray (Oversampling::names))
 {
     setName ("Input");
 

@@ -4,6 +4,7 @@
 #include "common/FontHeights.h"
 #include "common/ParameterIds.h"
 #include "common/Rounding.h"
+#include "common/Sections.h"
 #include "widgets/IconButton.h"
 
 #include <LunaBinary.h>
@@ -13,11 +14,8 @@
 
 namespace
 {
-constexpr auto noSolo = 3;
 constexpr auto handleWidth = 20;
 constexpr auto buttonSize = 20;
-
-const std::array<juce::String, 3> bandIds { "low_band", "mid_band", "high_band" };
 
 void setInOneGesture (juce::RangedAudioParameter& parameter, float normalisedValue)
 {
@@ -34,7 +32,8 @@ void toggle (juce::RangedAudioParameter* parameter)
 
 int getSoloBand (const juce::RangedAudioParameter* parameter)
 {
-    return parameter != nullptr ? roundToChoice (parameter->convertFrom0to1 (parameter->getValue())) : noSolo;
+    return parameter != nullptr ? roundToChoice (parameter->convertFrom0to1 (parameter->getValue()))
+                                : Solo::none;
 }
 
 /** Another band's solo moves here in one step. */
@@ -42,7 +41,7 @@ void toggleSolo (const ThreeBandSplitterEditor::Band& band)
 {
     if (auto* parameter = band.soloParameter)
         setInOneGesture (*parameter, parameter->convertTo0to1 (static_cast<float> (
-                                         getSoloBand (parameter) == band.index ? noSolo : band.index)));
+                                         getSoloBand (parameter) == band.index ? Solo::none : band.index)));
 }
 
 bool isOn (const juce::RangedAudioParameter* parameter)
@@ -75,15 +74,17 @@ ThreeBandSplitterEditor::ThreeBandSplitterEditor (const SpectrumData& spectrum,
     for (const auto& id : { lowCrossoverId, highCrossoverId, juce::String (ParameterIds::soloBand) })
         state->addParameterListener (id, this);
 
-    for (size_t i = 0; i < bands.size(); ++i)
+    for (size_t i = 0; i < numBands; ++i)
     {
+        const auto enableId = sectionTable[i].idOf (ParameterIds::enablePrefix);
+        const auto muteId = sectionTable[i].idOf (ParameterIds::mutePrefix);
         bands[i].index = static_cast<int> (i);
-        bands[i].muteParameter = state->getParameter (ParameterIds::mutePrefix + bandIds[i]);
+        bands[i].muteParameter = state->getParameter (muteId);
         bands[i].soloParameter = state->getParameter (ParameterIds::soloBand);
-        bands[i].enableParameter = state->getParameter (ParameterIds::enablePrefix + bandIds[i]);
+        bands[i].enableParameter = state->getParameter (enableId);
 
-        state->addParameterListener (ParameterIds::enablePrefix + bandIds[i], this);
-        state->addParameterListener (ParameterIds::mutePrefix + bandIds[i], this);
+        state->addParameterListener (enableId, this);
+        state->addParameterListener (muteId, this);
     }
 
     readBandColours();
@@ -96,10 +97,10 @@ ThreeBandSplitterEditor::~ThreeBandSplitterEditor()
     for (const auto& id : { lowCrossoverId, highCrossoverId, juce::String (ParameterIds::soloBand) })
         state->removeParameterListener (id, this);
 
-    for (const auto& id : bandIds)
+    for (size_t i = 0; i < numBands; ++i)
     {
-        state->removeParameterListener (ParameterIds::enablePrefix + id, this);
-        state->removeParameterListener (ParameterIds::mutePrefix + id, this);
+        state->removeParameterListener (sectionTable[i].idOf (ParameterIds::enablePrefix), this);
+        state->removeParameterListener (sectionTable[i].idOf (ParameterIds::mutePrefix), this);
     }
 }
 
@@ -113,9 +114,8 @@ void ThreeBandSplitterEditor::readBandColours()
     inactiveColour = findColour (luna::ColourIds::disabledTextColourId);
     buttonBackgroundColour = findColour (luna::ColourIds::backgroundColourId);
 
-    bands[0].colour = primary;
-    bands[1].colour = primary.withRotatedHue (-0.25f);
-    bands[2].colour = primary.withRotatedHue (-0.5f);
+    for (size_t i = 0; i < numBands; ++i)
+        bands[i].colour = primary.withRotatedHue (sectionTable[i].hueRotation);
 
     enableIconOn = makePowerIcon (buttonBackgroundColour);
     enableIconOff = makePowerIcon (enableColour);
@@ -350,7 +350,7 @@ void ThreeBandSplitterEditor::paintBand (juce::Graphics& g, const Band& band) co
     g.fillRect (bounds);
 
     const auto solo = getSoloBand (band.soloParameter);
-    const auto isAnySolo = solo < noSolo;
+    const auto isAnySolo = solo < Solo::none;
     const auto isSolo = solo == band.index;
 
     paintButton (g, { band.muteBounds, "M", muteColour, isOn (band.muteParameter), ! isAnySolo,

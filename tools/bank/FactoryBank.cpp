@@ -1,5 +1,7 @@
 #include "FactoryBank.h"
 
+#include "common/Sections.h"
+
 #include <initializer_list>
 
 namespace factoryBank
@@ -17,13 +19,6 @@ enum Mode
     boost
 };
 
-enum Layout
-{
-    multiBand = 1,
-    midSide = 2,
-    leftRight = 3
-};
-
 enum Factor
 {
     x2 = 1,
@@ -32,15 +27,18 @@ enum Factor
     x16
 };
 
-constexpr auto low = "low_band";
-constexpr auto middle = "mid_band";
-constexpr auto high = "high_band";
-constexpr auto mid = "mid_channel";
-constexpr auto side = "high_channel";
-constexpr auto left = "left_channel";
-constexpr auto right = "right_channel";
-constexpr auto single = "single";
-constexpr auto post = "post";
+using Layout::leftRight;
+using Layout::midSide;
+
+constexpr auto low = sectionTable[SectionRow::lowBand].id;
+constexpr auto middle = sectionTable[SectionRow::midBand].id;
+constexpr auto high = sectionTable[SectionRow::highBand].id;
+constexpr auto mid = sectionTable[SectionRow::midChannel].id;
+constexpr auto side = sectionTable[SectionRow::sideChannel].id;
+constexpr auto left = sectionTable[SectionRow::leftChannel].id;
+constexpr auto right = sectionTable[SectionRow::rightChannel].id;
+constexpr auto single = sectionTable[SectionRow::single].id;
+constexpr auto post = sectionTable[SectionRow::post].id;
 
 /** A few settings that belong together, and the section that they put to work, if any. */
 struct Part
@@ -80,12 +78,12 @@ Part muted (const std::string& section)
 /** In Hz. */
 Part bands (double crossoverLow, double crossoverHigh)
 {
-    return {
-        { { "layout", multiBand }, { "crossover_low", crossoverLow }, { "crossover_high", crossoverHigh } }
-    };
+    return { { { "layout", Layout::multiBand },
+               { "crossover_low", crossoverLow },
+               { "crossover_high", crossoverHigh } } };
 }
 
-Part layout (Layout value)
+Part layout (Layout::Value value)
 {
     return { { { "layout", static_cast<double> (value) } } };
 }

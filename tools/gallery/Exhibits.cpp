@@ -1,6 +1,7 @@
 #include "Exhibits.h"
 
 #include "common/ParameterIds.h"
+#include "common/Sections.h"
 #include "presets/FilterOptionsToggle.h"
 #include "presets/SavePresetModal.h"
 #include "settings/SettingsModal.h"
@@ -101,7 +102,8 @@ Sheet makeKnobSheet (juce::AudioProcessorValueTreeState& parameters)
         return [&parameters, proportion, layout]
         {
             auto knob = std::make_unique<tessarin::ParameterLabelSlider> (
-                "Threshold", juce::String (ParameterIds::thresholdPrefix) + "single", parameters);
+                "Threshold", sectionTable[SectionRow::single].idOf (ParameterIds::thresholdPrefix),
+                parameters);
             knob->setLayout (layout);
             knob->slider.setValue (knob->slider.proportionOfLengthToValue (proportion),
                                    juce::sendNotificationSync);
@@ -334,9 +336,8 @@ std::vector<Sheet> makeSheets (OrvoAudioProcessor& processor)
 
     const auto makeChoice = [&parameters]
     {
-        auto buttons = std::make_unique<luna::ParameterChoiceButtons> (
-            ParameterIds::layout, parameters,
-            juce::StringArray { "Single Band", "Multi Band", "Mid / Side", "Left / Right" });
+        auto buttons = std::make_unique<luna::ParameterChoiceButtons> (ParameterIds::layout, parameters,
+                                                                       toStringArray (Layout::names));
         return buttons;
     };
 

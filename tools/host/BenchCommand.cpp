@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "common/Sections.h"
 #include "PluginHost.h"
 
 #include <algorithm>
@@ -59,8 +60,8 @@ void runBench (const Arguments& arguments)
         << "stereo at 48 kHz, every section clipping noise at -6 dB; ns per sample frame, times real time\n"
            "layout        oversampling    block 64               block 512\n";
 
-    for (auto layout = 0; layout < 4; ++layout)
-        for (auto factor = 0; factor < 5; ++factor)
+    for (auto layout = 0; layout < static_cast<int> (Layout::names.size()); ++layout)
+        for (auto factor = 0; factor <= Oversampling::largestExponent; ++factor)
         {
             host.getParameter ("layout").setFromText (juce::String (layout));
             host.getParameter ("oversampling").setFromText (juce::String (factor));

@@ -1,6 +1,7 @@
 #include "HostedParameter.h"
 
 #include "common/ParameterIds.h"
+#include "common/Sections.h"
 #include "Failure.h"
 
 #include <charconv>
@@ -104,11 +105,10 @@ juce::StringArray orvoParameterIds()
     using namespace ParameterIds;
     juce::StringArray ids { enable };
 
-    for (const auto* section : { "low_band", "mid_band", "high_band", "mid_channel", "high_channel",
-                                 "left_channel", "right_channel", "single", "post" })
+    for (const auto& section : sectionTable)
         for (const auto* prefix :
              { thresholdPrefix, shapePrefix, modePrefix, gainPrefix, enablePrefix, mutePrefix, linkPrefix })
-            ids.add (juce::String (prefix) + section);
+            ids.add (section.idOf (prefix));
 
     ids.addArray ({ crossoverLow, crossoverHigh, soloBand, ParameterIds::layout, inGain, oversampling });
     return ids;
