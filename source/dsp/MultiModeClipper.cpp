@@ -2,9 +2,6 @@
 
 namespace
 {
-constexpr auto clippersGroup = 0;
-constexpr auto enhancersGroup = 2;
-
 /** Half the knee's width at the top of the shape control. */
 constexpr auto widestKneeDb = 9.0f;
 } // namespace
@@ -111,10 +108,10 @@ void MultiModeClipper::setModeChangeHandler (std::function<void()> handler)
 }
 
 void MultiModeClipper::addMode (luna::Saturator& saturator, const char* name, const char* shapeLabel,
-                                int group, std::function<void()> apply)
+                                const ModeGroup& group, std::function<void()> apply)
 {
     const auto id = modes.size();
-    modes.add ({ id, 1 << id, &saturator, name, shapeLabel, group, std::move (apply) });
+    modes.add ({ id, 1 << id, &saturator, name, shapeLabel, group.id, std::move (apply) });
 }
 
 void MultiModeClipper::applyCurrentMode()

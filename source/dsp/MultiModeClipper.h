@@ -9,9 +9,22 @@
 #include "dsp/curves/SoftClipper.h"
 #include "dsp/curves/TanhClipper.h"
 
+#include <array>
 #include <atomic>
 #include <functional>
 #include <limits>
+
+/** Headings of a section's mode menu, in their order. */
+struct ModeGroup
+{
+    /** What `ClipperMode::group` holds. */
+    int id;
+    const char* title;
+};
+
+inline constexpr ModeGroup clippersGroup { 0, "Clippers" };
+inline constexpr ModeGroup enhancersGroup { 2, "Enhancers" };
+inline constexpr std::array modeGroups { clippersGroup, enhancersGroup };
 
 /** One entry of a section's mode menu. */
 struct ClipperMode
@@ -28,7 +41,7 @@ struct ClipperMode
     /** Caption of the shape control while the mode is selected. */
     juce::String shapeLabel;
 
-    /** Heading of the menu: 0 "Clippers", 2 "Enhancers". */
+    /** The id of its `ModeGroup`. */
     int group = 0;
 
     /** Pushes the section's settings into the saturator. */
@@ -89,7 +102,7 @@ public:
     float makeupGain = 1.0f;
 
 private:
-    void addMode (luna::Saturator&, const char* name, const char* shapeLabel, int group,
+    void addMode (luna::Saturator&, const char* name, const char* shapeLabel, const ModeGroup& group,
                   std::function<void()> apply);
     void applyCurrentMode();
 

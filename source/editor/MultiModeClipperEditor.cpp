@@ -100,18 +100,19 @@ void MultiModeClipperEditor::setUpModeBox()
             std::make_unique<juce::ComboBoxParameterAttachment> (*parameter, modeBox, state->undoManager);
 
     juce::PopupMenu menu;
-    const auto addGroup = [&] (const char* title, int group)
+
+    for (const auto& group : modeGroups)
     {
-        menu.addSectionHeader (title);
+        if (group.id != modeGroups.front().id)
+            menu.addSeparator();
+
+        menu.addSectionHeader (group.title);
 
         for (const auto& mode : clipper->modes)
-            if (mode.group == group)
+            if (mode.group == group.id)
                 menu.addItem (mode.id + 1, mode.name);
-    };
+    }
 
-    addGroup ("Clippers", 0);
-    menu.addSeparator();
-    addGroup ("Enhancers", 2);
     *modeBox.getRootMenu() = menu;
 
     // The attachment came before the items, and found none to select. A message would come back later as the user's

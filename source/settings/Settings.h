@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/ThemeNames.h"
+
 #include <juce_data_structures/juce_data_structures.h>
 
 /** The settings file, shared by all instances of the plug-in on the machine. */
@@ -10,7 +12,7 @@ inline constexpr auto scaleKey = "scale";
 inline constexpr auto defaultScale = 1.0;
 
 inline constexpr auto themeKey = "theme";
-inline constexpr auto defaultTheme = "Default";
+inline constexpr auto defaultTheme = embeddedThemeNames.front();
 
 [[nodiscard]] juce::File getFile();
 

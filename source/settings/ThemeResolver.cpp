@@ -1,5 +1,7 @@
 #include "ThemeResolver.h"
 
+#include "common/ThemeNames.h"
+
 #include <LunaBinary.h>
 
 namespace tessarin::ThemeResolver
@@ -80,7 +82,7 @@ juce::var parseEmbeddedTheme (const juce::String& name)
 
 const juce::StringArray& getEmbeddedThemeNames()
 {
-    static const juce::StringArray names { "Default", "Ice", "Night", "TwentyTwenty" };
+    static const juce::StringArray names = toStringArray (embeddedThemeNames);
     return names;
 }
 

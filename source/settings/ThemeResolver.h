@@ -2,11 +2,11 @@
 
 #include <juce_graphics/juce_graphics.h>
 
-/** Themes are small JSON documents with named variables and sections of colour keys; four are compiled in. */
+/** Themes are small JSON documents with named variables and sections of colour keys; those of `embeddedThemeNames` are compiled
+    in. */
 namespace tessarin::ThemeResolver
 {
-/** The document of an embedded theme: "Default", "Ice", "Night" or "TwentyTwenty"; void for any other name.
-    */
+/** The document of an embedded theme; void for any other name. */
 [[nodiscard]] juce::var parseEmbeddedTheme (const juce::String& name);
 
 /** The names of the embedded themes, in the order in which they are cycled. */

@@ -1,4 +1,6 @@
 #include "Commands.h"
+#include "common/Sections.h"
+#include "common/ThemeNames.h"
 #include "Failure.h"
 #include "OpenSession.h"
 #include "PictureFile.h"
@@ -136,7 +138,7 @@ private:
                   << "  message thread: " << juce::String (100.0 * (cpu - cpuAtStart) / (now - start), 1)
                   << " % of a core" << std::endl;
 
-        if (++layout == 4)
+        if (++layout == static_cast<int> (Layout::names.size()))
             session.end();
         else
             show();
@@ -151,7 +153,7 @@ private:
 juce::String themeFrom (const Arguments& arguments)
 {
     const auto theme = arguments.valueOf ("--theme", {});
-    static const juce::StringArray names { "Default", "Ice", "Night", "TwentyTwenty" };
+    const auto names = toStringArray (embeddedThemeNames);
 
     if (theme.isNotEmpty() && ! names.contains (theme))
         throw Failure ("--theme is one of " + names.joinIntoString (", ") + ", not \"" + theme + "\"",
@@ -196,6 +198,10 @@ void runOpen (const Arguments& arguments)
 
 Command openCommand()
 {
+    const auto names = toStringArray (embeddedThemeNames);
+    const auto last = names.size() - 1;
+    static const auto themeHelp = (names.joinIntoString (", ", 0, last) + " or " + names[last]).toStdString();
+
     return { "open",
              "",
              "opens the module's window, with audio running that nobody hears, until it is closed\n"
@@ -203,7 +209,7 @@ Command openCommand()
              { ORVO_HOST_SETTINGS_OPTIONS,
                { "--size", "WxH", "the editor's size in its own pixels (else its first one)" },
                { "--scale", "F", "the host's scale factor, 0.5 to 4 (else 1)" },
-               { "--theme", "NAME", "Default, Ice, Night or TwentyTwenty" },
+               { "--theme", "NAME", themeHelp.c_str() },
                { "--play", "FILE", "a file of audio to repeat (else a test signal)" },
                { "--screenshot", "FILE.png", "takes a picture when nothing moves any more, and ends" },
                { "--seconds", "S", "audio before the picture, up to 600 (else 0.5)" },
