@@ -47,7 +47,7 @@ TEST (Concurrency, StateMovesOnAnyThreadWhileAudioRuns)
         while (! isFinished)
         {
             const auto output = plugin.render (signal);
-            isSound = isSound && isFinite (output) && output.getMagnitude (0, 256) <= 1.0f;
+            isSound = isSound && signals::isFinite (output) && output.getMagnitude (0, 256) <= 1.0f;
         }
     });
 

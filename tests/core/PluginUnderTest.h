@@ -4,14 +4,7 @@
 #include "core/OrvoAudioProcessor.h"
 #include "support/Signals.h"
 
-#include <algorithm>
-#include <cmath>
 #include <vector>
-
-inline bool isFinite (const juce::AudioBuffer<float>& buffer)
-{
-    return std::isfinite (signals::largestDifference (buffer, buffer));
-}
 
 /** A processor as a host sets it up: bus layout, preparation, parameters by ID and real value. */
 struct PluginUnderTest
@@ -60,39 +53,6 @@ struct PluginUnderTest
     {
         signals::inBlocks (signal, lengths, [this] (auto& block) { process (block); });
         return signal;
-    }
-
-    /** What the meters and graphs show of the last seconds, but for loudness, and what remembers one huge sample. */
-    std::vector<double> readings (bool withPeaks = true)
-    {
-        std::vector<double> all;
-
-        for (auto* pair : { &processor.levels.input, &processor.levels.output })
-        {
-            for (auto* channel : { &pair->left, &pair->right })
-            {
-                const auto data = channel->getData();
-                all.push_back (data.rms);
-
-                if (withPeaks)
-                    all.insert (all.end(), { data.peak, data.heldPeak, data.maxPeak, data.maxRms });
-            }
-        }
-
-        for (const auto& tap : processor.waveformTaps.taps)
-            for (const auto value : tap.values)
-                all.push_back (std::max (-100.0, static_cast<double> (value)));
-
-        if (withPeaks)
-        {
-            const auto& magnitudes = processor.spectrum.magnitudes;
-            all.insert (all.end(), magnitudes.begin(), magnitudes.end());
-
-            for (const auto& section : processor.sections)
-                all.push_back (static_cast<double> (section.clipper->current->envelope));
-        }
-
-        return all;
     }
 
     OrvoAudioProcessor processor;

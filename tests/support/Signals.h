@@ -101,6 +101,11 @@ inline double largestDifference (const Buffer& a, const Buffer& b)
     return largest;
 }
 
+inline bool isFinite (const Buffer& buffer)
+{
+    return std::isfinite (largestDifference (buffer, buffer));
+}
+
 /** The Fourier transform of a finite signal at one frequency, in cycles per sample. */
 template <typename Sample>
 std::complex<double> transformAt (const Sample* samples, int numSamples, double frequency)

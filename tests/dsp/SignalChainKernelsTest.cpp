@@ -1,4 +1,4 @@
-#include "core/PluginUnderTest.h"
+#include "dsp/ChainUnderTest.h"
 #include "dsp/OversamplerBank.h"
 #include "dsp/simd/KernelSignals.h"
 #include "plain/Splitter.h"
@@ -10,15 +10,6 @@ using signals::Buffer;
 constexpr auto rate = 48000.0;
 constexpr auto blockSize = 512;
 
-/** With all sections off: oversampler, crossover and ceiling alone. */
-expected::Values passing (int layout, int exponent)
-{
-    expected::Values values { { "layout", layout }, { "oversampling", exponent } };
-    for (const auto* section : { "low_band", "mid_band", "high_band", "single", "post" })
-        values[std::string ("enable_") + section] = 0.0;
-    return values;
-}
-
 using ChainKernels = kernels::SetAndWidth;
 
 INSTANTIATE_TEST_SUITE_P (Kernels, ChainKernels, kernels::setsAndWidths());
@@ -27,8 +18,10 @@ INSTANTIATE_TEST_SUITE_P (Kernels, ChainKernels, kernels::setsAndWidths());
 void expectJuces (Buffer signal, const std::vector<int>& lengths, int layout, int exponent)
 {
     const auto numChannels = signal.getNumChannels();
-    PluginUnderTest plugin (numChannels, rate, blockSize);
-    plugin.set (passing (layout, exponent));
+    ChainUnderTest chain (numChannels, rate, blockSize);
+    chain.set ({ { "layout", layout }, { "oversampling", exponent } });
+    for (const auto& [id, name] : expected::sections) // oversampler, crossover and ceiling remain
+        chain.set ({ { "enable_" + id, 0.0 } });
     const auto bank = makeOversamplerBank (numChannels);
     auto& oversampler = *bank[exponent];
     oversampler.initProcessing (blockSize);
@@ -43,14 +36,13 @@ void expectJuces (Buffer signal, const std::vector<int>& lengths, int layout, in
                        {
         if (number++ % 16 == 0) // the state stays
         {
-            plugin.set ({ { "crossover_low", 60 + number % 900 }, { "crossover_high", 9000 - number } });
-            splitter.setFrequencies (static_cast<float> (plugin.get ("crossover_low")),
-                                     static_cast<float> (plugin.get ("crossover_high")));
+            chain.set ({ { "crossover_low", 60 + number % 900 }, { "crossover_high", 9000 - number } });
+            splitter.setFrequencies (chain.get ("crossover_low"), chain.get ("crossover_high"));
         }
 
         Buffer ours;
         ours.makeCopyOf (buffer);
-        plugin.process (ours);
+        chain.process (ours);
 
         if (buffer.getNumSamples() == 0)
             return;
@@ -77,20 +69,13 @@ void expectJuces (Buffer signal, const std::vector<int>& lengths, int layout, in
 TEST_P (ChainKernels, PassTheBlockBitForBitAsOversamplerAndFiltersDo)
 {
     for (const auto& [name, signal] : kernels::all (numChannels, 1300))
-    {
-        for (auto layout = 0; layout < 2; ++layout)
-        {
-            for (auto exponent = 0; exponent <= 4; ++exponent)
+        for (const auto& lengths : kernels::cuts)
+            for (auto setting = 0; setting < 10; ++setting)
             {
-                for (const auto& lengths : kernels::cuts)
-                {
-                    SCOPED_TRACE (testing::Message()
-                                  << name << ", layout " << layout << ", " << (1 << exponent) << "x, "
-                                  << testing::PrintToString (lengths));
-                    expectJuces (signal, lengths, layout, exponent);
-                }
+                const auto layout = setting % 2, exponent = setting / 2;
+                SCOPED_TRACE (testing::Message() << name << ", layout " << layout << ", " << (1 << exponent)
+                                                 << "x, " << testing::PrintToString (lengths));
+                expectJuces (signal, lengths, layout, exponent);
             }
-        }
-    }
 }
 } // namespace

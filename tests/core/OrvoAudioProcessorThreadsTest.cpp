@@ -17,11 +17,9 @@ int callsWhileRendering (PluginUnderTest& plugin, juce::AudioBuffer<float> signa
     return guard.count();
 }
 
-class SteadyLayoutAndFactor : public testing::TestWithParam<std::tuple<int, int>>
-{
-};
+using SteadyLayoutAndFactor = testing::TestWithParam<std::tuple<int, int>>;
 
-INSTANTIATE_TEST_SUITE_P (SignalChainThreads, SteadyLayoutAndFactor,
+INSTANTIATE_TEST_SUITE_P (OrvoAudioProcessor, SteadyLayoutAndFactor,
                           testing::Combine (testing::Range (0, 4), testing::Range (0, 5)));
 
 TEST_P (SteadyLayoutAndFactor, AllocateNothingInTheBlock)
@@ -54,7 +52,7 @@ TEST_P (SteadyLayoutAndFactor, AllocateNothingInTheBlock)
     }
 }
 
-TEST (SignalChainThreads, AllocateNothingWhenTheHostAutomatesInTheBlock)
+TEST (OrvoAudioProcessorThreads, AllocateNothingWhenTheHostAutomatesInTheBlock)
 {
     PluginUnderTest plugin;
     auto block = signals::noise (2, 512);
@@ -79,7 +77,7 @@ TEST (SignalChainThreads, AllocateNothingWhenTheHostAutomatesInTheBlock)
     }
 }
 
-TEST (SignalChainThreads, ParameterChangesHoldTheProcessLock)
+TEST (OrvoAudioProcessorThreads, ParameterChangesHoldTheProcessLock)
 {
     PluginUnderTest plugin;
     auto calls = 0;

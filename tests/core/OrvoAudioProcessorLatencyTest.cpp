@@ -1,5 +1,5 @@
 #include "core/PluginUnderTest.h"
-#include "core/ReferenceChain.h"
+#include "dsp/ReferenceChain.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,107 @@
+#include "dsp/ChainUnderTest.h"
+
+namespace
+{
+constexpr auto multiBand = 1;
+
+using LayoutAndWidth = testing::TestWithParam<std::tuple<int, int>>;
+
+INSTANTIATE_TEST_SUITE_P (SignalChain, LayoutAndWidth,
+                          testing::Combine (testing::Range (0, 4), testing::Values (1, 2)));
+
+TEST_P (LayoutAndWidth, EqualTheReferenceForEveryModeAndFactor)
+{
+    const auto [layout, numChannels] = GetParam();
+
+    for (auto exponent = 0; exponent <= 4; ++exponent)
+    {
+        for (auto seed = 0; seed < (exponent == 0 ? 30 : 5); ++seed)
+        {
+            SCOPED_TRACE (testing::Message() << (1 << exponent) << "x, seed " << seed);
+            ChainUnderTest chain (numChannels);
+            const auto random = reference::randomValues (layout, seed);
+            reference::expectReference (chain, expected::with (random, { { "oversampling", exponent } }),
+                                        numChannels, 48000.0, exponent == 0 ? 4000 : 1500);
+        }
+    }
+}
+
+TEST_P (LayoutAndWidth, DoNotDependOnHowTheStreamIsCut)
+{
+    const auto [layout, numChannels] = GetParam();
+    const auto signal = signals::noise (numChannels, 6000);
+
+    // At the end of each block JUCE's crossover filter sets states within 1e-8 of zero to zero.
+    const auto allowed = layout == multiBand ? 2.0e-6 : 0.0;
+
+    for (auto exponent = 0; exponent <= 4; ++exponent)
+    {
+        const auto values =
+            expected::with (reference::randomValues (layout, 3), { { "oversampling", exponent } });
+        const auto render = [&] (ChainUnderTest& chain, const std::vector<int>& lengths)
+        {
+            chain.waveformTaps.setPoints (300);
+            chain.set (values);
+            return chain.render (signal, lengths);
+        };
+
+        ChainUnderTest whole (numChannels);
+        const auto output = render (whole, { 512 });
+
+        for (const auto& lengths :
+             std::vector<std::vector<int>> { { 1 }, { 7 }, { 64 }, { 0, 3, 512, 1, 0, 200 } })
+        {
+            SCOPED_TRACE (testing::Message() << (1 << exponent) << "x, " << testing::PrintToString (lengths));
+            ChainUnderTest cut (numChannels);
+
+            EXPECT_LE (signals::largestDifference (render (cut, lengths), output), allowed);
+            EXPECT_NEAR (cut.outputLoudness.momentary, whole.outputLoudness.momentary, 10.0 * allowed);
+
+            // An envelope is put together from segments.
+            const auto readings = cut.readings(), expectedReadings = whole.readings();
+            for (size_t i = 0; i < readings.size(); ++i)
+                ASSERT_NEAR (readings[i], expectedReadings[i], 1.0e-4) << i;
+        }
+    }
+}
+
+TEST (SignalChain, StaysStableWithACrossoverAboveHalfTheRate)
+{
+    const auto tone = signals::sine (2, 16000, 500.0, 8000.0, signals::toGain (-20.0));
+
+    // A bilinear transform of 6 kHz has a negative coefficient at this rate; that of 10 kHz is 2 kHz's.
+    for (const auto crossover : { 6000.0, 10000.0 })
+    {
+        ChainUnderTest chain (2, 8000.0);
+        chain.set ({ { "layout", multiBand }, { "crossover_high", crossover } });
+        const auto output = chain.render (tone);
+
+        ASSERT_TRUE (signals::isFinite (output)) << crossover;
+        EXPECT_LT (signals::toDb (static_cast<double> (output.getMagnitude (0, 16000))), -15.0) << crossover;
+        EXPECT_GT (output.getMagnitude (15000, 1000), 0.05f) << crossover;
+    }
+}
+
+TEST (SignalChain, KeepsTheCrossoversMemoryWhileOtherLayoutsRun)
+{
+    auto before = signals::noise (2, 700), after = signals::noise (2, 700, 1.0f, 2);
+
+    for (const auto detour : { 0.0, 2.0, 3.0 })
+    {
+        ChainUnderTest chain, direct, fresh;
+
+        for (auto* each : { &chain, &direct, &fresh })
+            each->set (reference::randomValues (multiBand, 4));
+
+        chain.render (before);
+        direct.render (before);
+        chain.set ({ { "layout", detour } });
+        chain.render (signals::noise (2, 900, 1.0f, 3));
+        chain.set ({ { "layout", multiBand } });
+
+        const auto expectedOutput = direct.render (after);
+        EXPECT_EQ (signals::largestDifference (chain.render (after), expectedOutput), 0.0) << detour;
+        EXPECT_GT (signals::largestDifference (fresh.render (after), expectedOutput), 0.001);
+    }
+}
+} // namespace
