@@ -21,7 +21,7 @@ public:
     /** With `lock` held by the caller. Audio thread. */
     void pushSample (float x) noexcept;
 
-    /** Defines the transform, which `transform` carries out. */
+    /** Defines the transform, which `transform` carries out; see docs/decisions/2026-11-22-kept-by-name.md. */
     std::unique_ptr<juce::dsp::FFT> fft;
     int fftSize = 0;
 

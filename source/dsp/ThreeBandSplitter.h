@@ -10,7 +10,8 @@
     filters.
 
     Mid and high both pass the upper crossover, and an all-pass gives the low band the same phase. The five
-    filters hold type and cutoff; the samples go through a kernel that yields what they would, bit for bit.
+    filters hold type and cutoff; the samples go through a kernel that yields what they would, bit for bit; see
+    docs/decisions/2026-11-22-kept-by-name.md.
 
     All calls run with the processor's lock held, `split` and the merges on the audio thread. Nothing but
     `prepare` allocates. Crossovers step between two blocks: neither smoothed nor reset.

@@ -9,7 +9,7 @@ namespace luna
 {
 
 /** Reflects the level about the threshold in dB, with a quadratic Bezier curve through the knee. In no mode
-    of the product. */
+    of the product; see docs/decisions/2026-11-22-kept-by-name.md. */
 class Foldback final : public KneeSaturator<CurveSaturator<Foldback>>
 {
 public:

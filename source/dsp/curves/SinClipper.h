@@ -8,7 +8,7 @@ namespace luna
 {
 
 /** A sine scaled to the threshold. The argument is not clamped, so large inputs fold. In no mode of the
-    product. */
+    product; see docs/decisions/2026-11-22-kept-by-name.md. */
 class SinClipper final : public DrivenSaturator<SinClipper>
 {
 public:

@@ -7,7 +7,8 @@
 namespace luna
 {
 
-/** A hyperbolic tangent scaled to the threshold. In no mode of the product. */
+/** A hyperbolic tangent scaled to the threshold. In no mode of the product; see
+    docs/decisions/2026-11-22-kept-by-name.md. */
 class TanhClipper final : public DrivenSaturator<TanhClipper>
 {
 public:
