@@ -3,8 +3,8 @@
 
 #include "common/ParameterIds.h"
 #include "core/OrvoAudioProcessor.h"
-#include "plain/Chain.h"
 #include "Ratios.h"
+#include "reference/BlockChain.h"
 #include "Rows.h"
 
 #include <memory>
@@ -65,14 +65,14 @@ Process makeChainProcess (int layout, int exponent, int blockSize, double rate)
 
 void addChainPairs (std::vector<Pair>& pairs)
 {
-    const auto add = [&] (const std::string& name, const plain::Chain::Settings& settings)
+    const auto add = [&] (const std::string& name, const reference::BlockChain::Settings& settings)
     {
         const auto factor = std::to_string (1 << settings.exponent) + "x";
 
         pairs.push_back ({ (settings.isMultiBand ? "MultiBand/" : "SingleBand/") + name + "/" + factor,
                            [=]
                            {
-            const auto chain = std::make_shared<plain::Chain> (settings, hostRate, defaultBlockSize);
+            const auto chain = std::make_shared<reference::BlockChain> (settings, hostRate, defaultBlockSize);
             return [chain] (juce::AudioBuffer<float>& buffer) { chain->process (buffer); };
                           },
                            [=]

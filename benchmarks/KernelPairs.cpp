@@ -2,18 +2,16 @@
 
 #include "dsp/HalfBandOversampler.h"
 #include "dsp/LevelProcessors.h"
-#include "dsp/MultiModeClipper.h"
 #include "dsp/OversamplerBank.h"
 #include "dsp/ThreeBandSplitter.h"
-#include "plain/Curves.h"
-#include "plain/Loudness.h"
-#include "plain/Splitter.h"
 #include "Ratios.h"
+#include "reference/CurveTable.h"
+#include "reference/Loudness.h"
+#include "reference/Splitter.h"
 
 #include <cmath>
 #include <memory>
 #include <numeric>
-#include <span>
 
 namespace bench
 {
@@ -88,7 +86,7 @@ Form makePlainLoudness()
 {
     kf::LUFSMeter meter;
     meter.prepareToPlay (hostRate, 2, defaultBlockSize, 30);
-    const auto plain = std::make_shared<plain::Loudness> (meter);
+    const auto plain = std::make_shared<reference::Loudness> (meter);
     return { [plain] (juce::AudioBuffer<float>& buffer) { plain->processBlock (buffer); },
              [plain] { return sumOf (plain->bins); } };
 }
@@ -127,29 +125,24 @@ Form makeLevels (bool isPlain)
              reading };
 }
 
-template <typename Curve, typename Plain>
-Pair makeCurvePair (const char* name, float second, Plain plain)
+Pair makeCurvePair (const reference::Curve& curve)
 {
-    return { std::string ("curve/") + name,
-             [plain]
+    return { std::string ("curve/") + curve.name,
+             [&curve]
              {
-        return [plain] (juce::AudioBuffer<float>& buffer)
+        return [form = curve.plain (-6.0f, 0.5f * curve.most)] (juce::AudioBuffer<float>& buffer)
         {
             for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
-                for (auto& x : std::span (buffer.getWritePointer (channel),
-                                          static_cast<size_t> (buffer.getNumSamples())))
-                    x = plain (x);
+                form ({ buffer.getWritePointer (channel), static_cast<size_t> (buffer.getNumSamples()) });
             };
             },
-             [second]
+             [&curve]
              {
-        const auto curve = std::make_shared<Curve>();
-        curve->setParameter (-6.0f, 0);
-        curve->setParameter (second, 1);
-        return [curve] (juce::AudioBuffer<float>& buffer)
+        return [saturator = std::shared_ptr (curve.make (-6.0f, 0.5f * curve.most))] (
+                   juce::AudioBuffer<float>& buffer)
         {
             juce::dsp::AudioBlock<float> block (buffer);
-            curve->processBlock (juce::dsp::ProcessContextReplacing<float> (block));
+            saturator->processBlock (juce::dsp::ProcessContextReplacing<float> (block));
             };
     } };
 }
@@ -185,12 +178,9 @@ Form makeEnvelope()
 
 void addCurvePairs (std::vector<Pair>& pairs)
 {
-    pairs.push_back (makeCurvePair<luna::HardClipper> ("Hard", 0.0f, reference::Hard { -6.0f }));
-    pairs.push_back (makeCurvePair<luna::SoftClipper> ("SoftI", 4.5f, reference::SoftOne { -6.0f, 4.5f }));
-    pairs.push_back (makeCurvePair<luna::Dough> ("SoftII", 0.0f, reference::SoftTwo { -6.0f }));
-    pairs.push_back (
-        makeCurvePair<luna::InflatorClipper> ("Pressure", 0.5f, reference::Pressure { -6.0f, 0.5f }));
-    pairs.push_back (makeCurvePair<luna::Boost> ("Boost", 0.5f, reference::Boost { -6.0f, 0.5f }));
+    for (const auto& curve : reference::curves)
+        pairs.push_back (makeCurvePair (curve));
+
     pairs.push_back ({ "envelope", makePlainEnvelope, makeEnvelope });
 }
 
@@ -210,7 +200,7 @@ void addOversamplerPairs (std::vector<Pair>& pairs)
 
 void addSplitterPairs (std::vector<Pair>& pairs)
 {
-    pairs.push_back ({ "splitter", makeSplitter<plain::Splitter>, makeSplitter<ThreeBandSplitter> });
+    pairs.push_back ({ "splitter", makeSplitter<reference::Splitter>, makeSplitter<ThreeBandSplitter> });
 }
 
 } // namespace bench

@@ -61,7 +61,6 @@ void addRow (const std::string& name, Make make, int blockSize = defaultBlockSiz
     });
 }
 
-void addCurveRows();
 void addSectionRows();
 void addMeterRows();
 void addChainRows();

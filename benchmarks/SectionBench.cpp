@@ -1,8 +1,7 @@
-// The envelope, the section in each of its modes, and the splitter.
+// The section in each of its modes, and the splitter.
 
 #include "dsp/MultiModeClipper.h"
 #include "dsp/ThreeBandSplitter.h"
-#include "plain/Curves.h"
 #include "Rows.h"
 
 #include <memory>
@@ -16,17 +15,6 @@ using Context = juce::dsp::ProcessContextReplacing<float>;
 
 const juce::dsp::ProcessSpec spec { hostRate, static_cast<juce::uint32> (defaultBlockSize), 2 };
 
-/** What is left of a saturator without a curve. */
-class EnvelopeAlone final : public luna::Saturator
-{
-public:
-    void setParameter (float, int) override {}
-
-    float processSample (float x) override { return x; }
-
-    void processBlock (const Context&) override {}
-};
-
 /** The effect, held by what processes blocks with it. */
 template <typename Effect>
 auto runInPlace (std::shared_ptr<Effect> effect)
@@ -35,27 +23,6 @@ auto runInPlace (std::shared_ptr<Effect> effect)
     {
         juce::dsp::AudioBlock<float> block (buffer);
         effect->process (Context (block));
-        };
-}
-
-auto makeEnvelope()
-{
-    auto envelope = std::make_shared<EnvelopeAlone>();
-    envelope->prepare (spec);
-    return runInPlace (std::move (envelope));
-}
-
-auto makePlainEnvelope()
-{
-    return [envelope = reference::Envelope (hostRate)] (juce::AudioBuffer<float>& buffer) mutable
-    {
-        const auto* left = buffer.getReadPointer (0);
-        const auto* right = buffer.getReadPointer (1);
-
-        for (auto i = 0; i < buffer.getNumSamples(); ++i)
-            envelope (left[i], right[i]);
-
-        benchmark::DoNotOptimize (envelope.level);
         };
 }
 
@@ -87,9 +54,6 @@ auto makeSplitter()
 
 void addSectionRows()
 {
-    addRow ("envelope", makeEnvelope);
-    addRow ("envelope/plain", makePlainEnvelope);
-
     for (const auto& mode : MultiModeClipper().modes)
         addRow ("section/" + mode.name.removeCharacters (" ").toStdString(),
                 [id = mode.id] { return makeSection (id); });

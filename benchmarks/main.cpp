@@ -1,5 +1,5 @@
 // orvo-bench: what each part of the audio engine costs. The options of Google Benchmark apply, as in
-// --benchmark_filter=curve; --benchmark_out=FILE writes the table as JSON. --ratios, or --ratios=PART for rows
+// --benchmark_filter=section; --benchmark_out=FILE writes the table as JSON. --ratios, or --ratios=PART for rows
 // whose name contains PART, compares the kernels with their plain forms instead. --costs
 // prints what scripts/plot_costs.py makes tables and a picture of.
 
@@ -76,7 +76,6 @@ int main (int argc, char** argv)
         if (benchmark::ReportUnrecognizedArguments (argc, argv))
             return EXIT_FAILURE;
 
-        bench::addCurveRows();
         bench::addSectionRows();
         bench::addMeterRows();
         bench::addChainRows();

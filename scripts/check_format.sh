@@ -10,5 +10,5 @@ if [ -z "$formatter" ] || ! "$formatter" --version | grep -q 'version 14\.'; the
     exit 77
 fi
 
-find source tests tools benchmarks \( -name '*.cpp' -o -name '*.h' \) -print0 \
+find source tests tools benchmarks reference \( -name '*.cpp' -o -name '*.h' \) -print0 \
     | xargs -0 "$formatter" --dry-run --Werror

@@ -7,8 +7,8 @@ file(GLOB orvo_test_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DI
 list(REMOVE_ITEM orvo_test_sources support/AllocationGuardTest.cpp)
 
 add_executable(orvo_tests ${orvo_test_sources})
-target_include_directories(orvo_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/benchmarks)
-target_link_libraries(orvo_tests PRIVATE orvo_offscreen orvo_scratch LunaBinary GTest::gtest)
+target_include_directories(orvo_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+target_link_libraries(orvo_tests PRIVATE orvo_offscreen orvo_reference orvo_scratch LunaBinary GTest::gtest)
 orvo_strict_warnings(orvo_tests)
 gtest_discover_tests(orvo_tests DISCOVERY_TIMEOUT 60)
 include(presets/factory_bank.cmake)

@@ -1,53 +1,38 @@
-#include "plain/Curves.h"
-
-#include "dsp/MultiModeClipper.h"
 #include "dsp/simd/KernelSignals.h"
+#include "reference/CurveTable.h"
 
-namespace
+#include <typeinfo>
+
+namespace reference
 {
-using signals::Buffer;
-
-template <typename Number>
-using Form = std::function<Number (Number)>;
-
-struct Curve
-{
-    const char* name;
-
-    /** The greatest value of its second control. */
-    float most;
-
-    std::unique_ptr<luna::Saturator> (*make)();
-    Form<double> (*exact) (double thresholdDb, double second);
-    Form<float> (*plain) (float thresholdDb, float second);
-};
-
 /** For the test's name in ctest. */
-void PrintTo (const Curve& curve, std::ostream* stream)
+static void PrintTo (const Curve& curve, std::ostream* stream)
 {
     *stream << curve.name;
 }
+} // namespace reference
 
-template <typename Saturator, template <typename> class Formula>
-Curve describe (const char* name, float most = 1.0f)
+namespace
 {
-    return { name, most, []() -> std::unique_ptr<luna::Saturator> { return std::make_unique<Saturator>(); },
-             [] (double db, double second) -> Form<double> { return Formula<double> (db, second); },
-             [] (float db, float second) -> Form<float> { return Formula<float> (db, second); } };
+using reference::Curve;
+using signals::Buffer;
+
+TEST (CurveTable, HoldsTheCurveOfEveryModeUnderItsNumberAndName)
+{
+    for (const auto& mode : MultiModeClipper().modes)
+    {
+        const auto& row = reference::curveOfMode (mode.id);
+        const auto curve = row.make (0.0f, 0.0f);
+        const auto &ours = *mode.saturator, &listed = *curve;
+        EXPECT_EQ (mode.name.removeCharacters (" "), row.name);
+        EXPECT_EQ (typeid (ours), typeid (listed));
+    }
 }
 
 class EachCurve : public testing::TestWithParam<std::tuple<simd::InstructionSet, Curve>>
 {
 protected:
     Curve description = std::get<1> (GetParam());
-
-    std::unique_ptr<luna::Saturator> makeCurve (float thresholdDb, float second) const
-    {
-        auto curve = description.make();
-        curve->setParameter (second, 1);
-        curve->setParameter (thresholdDb, 0);
-        return curve;
-    }
 
 private:
     kernels::Selection selection { std::get<0> (GetParam()) };
@@ -66,19 +51,20 @@ TEST_P (EachCurve, IsOddAndNoLessExactThanItsFormulaInSinglePrecision)
         for (auto second : { 0.0f, 0.01f, 0.3f, 0.5f, 0.9f, 1.0f })
         {
             second *= description.most;
-            const auto curve = makeCurve (thresholdDb, second);
-            const auto exact =
-                description.exact (static_cast<double> (thresholdDb), static_cast<double> (second));
-            const auto plain = description.plain (thresholdDb, second);
+            const auto curve = description.make (thresholdDb, second);
+            std::vector<double> exact (inputs.begin(), inputs.end());
+            description.exact (static_cast<double> (thresholdDb), static_cast<double> (second)) (exact);
+            auto plain = inputs;
+            description.plain (thresholdDb, second) (plain);
             auto worst = 0.0, worstPlain = 0.0;
 
-            for (auto x : inputs)
+            for (size_t i = 0; i < inputs.size(); ++i)
             {
-                const auto expected = exact (static_cast<double> (x));
+                const auto x = inputs[i];
                 const auto y = curve->processSample (x);
                 ASSERT_EQ (curve->processSample (-x), -y) << x;
-                worst = std::max (worst, std::abs (static_cast<double> (y) - expected));
-                worstPlain = std::max (worstPlain, std::abs (static_cast<double> (plain (x)) - expected));
+                worst = std::max (worst, std::abs (static_cast<double> (y) - exact[i]));
+                worstPlain = std::max (worstPlain, std::abs (static_cast<double> (plain[i]) - exact[i]));
             }
 
             EXPECT_LE (worst, 2.0e-6) << thresholdDb << " dB, " << second;
@@ -97,7 +83,7 @@ TEST_P (EachCurve, MakesTheSameOfASampleWhateverStandsBesideIt)
         if (second > description.most)
             continue;
 
-        const auto curve = makeCurve (thresholdDb, second);
+        const auto curve = description.make (thresholdDb, second);
 
         for (const auto& [name, signal] : kernels::all (1, 777))
         {
@@ -116,18 +102,9 @@ TEST_P (EachCurve, MakesTheSameOfASampleWhateverStandsBesideIt)
     }
 }
 
-const std::vector<Curve> curves { describe<luna::HardClipper, reference::Hard> ("Hard"),
-                                  describe<luna::SoftClipper, reference::SoftOne> ("SoftI", 9.0f),
-                                  describe<luna::Dough, reference::SoftTwo> ("SoftII"),
-                                  describe<luna::InflatorClipper, reference::Pressure> ("Pressure"),
-                                  describe<luna::Boost, reference::Boost> ("Boost"),
-                                  describe<luna::Foldback, reference::Foldback> ("Foldback", 9.0f),
-                                  describe<luna::TanhClipper, reference::Tanh> ("Tanh"),
-                                  describe<luna::SinClipper, reference::Sine> ("Sin") };
-
 INSTANTIATE_TEST_SUITE_P (Kernels, EachCurve,
                           testing::Combine (testing::ValuesIn (kernels::supportedSets()),
-                                            testing::ValuesIn (curves)));
+                                            testing::ValuesIn (reference::curves)));
 
 using EnvelopeKernel = kernels::SetAndWidth;
 

@@ -1,7 +1,7 @@
 #include "dsp/ChainUnderTest.h"
 #include "dsp/OversamplerBank.h"
 #include "dsp/simd/KernelSignals.h"
-#include "plain/Splitter.h"
+#include "reference/Splitter.h"
 
 namespace
 {
@@ -25,7 +25,7 @@ void expectJuces (Buffer signal, const std::vector<int>& lengths, int layout, in
     const auto bank = makeOversamplerBank (numChannels);
     auto& oversampler = *bank[exponent];
     oversampler.initProcessing (blockSize);
-    plain::Splitter splitter;
+    reference::Splitter splitter;
     splitter.prepare ({ rate * (1 << exponent), static_cast<juce::uint32> (blockSize << exponent),
                         static_cast<juce::uint32> (numChannels) });
     auto number = 0;

@@ -1,6 +1,6 @@
 #include "dsp/LevelProcessors.h"
 #include "dsp/simd/KernelSignals.h"
-#include "plain/Loudness.h"
+#include "reference/Loudness.h"
 
 #include <tuple>
 
@@ -25,7 +25,7 @@ TEST_P (MeterKernels, KeepTheLoudnessFiltersAndBinsOfThePlainFormBitForBit)
 
             kf::LUFSMeter meter;
             meter.prepareToPlay (44100.0, numChannels, 512, 30);
-            plain::Loudness plain (meter);
+            reference::Loudness plain (meter);
 
             signals::inBlocks (signal, lengths,
                                [&] (Buffer& block)

@@ -2,7 +2,7 @@
 
 #include <juce_dsp/juce_dsp.h>
 
-namespace plain
+namespace reference
 {
 /** The crossover out of five of JUCE's filters, one after the other over copies of the block. */
 class Splitter
@@ -74,4 +74,4 @@ private:
 
     Filter lowLowpass, lowHighpass, highLowpass, highHighpass, phaseAllpass;
 };
-} // namespace plain
+} // namespace reference

@@ -6,7 +6,7 @@
 #include <numeric>
 #include <vector>
 
-namespace plain
+namespace reference
 {
 /** What a loudness meter does to every sample and bin, channel by channel and filter by filter; gates,
     histograms and what is no number are left out. */
@@ -86,4 +86,4 @@ private:
     size_t current = 0;
     juce::AudioBuffer<float> squares;
 };
-} // namespace plain
+} // namespace reference

@@ -3,24 +3,19 @@
 #include "dsp/LevelProcessors.h"
 #include "dsp/OversamplerBank.h"
 #include "dsp/SpectrumData.h"
-#include "plain/Curves.h"
-#include "plain/Loudness.h"
-#include "plain/Splitter.h"
+#include "reference/CurveTable.h"
+#include "reference/Loudness.h"
+#include "reference/Splitter.h"
 
-#include <array>
 #include <memory>
-#include <variant>
 
-namespace plain
+namespace reference
 {
 /** What the plug-in does to a stereo block, each step for itself over the whole block: every section of a layout
     with the same mode, threshold and shape, "post" at its default, no gain. */
-class Chain
+class BlockChain
 {
 public:
-    using Curve = std::variant<reference::Hard<>, reference::SoftOne<>, reference::SoftTwo<>,
-                               reference::Pressure<>, reference::Boost<>>;
-
     struct Settings
     {
         int mode = 1;
@@ -30,8 +25,8 @@ public:
         int exponent = 0;
     };
 
-    Chain (const Settings& s, double sampleRate, int blockSize)
-        : Chain (s, sampleRate, blockSize, preparedMeter (sampleRate, blockSize))
+    BlockChain (const Settings& s, double sampleRate, int blockSize)
+        : BlockChain (s, sampleRate, blockSize, preparedMeter (sampleRate, blockSize))
     {
     }
 
@@ -65,34 +60,30 @@ private:
             for (size_t i = 0; i < block.getNumSamples(); ++i)
                 envelope (block.getChannelPointer (0)[i], block.getChannelPointer (1)[i]);
 
-            std::visit (
-                [&] (const auto& formula)
-                {
-                for (size_t channel = 0; channel < block.getNumChannels(); ++channel)
-                    for (size_t i = 0; i < block.getNumSamples(); ++i)
-                        block.getChannelPointer (channel)[i] = formula (block.getChannelPointer (channel)[i]);
-                },
-                curve);
+            for (size_t channel = 0; channel < block.getNumChannels(); ++channel)
+                curve ({ block.getChannelPointer (channel), block.getNumSamples() });
 
             block.multiplyBy (1.0f);
         }
 
-        Curve curve;
-        reference::Envelope envelope;
+        Form<float> curve;
+        Envelope envelope;
     };
 
-    Chain (const Settings& s, double sampleRate, int blockSize, std::unique_ptr<kf::LUFSMeter> meter)
+    BlockChain (const Settings& s, double sampleRate, int blockSize, std::unique_ptr<kf::LUFSMeter> meter)
         : settings (s),
           loudnessIn (*meter),
           loudnessOut (*meter),
           oversamplers (makeOversamplerBank (2)),
-          post { reference::SoftOne { 0.0f, 0.0f }, reference::Envelope (sampleRate * (1 << s.exponent)) },
-          ceiling { reference::Hard { 0.0f }, reference::Envelope (sampleRate) }
+          post { curveOfMode (1).plain (0.0f, 0.0f), Envelope (sampleRate * (1 << s.exponent)) },
+          ceiling { curveOfMode (0).plain (0.0f, 0.0f), Envelope (sampleRate) }
     {
         const auto rate = sampleRate * (1 << settings.exponent);
+        const auto& curve = curveOfMode (settings.mode);
 
         for (auto n = 0; n < 3; ++n)
-            sections.push_back ({ makeCurve(), reference::Envelope (rate) });
+            sections.push_back (
+                { curve.plain (settings.thresholdDb, curve.most * settings.shape), Envelope (rate) });
 
         levelsIn.prepare (sampleRate);
         levelsOut.prepare (sampleRate);
@@ -107,20 +98,6 @@ private:
         auto meter = std::make_unique<kf::LUFSMeter>();
         meter->prepareToPlay (sampleRate, 2, blockSize, 30);
         return meter;
-    }
-
-    Curve makeCurve() const
-    {
-        const auto threshold = settings.thresholdDb, shape = settings.shape;
-
-        switch (settings.mode)
-        {
-            case 0: return reference::Hard { threshold };
-            case 1: return reference::SoftOne { threshold, 9.0f * shape };
-            case 2: return reference::SoftTwo { threshold };
-            case 3: return reference::Pressure { threshold, shape };
-            default: return reference::Boost { threshold, shape };
-        }
     }
 
     static void track (luna::temp::StereoLevelProcessor& levels, const juce::AudioBuffer<float>& buffer)
@@ -155,4 +132,4 @@ private:
     std::vector<Section> sections;
     Section post, ceiling;
 };
-} // namespace plain
+} // namespace reference
