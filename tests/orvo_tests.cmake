@@ -1,7 +1,8 @@
 # Tests of the plug-in: linked to its shared code, so that JUCE is not compiled again. Included by CMakeLists.txt.
 
 file(GLOB orvo_test_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR}
-    common/*.cpp core/*.cpp presets/*.cpp settings/*.cpp widgets/*.cpp editor/*.cpp module/*.cpp support/*.cpp)
+    state/*.cpp settings/*.cpp widgets/*.cpp look/*.cpp presets/*.cpp core/*.cpp browser/*.cpp dialogs/*.cpp editor/*.cpp
+    module/*.cpp support/*.cpp)
 
 # The allocation guard's own test runs with the DSP tests.
 list(REMOVE_ITEM orvo_test_sources support/AllocationGuardTest.cpp)

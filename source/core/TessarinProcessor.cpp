@@ -1,9 +1,9 @@
 #include "TessarinProcessor.h"
 
 #include "common/Rounding.h"
-#include "common/StateTree.h"
-#include "common/StrictUtf8.h"
-#include "core/StateBlock.h"
+#include "state/StateBlock.h"
+#include "state/StateTree.h"
+#include "state/StrictUtf8.h"
 
 #include <cmath>
 

@@ -3,7 +3,7 @@
 #include "common/FontHeights.h"
 #include "common/ParameterIds.h"
 #include "common/Rounding.h"
-#include "common/StateTree.h"
+#include "state/StateTree.h"
 
 #include <LunaBinary.h>
 

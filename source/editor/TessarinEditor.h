@@ -1,17 +1,17 @@
 #pragma once
 
+#include "browser/PresetBrowser.h"
 #include "core/TessarinProcessor.h"
+#include "dialogs/LicenceDialog.h"
+#include "dialogs/LicenceOverlay.h"
+#include "dialogs/SavePresetModal.h"
+#include "dialogs/SettingsModal.h"
 #include "editor/ClickFocus.h"
 #include "editor/HeldMouse.h"
-#include "editor/LicenceDialog.h"
-#include "editor/LicenceOverlay.h"
 #include "editor/PostedUpdate.h"
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
-#include "presets/PresetBrowser.h"
-#include "presets/SavePresetModal.h"
-#include "settings/SettingsModal.h"
-#include "settings/TessarinLookAndFeel.h"
+#include "look/TessarinLookAndFeel.h"
 #include "widgets/TooltipPanel.h"
 
 namespace tessarin

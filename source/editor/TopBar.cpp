@@ -5,9 +5,9 @@
 #include "common/FontHeights.h"
 #include "common/ParameterIds.h"
 #include "editor/TessarinEditor.h"
+#include "look/ThemeResolver.h"
 #include "presets/PresetFiles.h"
 #include "settings/Settings.h"
-#include "settings/ThemeResolver.h"
 
 #include <LunaBinary.h>
 

@@ -1,7 +1,7 @@
 #include "PresetFiles.h"
 
-#include "common/CheckedText.h"
-#include "common/CheckedXml.h"
+#include "state/CheckedText.h"
+#include "state/CheckedXml.h"
 
 namespace tessarin::PresetFiles
 {

@@ -1,12 +1,12 @@
 #include "PresetManager.h"
 
 #include "common/AtomicFile.h"
-#include "common/CheckedXml.h"
 #include "common/ConfigFolder.h"
-#include "common/StateTree.h"
-#include "common/StrictUtf8.h"
 #include "core/TessarinProcessor.h"
 #include "presets/PresetFiles.h"
+#include "state/CheckedXml.h"
+#include "state/StateTree.h"
+#include "state/StrictUtf8.h"
 #include "widgets/ToastManager.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>

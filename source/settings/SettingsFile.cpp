@@ -1,7 +1,7 @@
 #include "SettingsFile.h"
 
-#include "common/CheckedXml.h"
 #include "settings/Settings.h"
+#include "state/CheckedXml.h"
 
 namespace tessarin
 {

@@ -1,9 +1,9 @@
 // Any bytes as a host's block or a preset file, through the check, the parser and the cleaning of the tree.
 
-#include "common/CheckedXml.h"
-#include "common/StateTree.h"
-#include "core/StateBlock.h"
 #include "fuzz/Require.h"
+#include "state/CheckedXml.h"
+#include "state/StateBlock.h"
+#include "state/StateTree.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #include "common/ColourIds.h"
 #include "editor/OpenEditor.h"
+#include "look/TessarinLookAndFeel.h"
 #include "Pixels.h"
-#include "settings/TessarinLookAndFeel.h"
 #include "widgets/IconButton.h"
 #include "widgets/ParameterLabelSlider.h"
 

@@ -1,7 +1,7 @@
 #include "common/ColourIds.h"
+#include "look/TessarinLookAndFeel.h"
 #include "OffscreenWindow.h"
 #include "Pixels.h"
-#include "settings/TessarinLookAndFeel.h"
 #include "widgets/InputOutputMeters.h"
 
 #include <gtest/gtest.h>

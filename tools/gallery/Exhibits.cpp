@@ -1,10 +1,10 @@
 #include "Exhibits.h"
 
+#include "browser/FilterOptionsToggle.h"
 #include "common/ParameterIds.h"
 #include "common/Sections.h"
-#include "presets/FilterOptionsToggle.h"
-#include "presets/SavePresetModal.h"
-#include "settings/SettingsModal.h"
+#include "dialogs/SavePresetModal.h"
+#include "dialogs/SettingsModal.h"
 #include "widgets/IconButton.h"
 #include "widgets/ModalWindow.h"
 #include "widgets/ParameterChoiceButtons.h"

@@ -3,9 +3,9 @@
 
 #include "common/AtomicFile.h"
 #include "Exhibits.h"
+#include "look/TessarinLookAndFeel.h"
+#include "look/ThemeResolver.h"
 #include "scratch/TemporaryFolder.h"
-#include "settings/TessarinLookAndFeel.h"
-#include "settings/ThemeResolver.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #include "PluginHost.h"
 
-#include "core/StateBlock.h"
 #include "Failure.h"
+#include "state/StateBlock.h"
 
 #include <pluginterfaces/vst/ivstaudioprocessor.h>
 #include <pluginterfaces/vst/ivstcomponent.h>

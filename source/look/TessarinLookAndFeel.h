@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/LunaLibLookAndFeel.h"
+#include "look/LunaLibLookAndFeel.h"
 
 namespace tessarin
 {

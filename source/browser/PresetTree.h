@@ -1,6 +1,6 @@
 #pragma once
 
-#include "presets/PresetTreeItem.h"
+#include "browser/PresetTreeItem.h"
 
 #include <functional>
 #include <memory>

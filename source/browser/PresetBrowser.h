@@ -1,11 +1,11 @@
 #pragma once
 
-#include "presets/CategoryStrip.h"
-#include "presets/FilterOptionsToggle.h"
-#include "presets/PresetDisplay.h"
+#include "browser/CategoryStrip.h"
+#include "browser/FilterOptionsToggle.h"
+#include "browser/PresetDisplay.h"
+#include "browser/PresetTableView.h"
+#include "browser/PresetTree.h"
 #include "presets/PresetManager.h"
-#include "presets/PresetTableView.h"
-#include "presets/PresetTree.h"
 
 namespace tessarin
 {

@@ -1,6 +1,6 @@
 #include "XmlCursor.h"
 
-#include "common/StrictUtf8.h"
+#include "state/StrictUtf8.h"
 
 #include <algorithm>
 #include <charconv>

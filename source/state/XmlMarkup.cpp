@@ -1,6 +1,6 @@
 #include "XmlMarkup.h"
 
-#include "common/XmlCursor.h"
+#include "state/XmlCursor.h"
 
 #include <algorithm>
 #include <array>

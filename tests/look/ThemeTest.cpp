@@ -1,10 +1,10 @@
 #include "common/ColourIds.h"
-#include "common/Contrast.h"
+#include "look/TessarinLookAndFeel.h"
+#include "look/ThemeColours.h"
+#include "look/ThemeResolver.h"
 #include "settings/TessarinLogger.h"
-#include "settings/TessarinLookAndFeel.h"
-#include "settings/ThemeColours.h"
-#include "settings/ThemeResolver.h"
 #include "support/TemporaryConfig.h"
+#include "widgets/Contrast.h"
 #include "widgets/Pixels.h"
 
 #include <gtest/gtest.h>

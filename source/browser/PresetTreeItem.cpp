@@ -1,10 +1,10 @@
 #include "PresetTreeItem.h"
 
+#include "browser/PresetTree.h"
 #include "common/ColourIds.h"
-#include "common/Contrast.h"
 #include "common/FontHeights.h"
 #include "presets/PresetFiles.h"
-#include "presets/PresetTree.h"
+#include "widgets/Contrast.h"
 
 #include <algorithm>
 

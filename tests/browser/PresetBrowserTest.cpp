@@ -1,10 +1,10 @@
-#include "presets/PresetBrowser.h"
+#include "browser/PresetBrowser.h"
 
 #include "common/ColourIds.h"
 #include "core/OrvoAudioProcessor.h"
+#include "look/TessarinLookAndFeel.h"
+#include "look/ThemeResolver.h"
 #include "OffscreenWindow.h"
-#include "settings/TessarinLookAndFeel.h"
-#include "settings/ThemeResolver.h"
 #include "support/Messages.h"
 #include "support/TemporaryConfig.h"
 #include "widgets/Pixels.h"

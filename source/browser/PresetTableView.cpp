@@ -1,9 +1,9 @@
 #include "PresetTableView.h"
 
 #include "common/ColourIds.h"
-#include "common/Contrast.h"
 #include "common/FontHeights.h"
 #include "presets/PresetFiles.h"
+#include "widgets/Contrast.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,8 +1,8 @@
 #include "CategoryBadge.h"
 
 #include "common/ColourIds.h"
-#include "common/Contrast.h"
 #include "common/FontHeights.h"
+#include "widgets/Contrast.h"
 
 namespace tessarin
 {

@@ -1,4 +1,4 @@
-#include "settings/SettingsModal.h"
+#include "dialogs/SettingsModal.h"
 
 #include "settings/Settings.h"
 #include "support/ReadOnly.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "presets/CategoryBadge.h"
+#include "browser/CategoryBadge.h"
 
 namespace tessarin
 {

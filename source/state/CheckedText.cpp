@@ -1,6 +1,6 @@
 #include "CheckedText.h"
 
-#include "common/StrictUtf8.h"
+#include "state/StrictUtf8.h"
 
 #include <filesystem>
 

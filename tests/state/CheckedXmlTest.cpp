@@ -1,7 +1,7 @@
-#include "common/CheckedXml.h"
+#include "state/CheckedXml.h"
 
-#include "common/CheckedText.h"
 #include "scratch/TemporaryFolder.h"
+#include "state/CheckedText.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,9 +1,9 @@
 #include "TessarinLookAndFeel.h"
 
 #include "common/ColourIds.h"
+#include "look/ThemeColours.h"
+#include "look/ThemeResolver.h"
 #include "settings/Settings.h"
-#include "settings/ThemeColours.h"
-#include "settings/ThemeResolver.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "StateBlock.h"
 
-#include "common/CheckedXml.h"
+#include "state/CheckedXml.h"
 
 namespace tessarin
 {

@@ -1,7 +1,7 @@
 #include "CheckedXml.h"
 
-#include "common/CheckedText.h"
-#include "common/XmlMarkup.h"
+#include "state/CheckedText.h"
+#include "state/XmlMarkup.h"
 
 namespace tessarin
 {

@@ -1,4 +1,4 @@
-#include "presets/SavePresetModal.h"
+#include "dialogs/SavePresetModal.h"
 
 #include "editor/OpenEditor.h"
 #include "support/FakeProgram.h"
