@@ -24,10 +24,6 @@ RANKS = {
     "module": 8,
 }
 
-# The processor owns the preset manager by value, and the preset manager works on the processor: its source
-# file alone looks up.
-MAY_LOOK_UP = {"presets/PresetManager.cpp"}
-
 # The DSP, its tests and its benchmarks build without audio processors, trees or graphics.
 JUCE_MODULES = {
     "dsp": {"juce_core", "juce_audio_basics", "juce_dsp"},
@@ -66,7 +62,7 @@ def fault_of(source, path, bracket, name):
     if target is None:
         return f"includes {name}, which is not in source/"
     rank, target_rank = rank_of(path), rank_of(target)
-    if target_rank is not None and target_rank > rank and path not in MAY_LOOK_UP:
+    if target_rank is not None and target_rank > rank:
         return f"rank {rank} includes {target} of rank {target_rank}"
     return None
 

@@ -21,7 +21,8 @@ namespace tessarin
 */
 class TessarinProcessor : public juce::AudioProcessor,
                           public juce::Timer,
-                          public juce::AudioProcessorValueTreeState::Listener
+                          public juce::AudioProcessorValueTreeState::Listener,
+                          public PresetManager::Owner
 {
 public:
     explicit TessarinProcessor (const BusesProperties& buses);
@@ -61,17 +62,18 @@ public:
     /** Mono to mono or stereo to stereo. */
     bool isBusesLayoutSupported (const BusesLayout& layouts) const override;
 
-    /** Hooks around the capture and restore of state. `preset`: for a preset rather than the host; `initial`:
-        of the default state. */
-    virtual void stateCaptured (juce::ValueTree&, bool /*initial*/) {}
+    /** For the product; see `PresetManager::Owner`. */
+    void stateCaptured (juce::ValueTree&, bool /*initial*/) override {}
 
-    virtual void beforeStateCapture (bool /*preset*/, bool /*initial*/) {}
+    void beforeStateCapture (bool /*preset*/, bool /*initial*/) override {}
 
-    virtual void beforeStateRestore (bool /*preset*/, bool /*initial*/) {}
+    void beforeStateRestore (bool /*preset*/, bool /*initial*/) override {}
 
-    virtual void afterStateCapture (bool /*preset*/, bool /*initial*/) {}
+    void afterStateCapture (bool /*preset*/, bool /*initial*/) override {}
 
-    virtual void afterStateRestore (bool /*preset*/, bool /*initial*/) {}
+    void afterStateRestore (bool /*preset*/, bool /*initial*/) override {}
+
+    const juce::CriticalSection& getStateLock() const override { return stateLock; }
 
     /** The product's audio, in place. Audio thread. */
     virtual void processAudio (juce::AudioBuffer<float>& buffer) = 0;

@@ -2,7 +2,6 @@
 
 #include "common/AtomicFile.h"
 #include "common/ConfigFolder.h"
-#include "core/TessarinProcessor.h"
 #include "presets/PresetFiles.h"
 #include "state/CheckedXml.h"
 #include "state/StateTree.h"
@@ -17,10 +16,10 @@
 namespace tessarin
 {
 
-PresetManager::PresetManager (TessarinProcessor& owner, juce::AudioProcessorValueTreeState& parametersToUse,
+PresetManager::PresetManager (Owner& ownerToUse, juce::AudioProcessorValueTreeState& parametersToUse,
                               ToastManager* toasts,
                               const std::function<void (juce::ValueTree&)>* restoredCallback)
-    : processor (owner),
+    : owner (ownerToUse),
       parameters (parametersToUse),
       toastManager (toasts),
       onStateRestored (restoredCallback)
@@ -38,7 +37,7 @@ PresetManager::PresetManager (TessarinProcessor& owner, juce::AudioProcessorValu
 
 void PresetManager::loadPresets()
 {
-    const auto stateTag = StateTree::makeTag (processor.getName());
+    const auto stateTag = StateTree::makeTag (parameters.processor.getName());
     auto foundUserFile = false;
 
     presetTree = juce::ValueTree ("presets");
@@ -57,11 +56,11 @@ void PresetManager::loadPresets()
 bool PresetManager::loadPreset (int index)
 {
     const auto isInitial = index == 0;
-    processor.beforeStateRestore (true, isInitial);
+    owner.beforeStateRestore (true, isInitial);
 
     {
         // A host may capture or restore state on another thread: name and values change together.
-        const juce::ScopedLock scope (processor.stateLock);
+        const juce::ScopedLock scope (owner.getStateLock());
         const auto xml = select (index);
 
         if (xml == nullptr)
@@ -71,7 +70,7 @@ bool PresetManager::loadPreset (int index)
     }
 
     listeners.call ([preset = getCurrentPreset()] (Listener& listener) { listener.presetLoaded (preset); });
-    processor.afterStateRestore (true, isInitial);
+    owner.afterStateRestore (true, isInitial);
     return true;
 }
 
@@ -101,7 +100,7 @@ void PresetManager::applyState (juce::XmlElement& xml)
     StateTree::normaliseTag (xml);
     auto tree = juce::ValueTree::fromXml (xml);
 
-    if (! tree.hasType (StateTree::makeTag (processor.getName())))
+    if (! tree.hasType (StateTree::makeTag (parameters.processor.getName())))
     {
         if (toastManager != nullptr)
             toastManager->showError ("Invalid preset");
@@ -121,16 +120,16 @@ void PresetManager::applyState (juce::XmlElement& xml)
 juce::String PresetManager::makePresetText (const juce::String& description, const juce::String& categories,
                                             const juce::String& author)
 {
-    processor.beforeStateCapture (true, false);
+    owner.beforeStateCapture (true, false);
 
     juce::ValueTree state;
 
     {
-        const juce::ScopedLock scope (processor.stateLock);
+        const juce::ScopedLock scope (owner.getStateLock());
         state = parameters.copyState();
     }
 
-    processor.stateCaptured (state, false);
+    owner.stateCaptured (state, false);
 
     state.removeProperty (StateTree::presetPath, nullptr);
 
@@ -205,7 +204,7 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
         return;
     }
 
-    processor.afterStateCapture (true, false);
+    owner.afterStateCapture (true, false);
     updateHostDisplay();
 
     loadPresets();
@@ -239,7 +238,7 @@ void PresetManager::updateHostDisplay()
 {
     using Details = juce::AudioProcessorListener::ChangeDetails;
 
-    processor.updateHostDisplay (Details::getDefaultFlags().withProgramChanged (! isNewToHost()));
+    parameters.processor.updateHostDisplay (Details::getDefaultFlags().withProgramChanged (! isNewToHost()));
 }
 
 bool PresetManager::isNewToHost() const

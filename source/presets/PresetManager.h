@@ -10,7 +10,6 @@
 namespace tessarin
 {
 
-class TessarinProcessor;
 class ToastManager;
 
 /** Finds, lists, loads and saves the presets, and tells its listeners when the current one changed.
@@ -22,6 +21,22 @@ class ToastManager;
 class PresetManager
 {
 public:
+    /** What the manager needs of the plug-in: the hooks around the capture and restore of state, and the lock that
+        serialises them. `preset`: for a preset rather than the host; `initial`: of the default state. */
+    class Owner
+    {
+    public:
+        virtual ~Owner() = default;
+
+        virtual void stateCaptured (juce::ValueTree& state, bool initial) = 0;
+        virtual void beforeStateCapture (bool preset, bool initial) = 0;
+        virtual void beforeStateRestore (bool preset, bool initial) = 0;
+        virtual void afterStateCapture (bool preset, bool initial) = 0;
+        virtual void afterStateRestore (bool preset, bool initial) = 0;
+
+        [[nodiscard]] virtual const juce::CriticalSection& getStateLock() const = 0;
+    };
+
     class Listener
     {
     public:
@@ -40,8 +55,8 @@ public:
 
     /** Scans the folders and makes the first preset current. All arguments must outlive the manager; the
         toast manager may be null. */
-    PresetManager (TessarinProcessor& processor, juce::AudioProcessorValueTreeState& parameters,
-                   ToastManager* toastManager, const std::function<void (juce::ValueTree&)>* onStateRestored);
+    PresetManager (Owner& owner, juce::AudioProcessorValueTreeState& parameters, ToastManager* toastManager,
+                   const std::function<void (juce::ValueTree&)>* onStateRestored);
 
     /** Rebuilds tree and list from disk; reads every preset file. The current preset stays. */
     void loadPresets();
@@ -117,7 +132,7 @@ private:
     void updateHostDisplay();
     [[nodiscard]] bool isNewToHost() const;
 
-    TessarinProcessor& processor;
+    Owner& owner;
     juce::AudioProcessorValueTreeState& parameters;
     Preset currentPreset;
     ToastManager* toastManager;
