@@ -1,81 +1,118 @@
 #!/usr/bin/env python3
-"""Checks the direction of includes in source/: a file includes files of its own rank or of a lower one.
+"""Checks what the files in source/ include, to the end of every chain.
 
-The longest entry of RANKS that fits a file's path gives its rank. An entry without an extension stands for a
-folder and all below it, or for header and source of that name. docs/architecture.md explains the ranks.
+A file may reach its own folder and folders of a lower rank, and of JUCE what its folder is given here. Its folder is
+the first part of its path; no file has a rank of its own. docs/architecture.md explains the ranks.
 """
 
 import pathlib
 import re
 import sys
 
-RANKS = {
-    "common": 0,
-    "dsp": 1,
-    "state": 2,
-    "settings": 3,
-    "widgets": 4,
-    "look": 5,
-    "presets": 5,
-    "core": 6,
-    "browser": 7,
-    "dialogs": 7,
-    "editor": 8,
-    "module": 8,
-}
+# From the lowest rank to the highest. Folders of one rank know nothing of each other.
+RANKS = (
+    ("common",),
+    ("dsp",),
+    ("state",),
+    ("settings",),
+    ("widgets",),
+    ("look", "presets"),
+    ("core",),
+    ("browser", "dialogs"),
+    ("editor", "module"),
+)
+RANK_OF_FOLDER = {folder: rank for rank, folders in enumerate(RANKS) for folder in folders}
 
-# The DSP, its tests and its benchmarks build without audio processors, trees or graphics.
-JUCE_MODULES = {
-    "dsp": {"juce_core", "juce_audio_basics", "juce_dsp"},
+# What a folder's files may name of JUCE and of the resources, themselves or through what they include. What JUCE's
+# modules include of each other is not followed.
+NUMBERS = {"juce_core", "juce_audio_basics"}
+ENGINE = NUMBERS | {"juce_dsp"}
+LISTS = NUMBERS | {"juce_data_structures", "juce_events"}
+CONTROLS = NUMBERS | {"juce_graphics", "juce_gui_basics"}
+DIALOGS = LISTS | CONTROLS | {"juce_audio_processors"}
+MODULES = {
+    "common": NUMBERS,
+    "dsp": ENGINE,
+    "state": NUMBERS | {"juce_audio_processors"},
+    "settings": LISTS,
+    "widgets": CONTROLS | ENGINE | {"juce_audio_processors", "LunaBinary.h"},
+    "look": CONTROLS | LISTS | {"juce_audio_utils", "LunaBinary.h"},
+    "presets": DIALOGS,
+    "core": DIALOGS | ENGINE,
+    "browser": DIALOGS,
+    "dialogs": DIALOGS,
+    "editor": DIALOGS | ENGINE | {"LunaBinary.h"},
+    "module": {"juce_core", "juce_gui_basics"},
 }
-
-# Made by the build.
-GENERATED = {"LunaBinary.h", "BinaryData.h"}
 
 INCLUDE = re.compile(r'\s*#\s*include\s+(["<])([^">]+)[">]')
 
 
-def rank_of(path):
-    """None if no entry fits."""
-    keys = [key for key in RANKS if path.startswith(key + "/") or path.rsplit(".", 1)[0] == key]
-    return RANKS[max(keys, key=len)] if keys else None
+def folder_of(path):
+    return path.split("/")[0]
 
 
-def resolve(source, path, name):
-    """The path below source/ of a quoted include: beside the file, else from the top. None if in neither."""
-    beside = (source / path).parent / name
-    found = next((p for p in (beside, source / name) if p.is_file()), None)
-    return found.resolve().relative_to(source).as_posix() if found else None
+class Tree:
+    def __init__(self, source):
+        self.source = source
+        self.known = {}
 
+    def resolve(self, path, name):
+        """The path below source/ of a quoted include: beside the file, else from the top. None if in neither."""
+        beside = (self.source / path).parent / name
+        found = next((p for p in (beside, self.source / name) if p.is_file()), None)
+        return found.resolve().relative_to(self.source).as_posix() if found else None
 
-def fault_of(source, path, bracket, name):
-    """What is wrong with one include, or None."""
-    allowed = JUCE_MODULES.get(path.split("/")[0])
-    if bracket == "<":
-        module = name.split("/")[0]
-        if allowed and module.startswith("juce_") and module not in allowed:
-            return f"includes {module}; this folder may use {', '.join(sorted(allowed))} only"
-        return None
-    if name in GENERATED:
-        return None
-    target = resolve(source, path, name)
-    if target is None:
-        return f"includes {name}, which is not in source/"
-    rank, target_rank = rank_of(path), rank_of(target)
-    if target_rank is not None and target_rank > rank:
-        return f"rank {rank} includes {target} of rank {target_rank}"
-    return None
+    def includes_of(self, path):
+        """Line, target and whether the target is a file, for what the checks are about."""
+        if path not in self.known:
+            self.known[path] = list(self.read(path))
+        return self.known[path]
 
+    def read(self, path):
+        for number, line in enumerate((self.source / path).read_text(encoding="utf-8").splitlines(), 1):
+            match = INCLUDE.match(line)
+            if not match:
+                continue
+            bracket, name = match.groups()
+            target = self.resolve(path, name)
+            if target or bracket == '"':
+                yield number, target or name, target is not None
+            elif name.startswith("juce_") or name == "LunaBinary.h":
+                yield number, name.split("/")[0], False
 
-def faults_of(source, path):
-    if rank_of(path) is None:
-        yield f"{path}: no rank; add its folder to the table in scripts/check_includes.py"
-        return
-    for number, line in enumerate((source / path).read_text(encoding="utf-8").splitlines(), 1):
-        match = INCLUDE.match(line)
-        fault = match and fault_of(source, path, *match.groups())
+    def faults_of(self, path):
+        folder = folder_of(path)
+        if folder not in RANK_OF_FOLDER:
+            yield f"{path}: no rank; add its folder to the tables in scripts/check_includes.py"
+            return
+        for number, target, is_file in self.includes_of(path):
+            for chain, fault in self.walk(folder, target, is_file, ()):
+                yield f"{path}:{number}: {fault}" + (f", through {' > '.join(chain)}" if chain else "")
+
+    def walk(self, folder, target, is_file, chain, seen=None):
+        """Follows an include out of the folder. Files of the folder itself have their own turn."""
+        seen = set() if seen is None else seen
+        if target in seen:
+            return
+        seen.add(target)
+        fault = fault_of(folder, target, is_file)
         if fault:
-            yield f"{path}:{number}: {fault}"
+            yield chain, fault
+        elif is_file and folder_of(target) != folder:
+            for _, further, further_is_file in self.includes_of(target):
+                yield from self.walk(folder, further, further_is_file, (*chain, target), seen)
+
+
+def fault_of(folder, target, is_file):
+    """What is wrong if a file of this folder reaches the target, or None."""
+    if is_file:
+        rank, target_rank = RANK_OF_FOLDER[folder], RANK_OF_FOLDER.get(folder_of(target), len(RANKS))
+        is_allowed = folder_of(target) == folder or target_rank < rank
+        return None if is_allowed else f"{folder}, of rank {rank}, reaches {target} of rank {target_rank}"
+    if target.startswith("juce_") or target == "LunaBinary.h":
+        return None if target in MODULES[folder] else f"{folder} reaches {target}"
+    return f"includes {target}, which is not in source/"
 
 
 def main():
@@ -85,7 +122,8 @@ def main():
     if not files:
         print(f"no sources in {source}")
         return 1
-    faults = [fault for path in files for fault in faults_of(source, path)]
+    tree = Tree(source)
+    faults = [fault for path in files for fault in tree.faults_of(path)]
     print("\n".join(faults) if faults else f"{len(files)} files, no upward include")
     return 1 if faults else 0
 
