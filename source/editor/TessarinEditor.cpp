@@ -22,6 +22,15 @@ juce::SharedResourcePointer<DLAF> withTheme (SettingsFile& settings)
     shared->lookAndFeel.setTheme (settings.getValue (Settings::themeKey, Settings::defaultTheme));
     return shared;
 }
+
+/** With focus, so that its keys work; a dialog may have hidden itself again. */
+void open (juce::Component& dialog)
+{
+    dialog.setVisible (true);
+
+    if (dialog.isVisible())
+        dialog.toFront (true);
+}
 } // namespace
 
 TessarinEditor::TessarinEditor (TessarinProcessor& owner)
@@ -33,7 +42,12 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
       savePresetModal (owner.presetManager, owner.licenceManager, owner.toastManager),
       settingsModal (owner.settings, owner.toastManager),
       toastManager (&owner.toastManager),
-      topBar (*this),
+      topBar (owner, { .openSaveDialog = [this] { open (savePresetModal); },
+                       .openLicenceDialog = [this] { open (licenceDialog); },
+                       .openSettings = [this] { open (settingsModal); },
+                       .isBrowserVisible = [this] { return presetBrowser.isVisible(); },
+                       .setBrowserVisible = [this] (bool isVisible) { setPresetBrowserVisible (isVisible); },
+                       .loadTheme = [this] { loadTheme(); } }),
       presetBrowser (owner.presetManager)
 {
     setLookAndFeel (&lookAndFeel->lookAndFeel);
@@ -46,6 +60,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
     processor.settings.addChangeListener (this);
     processor.licenceManager.addChangeListener (this);
     processor.presetManager.addListener (this);
+    savePresetModal.addChangeListener (&topBar);
 
     {
         // Hosts restore state on any thread, which calls the tree's listeners.
@@ -70,6 +85,7 @@ TessarinEditor::~TessarinEditor()
         parameters.state.removeListener (&restoreListener);
     }
 
+    savePresetModal.removeChangeListener (&topBar);
     processor.presetManager.removeListener (this);
     processor.licenceManager.removeChangeListener (this);
     processor.settings.removeChangeListener (this);

@@ -4,7 +4,7 @@
 #include "common/ConfigFolder.h"
 #include "common/FontHeights.h"
 #include "common/ParameterIds.h"
-#include "editor/TessarinEditor.h"
+#include "core/TessarinProcessor.h"
 #include "look/ThemeResolver.h"
 #include "presets/PresetFiles.h"
 #include "settings/Settings.h"
@@ -34,18 +34,9 @@ juce::PopupMenu makeMenu (const juce::ValueTree& folder)
 
     return menu;
 }
-
-/** With focus, so that its keys work; a dialog may have hidden itself again. */
-void open (juce::Component& dialog)
-{
-    dialog.setVisible (true);
-
-    if (dialog.isVisible())
-        dialog.toFront (true);
-}
 } // namespace
 
-TopBar::TopBar (TessarinEditor& owner)
+TopBar::TopBar (TessarinProcessor& owner, Slots slotsToUse)
     : juce::Thread ("updatechecker"),
       presetBrowserButton (LunaBinary::tablelist_svg, LunaBinary::tablelist_svgSize),
       previousButton (LunaBinary::angleleft_svg, LunaBinary::angleleft_svgSize),
@@ -56,18 +47,17 @@ TopBar::TopBar (TessarinEditor& owner)
       updateButton (LunaBinary::syncalt_svg, LunaBinary::syncalt_svgSize),
       settingsButton (LunaBinary::cog_svg, LunaBinary::cog_svgSize),
       bypassButton (LunaBinary::poweroff_svg, LunaBinary::poweroff_svgSize),
-      editor (owner),
-      processor (owner.processor)
+      processor (owner),
+      slots (std::move (slotsToUse))
 {
     addChildren();
     lookAndFeelChanged();
     showLicenceButton();
 
     bypassAttachment = std::make_unique<juce::AudioProcessorValueTreeState::ButtonAttachment> (
-        editor.parameters, ParameterIds::enable, bypassButton);
+        processor.parameters, ParameterIds::enable, bypassButton);
 
     processor.licenceManager.addChangeListener (this);
-    editor.savePresetModal.addChangeListener (this);
     addChangeListener (this);
     processor.presetManager.addListener (this);
     refreshPresetDisplay();
@@ -82,7 +72,6 @@ TopBar::~TopBar()
 
     processor.presetManager.removeListener (this);
     removeChangeListener (this);
-    editor.savePresetModal.removeChangeListener (this);
     processor.licenceManager.removeChangeListener (this);
 }
 
@@ -175,7 +164,7 @@ void TopBar::buttonClicked (juce::Button* button)
     const auto leavesBrowserOpen =
         button == &presetBrowserButton || button == &nextButton || button == &previousButton;
 
-    if (! leavesBrowserOpen && editor.presetBrowser.isVisible())
+    if (! leavesBrowserOpen && slots.isBrowserVisible())
         closePresetBrowser();
 
     if (button == &saveButton)
@@ -187,9 +176,9 @@ void TopBar::buttonClicked (juce::Button* button)
     else if (button == &previousButton)
         step (-1);
     else if (button == &licenceButton)
-        open (editor.licenceDialog);
+        slots.openLicenceDialog();
     else if (button == &settingsButton)
-        open (editor.settingsModal);
+        slots.openSettings();
     else if (button == &manualButton)
         openManual();
     else if (button == &updateButton)
@@ -198,14 +187,14 @@ void TopBar::buttonClicked (juce::Button* button)
 
 void TopBar::closePresetBrowser()
 {
-    editor.setPresetBrowserVisible (false);
-    presetBrowserButton.setToggleState (editor.presetBrowser.isVisible(), juce::dontSendNotification);
+    slots.setBrowserVisible (false);
+    presetBrowserButton.setToggleState (slots.isBrowserVisible(), juce::dontSendNotification);
 }
 
 void TopBar::togglePresetBrowser()
 {
-    editor.setPresetBrowserVisible (! editor.presetBrowser.isVisible());
-    presetBrowserButton.setToggleState (editor.presetBrowser.isVisible(), juce::dontSendNotification);
+    slots.setBrowserVisible (! slots.isBrowserVisible());
+    presetBrowserButton.setToggleState (slots.isBrowserVisible(), juce::dontSendNotification);
 }
 
 void TopBar::openSaveDialog()
@@ -213,7 +202,7 @@ void TopBar::openSaveDialog()
     if (processor.licenceManager.isSavingRefused())
         processor.toastManager.showToast (processor.licenceManager.getSaveRefusal(), toastNotice, true);
     else
-        open (editor.savePresetModal);
+        slots.openSaveDialog();
 
     refreshPresetDisplay();
 }
@@ -285,7 +274,7 @@ void TopBar::showNextTheme()
     const auto current = cycle.indexOf (settings.getValue (Settings::themeKey, Settings::defaultTheme));
     settings.setValue (Settings::themeKey, cycle[(current + 1) % cycle.size()]);
     settings.saveOrLog();
-    editor.loadTheme();
+    slots.loadTheme();
 }
 
 void TopBar::lookAndFeelChanged()

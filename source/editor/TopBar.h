@@ -4,17 +4,16 @@
 #include "widgets/IconButton.h"
 #include "widgets/Panel.h"
 
+#include <functional>
+
 namespace tessarin
 {
 
-class LicenceDialog;
-class SavePresetModal;
-class SettingsModal;
-class TessarinEditor;
 class TessarinProcessor;
 
 /** The strip along the top of the editor: product's name, preset box with its stepping buttons, and what opens
-    browser, dialogs and manual. It shows the preset manager's state and has none of its own.
+    browser, dialogs and manual. It shows the preset manager's state and has none of its own. As a change listener it
+    takes news of the licence, of itself, and from whoever else has changed a preset.
 
     Ten clicks on the bar beside its buttons, or one with shift held, change to the next theme. The check for
     updates is prepared and not in use: nothing starts the timer or sets `updateAvailable`. Message thread, but
@@ -30,8 +29,19 @@ class TopBar final : public juce::Component,
                      public juce::Timer
 {
 public:
-    /** The editor outlives the bar. Its preset browser may be made after it. */
-    explicit TopBar (TessarinEditor&);
+    /** What the bar makes the window do, when it is clicked. */
+    struct Slots
+    {
+        std::function<void()> openSaveDialog, openLicenceDialog, openSettings;
+        std::function<bool()> isBrowserVisible;
+        std::function<void (bool)> setBrowserVisible;
+
+        /** From the settings, where another one now stands. */
+        std::function<void()> loadTheme;
+    };
+
+    /** The processor outlives the bar; what the slots reach need not be made yet. */
+    TopBar (TessarinProcessor&, Slots);
     ~TopBar() override;
 
     /** Takes the list and the current preset from the preset manager. */
@@ -80,8 +90,8 @@ private:
     void showNextTheme();
     void showLicenceButton();
 
-    TessarinEditor& editor;
     TessarinProcessor& processor;
+    const Slots slots;
     std::unique_ptr<juce::AudioProcessorValueTreeState::ButtonAttachment> bypassAttachment;
     bool updateAvailable = false;
 

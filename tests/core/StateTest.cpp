@@ -100,7 +100,7 @@ TEST_F (State, OfDamagedOrForeignOriginChangesNothing)
         { "cut by its length", makeBlock (good, magicNumber, goodSize - 1) },
     };
 
-    // One of each kind; tests/common has the rest.
+    // One of each kind; tests/state has the rest.
     for (const auto& text : { std::string(), "<other>" + gain7 + "</other>", "<pivot>" + gain7 + "</pivot>",
                               "<pivotstate>" + gain7 + "</pivotstate>", good + "<orvo/>", "<orvo>" + gain7,
                               "<orvo a=\"1\" a=\"2\">" + gain7 + "</orvo>",
