@@ -564,7 +564,7 @@ class PresetsTest(WindowTest):
     def test_a_preset_is_saved_and_a_failure_keeps_the_dialog(self):
         chosen, words = self.folder / "chosen", self.folder / "words"
         self.restart_with(
-            "zenity", f'[ "$1" = --version ] && echo 3.44.0 || {{ echo "$@" > "{words}"; cat "{chosen}"; }}\n',
+            "zenity", f'[ "$1" = --version ] && echo 3.44.0 || {{ cat "{chosen}"; echo "$@" > "{words}"; }}\n',
             "--set", "in_gain=3")
 
         user = self.config("Presets/User")
