@@ -1,8 +1,8 @@
 // The kernels beside their plain forms, each with the same settings.
 
 #include "dsp/HalfBandOversampler.h"
+#include "dsp/JuceOversamplers.h"
 #include "dsp/LevelProcessors.h"
-#include "dsp/OversamplerBank.h"
 #include "dsp/ThreeBandSplitter.h"
 #include "Ratios.h"
 #include "reference/CurveTable.h"
@@ -41,7 +41,7 @@ Form makeSplitter()
 /** Up and down again without anything in between. */
 Process makeJuceOversampler (int exponent)
 {
-    const auto bank = std::make_shared<OversamplerBank> (makeOversamplerBank (2));
+    const auto bank = std::make_shared<JuceOversamplers> (makeJuceOversamplers (2));
     bank->getUnchecked (exponent)->initProcessing (static_cast<size_t> (defaultBlockSize));
 
     return [bank, exponent] (juce::AudioBuffer<float>& buffer)

@@ -1,6 +1,6 @@
 #include "Ratios.h"
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 #include <algorithm>
 #include <chrono>

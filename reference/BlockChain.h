@@ -1,7 +1,7 @@
 #pragma once
 
+#include "dsp/JuceOversamplers.h"
 #include "dsp/LevelProcessors.h"
-#include "dsp/OversamplerBank.h"
 #include "dsp/SpectrumData.h"
 #include "reference/CurveTable.h"
 #include "reference/Loudness.h"
@@ -74,7 +74,7 @@ private:
         : settings (s),
           loudnessIn (*meter),
           loudnessOut (*meter),
-          oversamplers (makeOversamplerBank (2)),
+          oversamplers (makeJuceOversamplers (2)),
           post { curveOfMode (1).plain (0.0f, 0.0f), Envelope (sampleRate * (1 << s.exponent)) },
           ceiling { curveOfMode (0).plain (0.0f, 0.0f), Envelope (sampleRate) }
     {
@@ -127,7 +127,7 @@ private:
     Loudness loudnessIn, loudnessOut;
     luna::temp::StereoLevelProcessor levelsIn, levelsOut;
     std::unique_ptr<SpectrumData> spectrum = std::make_unique<SpectrumData>();
-    OversamplerBank oversamplers;
+    JuceOversamplers oversamplers;
     Splitter splitter;
     std::vector<Section> sections;
     Section post, ceiling;

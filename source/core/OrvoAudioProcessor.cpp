@@ -26,7 +26,7 @@ OrvoAudioProcessor::OrvoAudioProcessor()
     : TessarinProcessor (BusesProperties()
                              .withInput ("Input", juce::AudioChannelSet::stereo(), true)
                              .withOutput ("Output", juce::AudioChannelSet::stereo(), true)),
-      oversamplers (makeOversamplerBank (2)),
+      oversamplers (makeJuceOversamplers (2)),
       values (*this, getModeNames (singleClipper))
 {
     waveformTaps.addTap (0.0f, luna::ColourIds::primaryColourId, WaveformTap::filledBars);
@@ -99,7 +99,7 @@ void OrvoAudioProcessor::prepareToPlay (double newSampleRate, int maximumExpecte
 
     {
         const juce::ScopedLock oversamplerScope (oversamplerLock);
-        oversamplers = makeOversamplerBank (numChannels);
+        oversamplers = makeJuceOversamplers (numChannels);
         oversamplingSampleRate = sampleRate;
 
         for (auto* oversampler : oversamplers)

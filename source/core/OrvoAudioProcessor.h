@@ -3,7 +3,7 @@
 #include "core/OrvoParameters.h"
 #include "core/TessarinProcessor.h"
 #include "dsp/ChainMeasurements.h"
-#include "dsp/OversamplerBank.h"
+#include "dsp/JuceOversamplers.h"
 #include "dsp/SignalChain.h"
 
 /** One row of the section table: the name shown to the host, the end of the section's parameter IDs, and the clipper,
@@ -79,7 +79,7 @@ public:
     juce::CriticalSection processLock;
 
     /** They define taps and latency; the audio runs through kernels that yield the same, bit for bit. */
-    OversamplerBank oversamplers;
+    JuceOversamplers oversamplers;
     int oversamplingIndex = 2;
 
     /** Rate last given to the oversamplers; 0 until the first `prepareToPlay`, before which no block is

@@ -1,6 +1,6 @@
 #include "FiniteCheck.h"
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 bool isSafelyFinite (const juce::dsp::AudioBlock<const float>& block) noexcept
 {

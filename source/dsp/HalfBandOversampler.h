@@ -1,14 +1,15 @@
 #pragma once
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 #include <juce_dsp/juce_dsp.h>
 
 #include <vector>
 
-/** What an entry of the oversampler bank does to the audio, bit for bit, by way of kernels.
+/** The oversampler that sounds: what an entry of JuceOversamplers would do to the audio, bit for bit, by way of
+    kernels.
 
-    Taps come from JUCE's filter design with the settings of the bank's stages; the last step is the same
+    Taps come from JUCE's filter design with the settings of that entry's stages; the last step is the same
     all-pass delay that makes the latency whole. Works on parts of a block that stay in the processor's first
     cache. Construction allocates, nothing else does.
 */

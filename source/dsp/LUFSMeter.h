@@ -2,7 +2,7 @@
 
 #include "dsp/LoudnessHistogram.h"
 #include "dsp/SecondOrderIIRFilter.h"
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 #include <vector>
 

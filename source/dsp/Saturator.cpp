@@ -1,6 +1,6 @@
 #include "Saturator.h"
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 #include <cmath>
 

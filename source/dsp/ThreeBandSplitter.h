@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 #include <juce_dsp/juce_dsp.h>
 

@@ -1,5 +1,5 @@
 #include "dsp/ChainUnderTest.h"
-#include "dsp/OversamplerBank.h"
+#include "dsp/JuceOversamplers.h"
 #include "dsp/simd/KernelSignals.h"
 #include "reference/Splitter.h"
 
@@ -22,7 +22,7 @@ void expectJuces (Buffer signal, const std::vector<int>& lengths, int layout, in
     chain.set ({ { "layout", layout }, { "oversampling", exponent } });
     for (const auto& [id, name] : expected::sections) // oversampler, crossover and ceiling remain
         chain.set ({ { "enable_" + id, 0.0 } });
-    const auto bank = makeOversamplerBank (numChannels);
+    const auto bank = makeJuceOversamplers (numChannels);
     auto& oversampler = *bank[exponent];
     oversampler.initProcessing (blockSize);
     reference::Splitter splitter;

@@ -1,5 +1,5 @@
 #include "dsp/MultiModeClipper.h"
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 #include "HostTestSupport.h"
 #include "PluginHost.h"
 

@@ -2,7 +2,7 @@
 
 #include "common/Decibels.h"
 #include "dsp/Saturator.h"
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 namespace luna
 {

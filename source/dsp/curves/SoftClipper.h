@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dsp/curves/KneeSaturator.h"
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 
 #include <cmath>
 #include <numbers>

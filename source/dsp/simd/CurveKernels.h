@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 #include "dsp/simd/Register.h"
 
 // The curves. Logarithm and power come from polynomials of our own in Estrin's order, with relative errors near

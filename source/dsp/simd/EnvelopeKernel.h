@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 #include "dsp/simd/Register.h"
 
 // The peak envelope as a scan. One sample maps the level e to max (a, (1 - c) a + c e), and such maps compose:

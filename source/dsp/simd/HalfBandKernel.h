@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 #include "dsp/simd/Register.h"
 
 // The filters of JUCE's equiripple half-band oversampling with successive samples in the lanes of a register.

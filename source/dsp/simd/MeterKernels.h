@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 #include "dsp/simd/Register.h"
 
 // The meters with both channels in the lanes of a register. Each lane does the sums of the plain forms in their

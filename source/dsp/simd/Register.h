@@ -1,7 +1,7 @@
 #pragma once
 
 // Registers of floats as the compiler's vector types, with the few operations that these lack, each once for all
-// widths. Everything has internal linkage and is always inlined; see Kernels.h.
+// widths. Everything has internal linkage and is always inlined; see KernelTable.h.
 
 #if defined(__SSE2__)
     #include <immintrin.h>

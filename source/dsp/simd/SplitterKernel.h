@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dsp/simd/Kernels.h"
+#include "dsp/simd/KernelTable.h"
 #include "dsp/simd/Register.h"
 
 // The crossover of ThreeBandSplitter with both channels and two branches side by side in the lanes of a

@@ -9,8 +9,8 @@ using simd::InstructionSet;
 /** Where the functions of the table lie that the engine calls now. */
 auto addressesInUse()
 {
-    std::array<const void*, sizeof (simd::Kernels) / sizeof (void*)> addresses;
-    static_assert (sizeof (addresses) == sizeof (simd::Kernels));
+    std::array<const void*, sizeof (simd::KernelTable) / sizeof (void*)> addresses;
+    static_assert (sizeof (addresses) == sizeof (simd::KernelTable));
     std::memcpy (addresses.data(), &simd::kernels(), sizeof (addresses));
     return addresses;
 }

@@ -6,8 +6,8 @@
 #include "dsp/simd/MeterKernels.h"
 #include "dsp/simd/SplitterKernel.h"
 
-/** The table of what this file's instruction set made of the kernels. */
-#define ORVO_KERNEL_SET                                                                                      \
+/** Initialises a KernelTable with what the including file's instruction set made of the kernels. */
+#define ORVO_KERNEL_TABLE                                                                                    \
     {                                                                                                        \
         .split = &split, .halfBandUp = &halfBandUp, .halfBandDown = &halfBandDown, .isWithin = &isWithin,    \
         .weighAndSquare = &weighAndSquare, .trackLevels = &trackLevels, .hardClip = &hardClip,               \

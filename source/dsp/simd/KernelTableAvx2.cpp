@@ -1,12 +1,12 @@
 // The kernels for processors with AVX2 and FMA. Compiled with those instructions: includes nothing but the
 // kernels, which have internal linkage.
 
-#include "dsp/simd/KernelTables.h"
+#include "dsp/simd/KernelTable.h"
 
 #ifdef ORVO_HAS_AVX2_KERNELS
 
-    #include "dsp/simd/KernelSet.h"
+    #include "dsp/simd/FillKernelTable.h"
 
-extern const simd::Kernels simd::avx2Kernels = ORVO_KERNEL_SET;
+extern const simd::KernelTable simd::avx2Kernels = ORVO_KERNEL_TABLE;
 
 #endif

@@ -1,12 +1,12 @@
-#include "OversamplerBank.h"
+#include "JuceOversamplers.h"
 
 #include "common/Sections.h"
 
-OversamplerBank makeOversamplerBank (int numChannels)
+JuceOversamplers makeJuceOversamplers (int numChannels)
 {
     using Oversampler = juce::dsp::Oversampling<float>;
 
-    OversamplerBank bank;
+    JuceOversamplers bank;
 
     // With maximum quality the stages have these settings (transition width and stopband, up and down):
     // 0.05, -90 dB, 0.06, -75 dB; then 0.10 and 0.12 throughout with -80/-65, -70/-55 and -60/-45 dB.

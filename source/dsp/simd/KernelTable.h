@@ -136,8 +136,8 @@ struct LiftCurve
     float coefficients[4];
 };
 
-/** One function for each inner loop. */
-struct Kernels
+/** One function for each inner loop. FillKernelTable.h fills a table, once for each instruction set. */
+struct KernelTable
 {
     /** Splits one channel, or two. Returns whether input and outputs stayed within plus and minus `limit`;
         false for what is no number. */
@@ -176,8 +176,14 @@ struct Kernels
     float (*envelope) (float level, float release, const float* left, const float* right, size_t numSamples);
 };
 
+extern const KernelTable baselineKernels;
+
+#ifdef ORVO_HAS_AVX2_KERNELS
+extern const KernelTable avx2Kernels;
+#endif
+
 /** Of the selected set. Any thread. */
-[[nodiscard]] const Kernels& kernels() noexcept;
+[[nodiscard]] const KernelTable& kernels() noexcept;
 
 /** Whether this processor runs the set. */
 [[nodiscard]] bool isSupported (InstructionSet) noexcept;

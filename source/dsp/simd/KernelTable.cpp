@@ -1,6 +1,4 @@
-#include "Kernels.h"
-
-#include "dsp/simd/KernelTables.h"
+#include "KernelTable.h"
 
 namespace simd
 {
@@ -8,13 +6,13 @@ namespace simd
 namespace
 {
 // Constant-initialised, so that it is good even before the line below has run.
-const Kernels* current = &baselineKernels;
+const KernelTable* current = &baselineKernels;
 auto currentSet = InstructionSet::baseline;
 
 [[maybe_unused]] const bool bestIsSelected = select (InstructionSet::avx2);
 } // namespace
 
-const Kernels& kernels() noexcept
+const KernelTable& kernels() noexcept
 {
     return *current;
 }

@@ -1,0 +1,5 @@
+// The kernels for every processor.
+
+#include "dsp/simd/FillKernelTable.h"
+
+extern const simd::KernelTable simd::baselineKernels = ORVO_KERNEL_TABLE;
