@@ -22,30 +22,13 @@ constexpr SecondOrderIIRFilter::Coefficients lowCurveAt48k { 1.0, -2.0, 1.0, -1.
 constexpr SecondOrderIIRFilter::Prototype lowCurvePrototype { 0.5003270373250421, 1.0049948987146884, 0.0,
                                                               0.0, 0.0024959607321996717 };
 
-constexpr auto loudnessOffset = 0.691;
 constexpr auto absoluteGate = -70.0;
 constexpr auto quietestCounted = -100.0;
-
-/** No number in a block of silence: 10 log10 of 0 is minus infinity and fails every gate. */
-double toLoudness (double meanSquare)
-{
-    return 10.0 * std::log10 (meanSquare) - loudnessOffset;
-}
 
 float toPublishedLoudness (double meanSquare)
 {
     return meanSquare > 0.0 ? juce::jmax (noLoudness, static_cast<float> (toLoudness (meanSquare)))
                             : noLoudness;
-}
-
-int toKey (double loudness)
-{
-    return static_cast<int> (std::round (10.0 * loudness));
-}
-
-int toStartKey (double gate)
-{
-    return static_cast<int> (gate * 10.0);
 }
 
 /** 120 dB above full scale. */
@@ -82,11 +65,6 @@ bool isSilent (const juce::AudioBuffer<float>& buffer)
             return false;
 
     return true;
-}
-
-bool isAboveGate (const LoudnessHistogram& histogram, double gate)
-{
-    return ! histogram.isEmpty() && gate < histogram.largestKey() * 0.1;
 }
 } // namespace
 
@@ -369,23 +347,8 @@ void LUFSMeter::measureIntegratedLoudness() noexcept
     if (loudness > quietestCounted)
         blockHistogram.add (toKey (loudness));
 
-    if (! isAboveGate (blockHistogram, relativeGate))
-        return;
-
-    auto count = 0;
-    auto sum = 0.0;
-
-    for (auto key = blockHistogram.firstKeyFrom (toStartKey (relativeGate));
-         key <= blockHistogram.largestKey(); ++key)
-    {
-        if (const auto countAtKey = blockHistogram.countAt (key))
-        {
-            count += countAtKey;
-            sum += countAtKey * std::pow (10.0, (key * 0.1 + loudnessOffset) * 0.1);
-        }
-    }
-
-    integratedLoudness = count < 1 ? noLoudness : static_cast<float> (toLoudness (sum / count));
+    if (isAboveGate (blockHistogram, relativeGate))
+        integratedLoudness = gatedLoudness (blockHistogram, relativeGate);
 }
 
 void LUFSMeter::measureLoudnessRange() noexcept
@@ -412,23 +375,9 @@ void LUFSMeter::measureLoudnessRange() noexcept
         || (freezeLoudnessRangeOnSilence && currentBlockIsSilent))
         return;
 
-    const auto first = rangeHistogram.firstKeyFrom (toStartKey (rangeRelativeGate));
-    const auto last = rangeHistogram.largestKey();
-
-    auto total = 0;
-    for (auto key = first; key <= last; ++key)
-        total += rangeHistogram.countAt (key);
-
-    auto start = first;
-    for (auto below = rangeHistogram.countAt (start); below < 0.1 * total && start < last;)
-        below += rangeHistogram.countAt (++start);
-
-    auto end = last;
-    for (auto above = rangeHistogram.countAt (end); above < 0.05 * total && end > first;)
-        above += rangeHistogram.countAt (--end);
-
-    loudnessRangeStart = static_cast<float> (start * 0.1);
-    loudnessRangeEnd = static_cast<float> (end * 0.1);
+    const auto range = gatedRange (rangeHistogram, rangeRelativeGate);
+    loudnessRangeStart = range.start;
+    loudnessRangeEnd = range.end;
 }
 
 double LUFSMeter::weightedSum (const std::vector<double>& meanSquares) const noexcept

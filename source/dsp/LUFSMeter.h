@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dsp/LoudnessHistogram.h"
+#include "dsp/LoudnessGates.h"
 #include "dsp/SecondOrderIIRFilter.h"
 #include "dsp/simd/KernelTable.h"
 
@@ -8,9 +8,6 @@
 
 namespace kf
 {
-
-/** Marks a loudness that does not exist yet. */
-inline constexpr float noLoudness = -300.0f;
 
 /** What a meter shows, in LUFS, `range` in LU. Written on the audio thread, read by an editor without a lock.
     */
