@@ -245,12 +245,10 @@ void PresetTableView::paintRowBackground (juce::Graphics& g, int row, int width,
         return;
     }
 
-    const auto* component = table.getComponentForRowNumber (row);
-
     if (isSelected)
         g.fillAll (luna::Contrast::darkenFor (findColour (luna::ColourIds::highlightedTextColourId),
                                               findColour (luna::ColourIds::primaryColourId)));
-    else if (component != nullptr && component == hovered)
+    else if (isUnderMouse (table.getComponentForRowNumber (row)))
         g.fillAll (findColour (luna::ColourIds::elementColourId));
 }
 
@@ -293,40 +291,6 @@ void PresetTableView::resized()
 {
     table.setBounds (getLocalBounds());
     updateRowHeight();
-}
-
-void PresetTableView::paintOverChildren (juce::Graphics& g)
-{
-    if (! showsFocus)
-        return;
-
-    g.setColour (findColour (luna::ColourIds::highlightedTextColourId));
-    g.drawRect (getLocalBounds(), 2);
-}
-
-void PresetTableView::focusGained (FocusChangeType cause)
-{
-    // The keys act on the table after a click, too, but the eye is there already.
-    showsFocus = cause == focusChangedByTabKey;
-    repaint();
-}
-
-void PresetTableView::focusLost (FocusChangeType)
-{
-    showsFocus = false;
-    repaint();
-}
-
-void PresetTableView::mouseEnter (const juce::MouseEvent& event)
-{
-    hovered = event.eventComponent;
-    event.eventComponent->repaint();
-}
-
-void PresetTableView::mouseExit (const juce::MouseEvent& event)
-{
-    hovered = nullptr;
-    event.eventComponent->repaint();
 }
 
 } // namespace tessarin

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "browser/BrowserList.h"
 #include "presets/Preset.h"
 
 #include <juce_data_structures/juce_data_structures.h>
-#include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
 
@@ -12,7 +12,7 @@ namespace tessarin
 
 /** The presets of a folder and its subfolders that pass the filter, in list order. The selected row is that
     of the current preset. Message thread. */
-class PresetTableView final : public juce::Component, public juce::TableListBoxModel
+class PresetTableView final : public BrowserList, public juce::TableListBoxModel
 {
 public:
     enum Column
@@ -58,15 +58,14 @@ public:
     juce::String getCellTooltip (int row, int column) override;
 
     bool keyPressed (const juce::KeyPress&) override;
-    void focusGained (FocusChangeType) override;
-    void focusLost (FocusChangeType) override;
+
+    void focusGained (FocusChangeType cause) override { showFocus (true, cause); }
+
+    void focusLost (FocusChangeType cause) override { showFocus (false, cause); }
 
     void resized() override;
-    void paintOverChildren (juce::Graphics&) override;
 
-    // Of the rows, too: for the fill under the mouse, and for the selection after a click.
-    void mouseEnter (const juce::MouseEvent&) override;
-    void mouseExit (const juce::MouseEvent&) override;
+    /** Of the rows, too: selects the current preset after a click. */
     void mouseUp (const juce::MouseEvent&) override;
 
     /** Takes the preset's list index. */
@@ -95,9 +94,6 @@ private:
     void clickRow (int row);
     void showMenu (int row);
     [[nodiscard]] juce::String getCellText (int row, int column) const;
-
-    juce::Component::SafePointer<juce::Component> hovered;
-    bool showsFocus = false;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetTableView)
 };

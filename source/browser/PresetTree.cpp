@@ -1,7 +1,5 @@
 #include "PresetTree.h"
 
-#include "common/ColourIds.h"
-
 namespace tessarin
 {
 
@@ -80,32 +78,9 @@ void PresetTree::resized()
     treeView.setBounds (getLocalBounds());
 }
 
-void PresetTree::paintOverChildren (juce::Graphics& g)
-{
-    if (! showsFocus)
-        return;
-
-    g.setColour (findColour (luna::ColourIds::highlightedTextColourId));
-    g.drawRect (getLocalBounds(), 2);
-}
-
 void PresetTree::focusOfChildComponentChanged (FocusChangeType cause)
 {
-    // The keys act on the tree after a click, too, but the eye is there already.
-    showsFocus = cause == focusChangedByTabKey && hasKeyboardFocus (true);
-    repaint();
-}
-
-void PresetTree::mouseEnter (const juce::MouseEvent& event)
-{
-    hovered = event.eventComponent;
-    event.eventComponent->repaint();
-}
-
-void PresetTree::mouseExit (const juce::MouseEvent& event)
-{
-    hovered = nullptr;
-    event.eventComponent->repaint();
+    showFocus (hasKeyboardFocus (true), cause);
 }
 
 void PresetTree::mouseDown (const juce::MouseEvent& event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "browser/BrowserList.h"
 #include "browser/PresetTreeItem.h"
 
 #include <functional>
@@ -10,7 +11,7 @@ namespace tessarin
 
 /** The folders of presets, of which one is chosen: at first the root, which is not shown and holds all
     presets. A click below the folders chooses it again. Message thread. */
-class PresetTree final : public juce::Component
+class PresetTree final : public BrowserList
 {
 public:
     PresetTree();
@@ -27,19 +28,10 @@ public:
 
     [[nodiscard]] const juce::ValueTree& getChosenFolder() const { return chosenFolder; }
 
-    /** Of an item's component. */
-    [[nodiscard]] bool isUnderMouse (const juce::Component* component) const
-    {
-        return component != nullptr && component == hovered;
-    }
-
     void resized() override;
-    void paintOverChildren (juce::Graphics&) override;
     void focusOfChildComponentChanged (FocusChangeType) override;
 
-    // Of the items, for the fill under the mouse.
-    void mouseEnter (const juce::MouseEvent&) override;
-    void mouseExit (const juce::MouseEvent&) override;
+    // Of the items, too.
     void mouseDown (const juce::MouseEvent&) override;
 
     std::function<void (juce::ValueTree)> onFolderSelected;
@@ -60,9 +52,6 @@ public:
     View treeView;
 
 private:
-    juce::Component::SafePointer<juce::Component> hovered;
-    bool showsFocus = false;
-
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetTree)
 };
 
