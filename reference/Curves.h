@@ -149,31 +149,34 @@ struct Foldback
     Number thresholdDb, kneeDb;
 };
 
-/** Driven from once to three times. */
-template <typename Number = float>
-struct Tanh
+/** What Tanh and Sine share: a signal driven from once to three times. */
+template <typename Number>
+struct Driven
 {
-    Tanh (Number thresholdDb, Number amount)
+    Driven (Number thresholdDb, Number amount)
         : threshold (toGain (thresholdDb)), drive (Number (1) + Number (2) * amount)
     {
     }
 
-    Number operator() (Number x) const { return threshold * std::tanh (drive * x / threshold); }
+    Number driven (Number x) const { return drive * x / threshold; }
 
     Number threshold, drive;
 };
 
 template <typename Number = float>
-struct Sine
+struct Tanh : Driven<Number>
 {
-    Sine (Number thresholdDb, Number amount)
-        : threshold (toGain (thresholdDb)), drive (Number (1) + Number (2) * amount)
-    {
-    }
+    using Driven<Number>::Driven;
 
-    Number operator() (Number x) const { return threshold * std::sin (drive * x / threshold); }
+    Number operator() (Number x) const { return this->threshold * std::tanh (this->driven (x)); }
+};
 
-    Number threshold, drive;
+template <typename Number = float>
+struct Sine : Driven<Number>
+{
+    using Driven<Number>::Driven;
+
+    Number operator() (Number x) const { return this->threshold * std::sin (this->driven (x)); }
 };
 
 /** Peak of the louder channel: instant attack, 40 dB of release in two seconds. */

@@ -71,21 +71,16 @@ ThreeBandSplitterEditor::ThreeBandSplitterEditor (const SpectrumData& spectrum,
     fillAlpha = 0.1f;
     setTitle ("Bands");
 
-    for (const auto& id : { lowCrossoverId, highCrossoverId, juce::String (ParameterIds::soloBand) })
-        state->addParameterListener (id, this);
-
     for (size_t i = 0; i < numBands; ++i)
     {
-        const auto enableId = sectionTable[i].idOf (ParameterIds::enablePrefix);
-        const auto muteId = sectionTable[i].idOf (ParameterIds::mutePrefix);
         bands[i].index = static_cast<int> (i);
-        bands[i].muteParameter = state->getParameter (muteId);
+        bands[i].muteParameter = state->getParameter (sectionTable[i].idOf (ParameterIds::mutePrefix));
         bands[i].soloParameter = state->getParameter (ParameterIds::soloBand);
-        bands[i].enableParameter = state->getParameter (enableId);
-
-        state->addParameterListener (enableId, this);
-        state->addParameterListener (muteId, this);
+        bands[i].enableParameter = state->getParameter (sectionTable[i].idOf (ParameterIds::enablePrefix));
     }
+
+    for (const auto& id : getShownParameters())
+        state->addParameterListener (id, this);
 
     readBandColours();
 }
@@ -94,14 +89,19 @@ ThreeBandSplitterEditor::~ThreeBandSplitterEditor()
 {
     endDrag();
 
-    for (const auto& id : { lowCrossoverId, highCrossoverId, juce::String (ParameterIds::soloBand) })
+    for (const auto& id : getShownParameters())
         state->removeParameterListener (id, this);
+}
+
+juce::StringArray ThreeBandSplitterEditor::getShownParameters() const
+{
+    juce::StringArray ids { lowCrossoverId, highCrossoverId, ParameterIds::soloBand };
 
     for (size_t i = 0; i < numBands; ++i)
-    {
-        state->removeParameterListener (sectionTable[i].idOf (ParameterIds::enablePrefix), this);
-        state->removeParameterListener (sectionTable[i].idOf (ParameterIds::mutePrefix), this);
-    }
+        for (const auto* prefix : { ParameterIds::enablePrefix, ParameterIds::mutePrefix })
+            ids.add (sectionTable[i].idOf (prefix));
+
+    return ids;
 }
 
 void ThreeBandSplitterEditor::readBandColours()
@@ -160,12 +160,6 @@ void ThreeBandSplitterEditor::updateBandBounds()
     const juce::Rectangle<int> handle (0, plot.getY(), handleWidth, plot.getHeight());
     lowHandleBounds = handle.withX (lowCrossoverX - handleWidth / 2);
     highHandleBounds = handle.withX (highCrossoverX - handleWidth / 2);
-}
-
-void ThreeBandSplitterEditor::refreshBandBounds()
-{
-    if (boundsAreStale)
-        updateBandBounds();
 }
 
 //======================================================================================================================
@@ -299,12 +293,10 @@ void ThreeBandSplitterEditor::enablementChanged()
 
 juce::String ThreeBandSplitterEditor::getButtonTooltip (const Band& band) const
 {
-    const std::array<juce::String, 3> names { "Low", "Mid", "High" };
-    const auto name = names[static_cast<size_t> (band.index)] + " Band ";
-
-    return hoverMute   ? name + "Mute: Toggle the mute of this band"
-           : hoverSolo ? name + "Solo: Toggle the solo status of this band"
-                       : name + "Enable: Toggle the clipper enablement";
+    return sectionTable[static_cast<size_t> (band.index)].nameOf (
+        hoverMute   ? "Mute: Toggle the mute of this band"
+        : hoverSolo ? "Solo: Toggle the solo status of this band"
+                    : "Enable: Toggle the clipper enablement");
 }
 
 juce::String ThreeBandSplitterEditor::getTooltip()

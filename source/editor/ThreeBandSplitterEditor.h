@@ -98,7 +98,15 @@ private:
         bool hovered = false;
     };
 
-    void refreshBandBounds();
+    void refreshBandBounds()
+    {
+        if (boundsAreStale)
+            updateBandBounds();
+    }
+
+    /** What is shown of them and moves with them: crossovers, solo, mutes and switches. */
+    [[nodiscard]] juce::StringArray getShownParameters() const;
+
     [[nodiscard]] int getBarPosition (const juce::String& crossoverId) const;
     [[nodiscard]] juce::RangedAudioParameter* getHoveredCrossover() const;
     void clickButtons (Band&, juce::Point<int> position);

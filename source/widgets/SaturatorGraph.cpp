@@ -69,9 +69,6 @@ juce::String SaturatorGraph::getTooltip()
     return own.isNotEmpty() ? own : background.SettableTooltipClient::getTooltip();
 }
 
-// --- View mode
-// ----------------------------------------------------------------------------------------------
-
 void SaturatorGraph::setViewMode (ViewMode newMode)
 {
     viewMode = newMode;
@@ -127,9 +124,6 @@ void SaturatorGraph::showMenu()
     });
 }
 
-// --- Scale
-// --------------------------------------------------------------------------------------------------
-
 const juce::NormalisableRange<float>& SaturatorGraph::getRange() const noexcept
 {
     return viewMode == ViewMode::amplitude ? amplitudeRange : decibelRange;
@@ -167,9 +161,6 @@ juce::Rectangle<int> SaturatorGraph::getLevelArea (float envelope) const noexcep
     return plot.withWidth (static_cast<int> (static_cast<float> (plot.getWidth())
                                              * proportionOf (decibels::fromGain (envelope))));
 }
-
-// --- Paths
-// --------------------------------------------------------------------------------------------------
 
 void SaturatorGraph::rebuildPaths()
 {
@@ -285,9 +276,6 @@ void SaturatorGraph::finishPaths()
     outline.createStrokedPath (referenceStroke, referencePath);
     juce::PathStrokeType (compact ? 2.0f : 3.0f).createStrokedPath (curveStroke, curvePath);
 }
-
-// --- Drawing
-// ------------------------------------------------------------------------------------------------
 
 void SaturatorGraph::paintOverChildren (juce::Graphics& g)
 {
