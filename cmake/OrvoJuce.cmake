@@ -40,11 +40,26 @@ set(ORVO_JUCE_DEFINITIONS
     JUCE_STRICT_REFCOUNTEDPOINTER=1)
 
 # orvo_export_juce(name target): makes the interface library `name`, through which programs link to `target`, which
-# compiled some JUCE modules, and include their headers with the same settings without compiling them again.
+# compiled the JUCE modules, and include their headers with the same settings without compiling them again.
 function(orvo_export_juce name target)
     get_target_property(vst3_headers juce::juce_vst3_headers INTERFACE_INCLUDE_DIRECTORIES)
     add_library(${name} INTERFACE)
     target_link_libraries(${name} INTERFACE ${target})
     target_include_directories(${name} SYSTEM INTERFACE "${JUCE_MODULES_DIR}" "${vst3_headers}")
     target_compile_definitions(${name} INTERFACE $<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>)
+endfunction()
+
+# orvo_precompile(target headers...): reads these headers once for all sources of the target. JUCE's modules begin with a
+# clean sheet and are left out. Builds with CMAKE_DISABLE_PRECOMPILE_HEADERS see whether a source includes what it uses.
+function(orvo_precompile target)
+    foreach(header IN LISTS ARGN)
+        string(REPLACE ">" "$<ANGLE-R>" header "${header}")
+        target_precompile_headers(${target} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:${header}>")
+    endforeach()
+    file(GLOB modules "${JUCE_MODULES_DIR}/juce_*/juce_*.cpp")
+    set_source_files_properties(${modules} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+
+    # Our sources' -Wpedantic takes a macro away, and g++ wants the same macros in both.
+    set_source_files_properties("${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}.dir/cmake_pch.hxx.cxx"
+        PROPERTIES COMPILE_OPTIONS -Wpedantic)
 endfunction()

@@ -8,8 +8,9 @@ endif()
 set(CMAKE_C_FLAGS_SANITIZE "-O1 -g1 -fno-omit-frame-pointer")
 set(CMAKE_CXX_FLAGS_SANITIZE "-O1 -g1 -fno-omit-frame-pointer")
 
+option(ORVO_USE_LLD "Link with lld where it is installed" ON)
 find_program(ORVO_LLD ld.lld)
-if(ORVO_LLD)
+if(ORVO_USE_LLD AND ORVO_LLD)
     add_link_options(-fuse-ld=lld)
 endif()
 

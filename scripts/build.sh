@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Builds the release configuration and leaves the results at stable places under out/.
+# usage: scripts/build.sh [PROGRAM...]
+# Builds the release configuration and leaves the results at stable places under out/: the module and orvo-host, and the
+# programs that are named: orvo-bench, orvo-gallery, orvo-bank.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
@@ -14,12 +16,21 @@ place()
     mv "$2.new" "$2"
 }
 
+programs=(orvo-host)
+for program in "$@"; do
+    case $program in
+        orvo-host) ;;
+        orvo-bench | orvo-gallery | orvo-bank) programs+=("$program") ;;
+        *) fail "usage: scripts/build.sh [orvo-bench] [orvo-gallery] [orvo-bank]" ;;
+    esac
+done
+
 scripts/setup.sh
-configure_and_build release
+configure_and_build release --target Orvo_VST3 "${programs[@]//-/_}"
 
 place build/release/source/Orvo_artefacts/Release/VST3/Orvo.vst3 out/Orvo.vst3
-for program in orvo-host orvo-bench orvo-gallery orvo-bank; do
+for program in "${programs[@]}"; do
     place "build/release/bin/$program" "out/bin/$program"
 done
 
-say "built: out/Orvo.vst3 and the programs in out/bin"
+say "built: out/Orvo.vst3, and in out/bin: ${programs[*]}"

@@ -67,7 +67,11 @@ compare_preset()
 if [ $# -lt 2 ] || [ $# -gt 3 ]; then fail "usage: scripts/compare_modules.sh BEFORE.vst3 AFTER.vst3 [RECORDING.wav]"; fi
 before=$(cd "$caller" && realpath -e -- "$1")
 after=$(cd "$caller" && realpath -e -- "$2")
-host=${ORVO_HOST:-$(ls -t "$PWD"/out/bin/orvo-host "$PWD"/build/*/bin/orvo-host 2> /dev/null | head -n 1)}
+for module in "$before" "$after"; do
+    compgen -G "$module/Contents/*/$(basename "$module" .vst3).so" > /dev/null \
+        || fail "$module is no module: the bundle and the library in it have one name"
+done
+host=${ORVO_HOST:-$(ls -t "$PWD"/out/bin/orvo-host "$PWD"/build/*/bin/orvo-host 2> /dev/null | head -n 1 || true)}
 [ -x "$host" ] || fail "no orvo-host: build it first"
 
 work=$(mktemp -d)

@@ -14,11 +14,5 @@ esac
 scripts/setup.sh
 configure_and_build "$preset"
 
-export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:check_initialization_order=1:strict_init_order=1}
-export LSAN_OPTIONS=${LSAN_OPTIONS:-suppressions=$PWD/tests/support/lsan.supp:print_suppressions=0}
-# JUCE destroys the lock of its message loop while it is held, at which the search for deadlocks loses its way.
-export TSAN_OPTIONS=${TSAN_OPTIONS:-suppressions=$PWD/tests/support/tsan.supp:halt_on_error=1:report_destroy_locked=0:detect_deadlocks=0}
-export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
-
 say "testing ($preset)"
-scripts/lib/with_screen.sh ctest --test-dir "build/$preset" --output-on-failure -j "$(nproc)" "$@"
+scripts/lib/with_screen.sh ctest --preset "$preset" -j "$(nproc)" "$@"
