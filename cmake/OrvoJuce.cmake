@@ -26,6 +26,9 @@ else()
     endif()
     message(STATUS "JUCE: source tree ${orvo_juce_tree}")
     orvo_hide_folder("${orvo_juce_tree}" ./juce)
+    # A program that JUCE would build while it is configured, and that a VST3 module on Linux has no use for, becomes a target
+    # that nobody asks for.
+    set(JUCE_BUILD_HELPER_TOOLS ON)
     add_subdirectory("${orvo_juce_tree}" "${CMAKE_BINARY_DIR}/juce" EXCLUDE_FROM_ALL SYSTEM)
 endif()
 
@@ -37,6 +40,7 @@ set(ORVO_JUCE_DEFINITIONS
     JUCE_USE_OGGVORBIS=0
     JUCE_REPORT_APP_USAGE=0
     JUCE_VST3_CAN_REPLACE_VST2=0
+    JUCE_PLUGINHOST_VST3=1
     JUCE_STRICT_REFCOUNTEDPOINTER=1)
 
 # orvo_export_juce(name target): makes the interface library `name`, through which programs link to `target`, which

@@ -14,6 +14,12 @@ if(ORVO_USE_LLD AND ORVO_LLD)
     add_link_options(-fuse-ld=lld)
 endif()
 
+# A program or module keeps what it can reach: JUCE's modules hold much that nobody here calls.
+add_compile_options(-ffunction-sections -fdata-sections)
+if(NOT ORVO_SANITIZERS)
+    add_link_options(LINKER:--gc-sections)
+endif()
+
 if(ORVO_SANITIZERS)
     add_compile_options(-fsanitize=${ORVO_SANITIZERS} -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${ORVO_SANITIZERS})
