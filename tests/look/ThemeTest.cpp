@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 
 using namespace luna::ColourIds;
 using juce::Colour;
@@ -158,10 +159,12 @@ TEST (Look, PointsDownAtOpenFoldersAndRightAtClosedOnes)
 
 TEST (Contrast, IsThatOfTheStandard)
 {
-    // WCAG 2.1: the luminances of the primaries are 0.2126, 0.7152 and 0.0722.
-    for (const auto& [colour, luminance] : { std::pair { juce::Colour (0xffff0000), 0.2126 },
-                                             { juce::Colour (0xff00ff00), 0.7152 },
-                                             { juce::Colour (0xff0000ff), 0.0722 } })
+    // WCAG 2.1: the luminances of the primaries are 0.2126, 0.7152 and 0.0722, and their shades follow a power.
+    for (const auto& [colour, luminance] :
+         { std::pair { juce::Colour (0xffff0000), 0.2126 },
+           { juce::Colour (0xff00ff00), 0.7152 },
+           { juce::Colour (0xff0000ff), 0.0722 },
+           { juce::Colour (0xff808080), std::pow ((128.0 / 255.0 + 0.055) / 1.055, 2.4) } })
         EXPECT_NEAR (luna::Contrast::ratio (juce::Colours::white, colour), 1.05 / (luminance + 0.05), 1.0e-9);
 }
 

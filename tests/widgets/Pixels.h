@@ -76,6 +76,11 @@ inline juce::Rectangle<int> difference (const juce::Image& a, const juce::Image&
     return found;
 }
 
+inline juce::Rectangle<int> difference (const juce::Image& a, const juce::Image& b)
+{
+    return difference (a, b, a.getBounds());
+}
+
 /** A picture of the same size, as a test draws it. */
 template <typename Paint>
 juce::Image drawn (const juce::Image& like, juce::Colour ground, Paint&& paint)
