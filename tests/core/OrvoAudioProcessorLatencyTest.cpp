@@ -3,41 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <utility>
+#include <vector>
 
 namespace
 {
-/** Notes each latency that the host is told, and may act at that moment. */
-class LatencyListener : public juce::AudioProcessorListener
-{
-public:
-    explicit LatencyListener (juce::AudioProcessor& target) : processor (target)
-    {
-        processor.addListener (this);
-    }
-
-    ~LatencyListener() override { processor.removeListener (this); }
-
-    void audioProcessorParameterChanged (juce::AudioProcessor*, int, float) override {}
-
-    void audioProcessorChanged (juce::AudioProcessor*, const ChangeDetails& details) override
-    {
-        if (! details.latencyChanged)
-            return;
-
-        told.push_back (processor.getLatencySamples());
-
-        if (onChange)
-            std::exchange (onChange, nullptr)();
-    }
-
-    std::vector<int> told;
-    std::function<void()> onChange;
-
-private:
-    juce::AudioProcessor& processor;
-};
-
 int expectedLatency (int exponent)
 {
     juce::dsp::Oversampling<float> oversampler (2);
@@ -68,7 +38,13 @@ double delayOf (const juce::AudioBuffer<float>& response, int channel)
 TEST (Oversampling, TakesEffectWithTheNextBlockAndItsLatency)
 {
     PluginUnderTest plugin;
-    LatencyListener listener (plugin.processor);
+    std::vector<int> told;
+    const HostListener host (plugin.processor,
+                             [&] (const auto& details)
+                             {
+        if (details.latencyChanged)
+            told.push_back (plugin.processor.getLatencySamples());
+    });
     auto latency = 0;
 
     for (const auto exponent : { 2, 0, 4, 1, 3, 0, 4, 2 })
@@ -76,13 +52,13 @@ TEST (Oversampling, TakesEffectWithTheNextBlockAndItsLatency)
         SCOPED_TRACE (1 << exponent);
         plugin.set ("oversampling", exponent);
         EXPECT_EQ (plugin.processor.getLatencySamples(), latency) << "nothing happens before the next block";
-        EXPECT_TRUE (listener.told.empty());
+        EXPECT_TRUE (told.empty());
 
         const auto response = plugin.render (signals::impulse (2, 1024));
         latency = expectedLatency (exponent);
 
         EXPECT_EQ (plugin.processor.getLatencySamples(), latency);
-        EXPECT_EQ (std::exchange (listener.told, {}), std::vector<int> { latency });
+        EXPECT_EQ (std::exchange (told, {}), std::vector<int> { latency });
         EXPECT_NEAR (delayOf (response, 0), latency, 0.01);
         EXPECT_NEAR (delayOf (response, 1), latency, 0.01);
 
@@ -94,7 +70,7 @@ TEST (Oversampling, TakesEffectWithTheNextBlockAndItsLatency)
 
     plugin.prepare (2, 96000.0, 64);
     EXPECT_EQ (plugin.processor.getLatencySamples(), latency) << "in samples it does not depend on the rate";
-    EXPECT_TRUE (listener.told.empty());
+    EXPECT_TRUE (told.empty());
 
     plugin.set ({ { "enable", 0.0 }, { "oversampling", 1.0 } });
     plugin.render (signals::impulse (2, 64));
@@ -111,8 +87,12 @@ TEST (Oversampling, ChangedAgainWhileTheHostIsToldIsPreparedBeforeTheBlockRuns)
         direct.set ("layout", layout);
         direct.set ("oversampling", 4);
 
-        LatencyListener listener (plugin.processor);
-        listener.onChange = [&] { plugin.set ("oversampling", 4); };
+        const HostListener host (plugin.processor,
+                                 [&] (const auto& details)
+                                 {
+            if (details.latencyChanged && plugin.get ("oversampling") == 1.0)
+                plugin.set ("oversampling", 4);
+        });
         plugin.set ("oversampling", 1);
 
         EXPECT_EQ (signals::largestDifference (plugin.render (signal), direct.render (signal)), 0.0);

@@ -4,9 +4,34 @@
 #include "core/OrvoAudioProcessor.h"
 #include "support/Signals.h"
 
+#include <functional>
+#include <utility>
 #include <vector>
 
-/** A processor as a host sets it up: bus layout, preparation, parameters by ID and real value. */
+/** What a host does when the plug-in tells it of a change. */
+struct HostListener final : juce::AudioProcessorListener
+{
+    using Reaction = std::function<void (const ChangeDetails&)>;
+
+    HostListener (juce::AudioProcessor& p, Reaction r) : processor (p), reaction (std::move (r))
+    {
+        processor.addListener (this);
+    }
+
+    ~HostListener() override { processor.removeListener (this); }
+
+    void audioProcessorParameterChanged (juce::AudioProcessor*, int, float) override {}
+
+    void audioProcessorChanged (juce::AudioProcessor*, const ChangeDetails& details) override
+    {
+        reaction (details);
+    }
+
+    juce::AudioProcessor& processor;
+    const Reaction reaction;
+};
+
+/** A processor as a host drives it: bus layout, preparation, parameters by ID and real value, audio and state. */
 struct PluginUnderTest
 {
     explicit PluginUnderTest (int numChannels = 2, double sampleRate = 48000.0, int maximumBlockSize = 512)
@@ -43,6 +68,58 @@ struct PluginUnderTest
     double get (const juce::String& id)
     {
         return static_cast<double> (processor.parameters.getRawParameterValue (id)->load());
+    }
+
+    expected::Values values()
+    {
+        expected::Values all;
+
+        for (const auto& row : expected::parameters())
+            all[row.id] = get (row.id);
+
+        return all;
+    }
+
+    /** A value of its own for each parameter, none the default. */
+    void moveEverything()
+    {
+        auto place = 0.05;
+
+        for (const auto& row : expected::parameters())
+            set (row.id, row.min + (row.max - row.min) * (place += 0.9 / 70.0));
+    }
+
+    /** What licensing answers, as shipped but for this change. */
+    template <typename Change>
+    void setLicence (Change&& change)
+    {
+        tessarin::LicenceManager::Status status;
+        change (status);
+        processor.licenceManager.setStatus (status);
+    }
+
+    juce::MemoryBlock capture()
+    {
+        juce::MemoryBlock block;
+        processor.getStateInformation (block);
+        return block;
+    }
+
+    void restore (const juce::MemoryBlock& block)
+    {
+        processor.setStateInformation (block.getData(), static_cast<int> (block.getSize()));
+    }
+
+    /** The texts of the messages since the last call, with bars in between. */
+    juce::String takeToasts()
+    {
+        juce::StringArray texts;
+
+        for (const auto* toast : processor.toastManager.toasts)
+            texts.add (toast->text);
+
+        processor.toastManager.toasts.clear();
+        return texts.joinIntoString ("|");
     }
 
     void process (juce::AudioBuffer<float>& block) { processor.processBlock (block, midi); }

@@ -1,9 +1,9 @@
-#include "core/StatefulPlugin.h"
+#include "core/PluginUnderTest.h"
 #include "support/Messages.h"
+#include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <thread>
 
@@ -39,7 +39,7 @@ struct State : testing::Test
     TemporaryConfig config;
     const bool hasFactory = config.preset ("Factory").createDirectory().wasOk();
     const juce::File loud = config.addPreset ("User/Loud.tpre", stateText (entry ("gain_single", "9")));
-    StatefulPlugin plugin;
+    PluginUnderTest plugin;
 };
 
 TEST_F (State, IsAFrameAroundOneLineOfXmlThatAnotherInstanceRestores)
@@ -68,7 +68,7 @@ TEST_F (State, IsAFrameAroundOneLineOfXmlThatAnotherInstanceRestores)
     ASSERT_NE (xml, nullptr);
     EXPECT_EQ (xml->getNumChildElements(), 71) << "each once, and the view modes";
 
-    StatefulPlugin other;
+    PluginUnderTest other;
     other.restore (block);
 
     for (const auto& [id, value] : other.values())
@@ -242,20 +242,17 @@ TEST_F (State, AlwaysHasRoomForTheGraphsViewModes)
     };
 
     EXPECT_EQ (viewModes(), "[]");
-    plugin.restore (makeBlock ("<orvo><graph_modes single=\"1\"/></orvo>"));
-    EXPECT_EQ (viewModes(), "[1]");
 
-    // None of these has any.
-    const std::pair<const char*, std::function<void()>> sources[] {
-        { "block", [this] { plugin.restore (makeBlock ("<orvo/>")); } },
-        { "preset", [this] { plugin.processor.presetManager.loadPreset (1); } },
-        { "default patch", [this] { plugin.processor.presetManager.loadPreset (0); } },
-    };
-
-    for (const auto& [name, load] : sources)
+    // A preset, the default patch and a block, none of which has any.
+    for (const auto preset : { 1, 0, -1 })
     {
-        load();
-        EXPECT_EQ (viewModes(), "[]") << name;
+        plugin.restore (makeBlock ("<orvo><graph_modes single=\"1\"/></orvo>"));
+        EXPECT_EQ (viewModes(), "[1]");
+
+        if (! plugin.processor.presetManager.loadPreset (preset))
+            plugin.restore (makeBlock ("<orvo/>"));
+
+        EXPECT_EQ (viewModes(), "[]") << preset;
     }
 }
 
@@ -305,12 +302,10 @@ TEST_F (State, OfACaptureOnAnotherThreadIsMarkedInTheLiveTreeLater)
 
 TEST_F (State, ObeysTheLicence)
 {
-    tessarin::LicenceManager::Status status;
     const auto block = makeBlock (good);
     const auto other = makeBlock (stateText (entry ("gain_single", "8")).toStdString());
 
-    status.stateFrozen = true;
-    plugin.processor.licenceManager.setStatus (status);
+    plugin.setLicence ([] (auto& status) { status.stateFrozen = true; });
     MemoryBlock captured ("old", 3);
     plugin.processor.getStateInformation (captured);
     EXPECT_TRUE (captured.isEmpty()) << "frozen before any restore";
@@ -320,8 +315,7 @@ TEST_F (State, ObeysTheLicence)
     plugin.set ("gain_single", 1.0);
     EXPECT_EQ (plugin.capture(), block);
 
-    status.restoreRefused = true;
-    plugin.processor.licenceManager.setStatus (status);
+    plugin.setLicence ([] (auto& status) { status.stateFrozen = status.restoreRefused = true; });
     plugin.restore (other);
     EXPECT_EQ (plugin.get ("gain_single"), 1.0);
     EXPECT_EQ (plugin.capture(), other) << "the last accepted block, although it was not applied";

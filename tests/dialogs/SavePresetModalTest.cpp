@@ -15,10 +15,8 @@ struct SavePresetModal : testing::Test
 {
     SavePresetModal()
     {
-        tessarin::LicenceManager::Status status;
-        status.registeredName = "Ann Example";
-        processor.licenceManager.setStatus (status);
-        processor.toastManager.toasts.clear();
+        plugin.setLicence ([] (auto& status) { status.registeredName = "Ann Example"; });
+        plugin.takeToasts();
         frame.addChildComponent (modal);
     }
 
@@ -40,20 +38,10 @@ struct SavePresetModal : testing::Test
                + modal.categoriesField.getText() + "|" + modal.authorField.getText();
     }
 
-    String toasts()
-    {
-        String texts;
-
-        for (const auto* toast : processor.toastManager.toasts)
-            texts << toast->text << "|";
-
-        processor.toastManager.toasts.clear();
-        return texts;
-    }
-
     TemporaryConfig config;
     const bool hasFactory = config.preset ("Factory").createDirectory().wasOk();
-    OrvoAudioProcessor processor;
+    PluginUnderTest plugin;
+    OrvoAudioProcessor& processor = plugin.processor;
     tessarin::SavePresetModal modal { processor.presetManager, processor.licenceManager,
                                       processor.toastManager };
     juce::Component frame;
@@ -121,12 +109,12 @@ TEST_F (SavePresetModal, MakesTheUsersFolderOrSaysWhyItCannot)
         const ReadOnly readOnly { presets, product };
         show();
         EXPECT_FALSE (modal.isVisible());
-        const auto found = toasts();
+        const auto found = plugin.takeToasts();
         EXPECT_TRUE (found.startsWith ("ERROR: Unable to create user preset folder: ")) << found;
         EXPECT_TRUE (found.endsWith ("|ERROR: No permission to write to top-level presets folder: "
                                      + product.getFullPathName()
                                      + "|ERROR: No permission to write to exisitng Tessarin preset folder: "
-                                     + presets.getFullPathName() + "|"))
+                                     + presets.getFullPathName()))
             << found;
     }
 
@@ -138,8 +126,8 @@ TEST_F (SavePresetModal, MakesTheUsersFolderOrSaysWhyItCannot)
     modal.setVisible (false);
     show();
     EXPECT_TRUE (modal.isVisible());
-    EXPECT_EQ (toasts(),
-               "ERROR: Unable to write to user preset folder: " + userFolder.getFullPathName() + "|");
+    EXPECT_EQ (plugin.takeToasts(),
+               "ERROR: Unable to write to user preset folder: " + userFolder.getFullPathName());
 }
 
 TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)

@@ -40,9 +40,12 @@ TEST_F (SettingsModal, OffersSixScalesAndShowsNoOther)
     EXPECT_EQ (instance.modal.scaleBox.getText(), "Normal") << "nothing saved";
     EXPECT_EQ (instance.modal.scaleBox.getTitle(), "GUI Scale") << "for screen readers";
 
-    for (const auto& [text, factor] :
-         { std::pair { "Tiny", 0.5 }, std::pair { "Small", 0.75 }, std::pair { "Normal", 1.0 },
-           std::pair { "Big", 1.25 }, std::pair { "Bigger", 1.5 }, std::pair { "Massive", 2.0 } })
+    for (const auto& [text, factor] : { std::pair { "Tiny", 0.5 },
+                                        { "Small", 0.75 },
+                                        { "Normal", 1.0 },
+                                        { "Big", 1.25 },
+                                        { "Bigger", 1.5 },
+                                        { "Massive", 2.0 } })
     {
         instance.modal.scaleBox.setText (text, juce::sendNotificationSync);
         EXPECT_EQ (Instance().settings.getDoubleValue ("scale"), factor) << "saved at once";
@@ -50,7 +53,7 @@ TEST_F (SettingsModal, OffersSixScalesAndShowsNoOther)
     }
 
     for (const auto& [value, shown] :
-         { std::pair { "1.3", "" }, std::pair { "0.7501", "" }, std::pair { "0.75000000001", "Small" } })
+         { std::pair { "1.3", "" }, { "0.7501", "" }, { "0.75000000001", "Small" } })
     {
         instance.settings.setValue ("scale", value);
         instance.settings.saveIfNeeded();

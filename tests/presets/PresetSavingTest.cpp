@@ -1,47 +1,19 @@
-#include "core/OrvoAudioProcessor.h"
-#include "presets/PresetManager.h"
+#include "core/PluginUnderTest.h"
+#include "support/ResourceLimit.h"
 #include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-
-#include <csignal>
 
 namespace
 {
 using juce::File;
 using juce::String;
 
-/** No file can grow beyond this, as on a full disk. */
-class FullDisk
-{
-public:
-    explicit FullDisk (rlim_t limit)
-    {
-        getrlimit (RLIMIT_FSIZE, &previous);
-        const rlimit smaller { limit, previous.rlim_max };
-        setrlimit (RLIMIT_FSIZE, &smaller);
-    }
-
-    ~FullDisk()
-    {
-        setrlimit (RLIMIT_FSIZE, &previous);
-        std::signal (SIGXFSZ, previousHandler);
-    }
-
-    FullDisk (const FullDisk&) = delete;
-    FullDisk& operator= (const FullDisk&) = delete;
-
-private:
-    void (*previousHandler) (int) = std::signal (SIGXFSZ, SIG_IGN);
-    rlimit previous {};
-};
-
 struct PresetSaving : testing::Test, tessarin::PresetManager::Listener
 {
     PresetSaving()
     {
-        processor.toastManager.toasts.clear();
+        plugin.takeToasts();
         processor.presetManager.addListener (this);
     }
 
@@ -57,30 +29,23 @@ struct PresetSaving : testing::Test, tessarin::PresetManager::Listener
         manager.finishSaving (chosen, manager.makePresetText ("Hot & \"loud\"\nor so", "Drums,Bass", "Ann"));
     }
 
-    String lastToast() const
-    {
-        const auto* toast = processor.toastManager.toasts.getLast();
-        return toast == nullptr ? String() : toast->text;
-    }
-
-    double gain() const
-    {
-        return static_cast<double> (processor.parameters.getRawParameterValue ("gain_single")->load());
-    }
-
     TemporaryConfig config;
     const File loud =
         config.addPreset ("User/Loud.tpre", stateText (entry ("gain_single", "9"), "author=\"Bob\""));
     const bool hasFactory = config.preset ("Factory").createDirectory().wasOk();
-    OrvoAudioProcessor processor;
+    PluginUnderTest plugin;
+    OrvoAudioProcessor& processor = plugin.processor;
     juce::StringArray saved;
 };
 
 TEST_F (PresetSaving, WritesTheStateWithItsTexts)
 {
+    save (config.preset ("User/New.tpre"));
+    EXPECT_TRUE (config.preset ("User/New.tpre").loadFileAsString().contains ("version=\"1.0.1\""))
+        << "no host has asked for a state yet";
+
     processor.presetManager.loadPreset (1);
-    juce::MemoryBlock block;
-    processor.getStateInformation (block);
+    EXPECT_FALSE (plugin.capture().isEmpty());
     ASSERT_TRUE (processor.parameters.state.hasProperty ("preset_path"));
     save (config.preset ("User/New.tpre"));
 
@@ -92,15 +57,9 @@ TEST_F (PresetSaving, WritesTheStateWithItsTexts)
     EXPECT_TRUE (processor.parameters.state.hasProperty ("preset_path")) << "the live state stays";
 }
 
-TEST_F (PresetSaving, HasTheVersionEvenIfNoHostEverAskedForAState)
-{
-    save (config.preset ("User/New.tpre"));
-    EXPECT_TRUE (config.preset ("User/New.tpre").loadFileAsString().contains ("version=\"1.0.1\""));
-}
-
 TEST_F (PresetSaving, MakesTheNewPresetCurrentWithoutTouchingTheParameters)
 {
-    processor.parameters.getParameter ("gain_single")->setValueNotifyingHost (0.75f);
+    plugin.set ("gain_single", 9.0);
     save (config.preset ("User/Abc"));
 
     const auto preset = processor.presetManager.getCurrentPreset();
@@ -110,19 +69,19 @@ TEST_F (PresetSaving, MakesTheNewPresetCurrentWithoutTouchingTheParameters)
     EXPECT_EQ (preset.author, "Ann");
     EXPECT_EQ (preset.description, "Hot & \"loud\"\nor so");
     EXPECT_EQ (processor.getNumPrograms(), 3);
-    EXPECT_EQ (gain(), 9.0);
+    EXPECT_EQ (plugin.get ("gain_single"), 9.0);
     EXPECT_EQ (saved, juce::StringArray { "Abc" });
-    EXPECT_EQ (lastToast(), "Preset saved");
     EXPECT_EQ (processor.toastManager.toasts.getLast()->type, tessarin::toastSuccess);
+    EXPECT_EQ (plugin.takeToasts(), "Preset saved");
     EXPECT_EQ (config.preset ("User").getNumberOfChildFiles (File::findFiles), 2)
         << "no temporary file stays";
 
-    processor.parameters.getParameter ("gain_single")->setValueNotifyingHost (0.25f);
+    plugin.set ("gain_single", -9.0);
     save (config.preset ("User/Abc.tpre"));
     EXPECT_EQ (processor.getNumPrograms(), 3) << "overwritten";
     processor.presetManager.loadPreset (0);
     processor.presetManager.loadPreset (1);
-    EXPECT_EQ (gain(), -9.0);
+    EXPECT_EQ (plugin.get ("gain_single"), -9.0);
 }
 
 TEST_F (PresetSaving, FindsTheNewPresetByEveryRoadToItsFolder)
@@ -140,62 +99,49 @@ TEST_F (PresetSaving, FindsTheNewPresetByEveryRoadToItsFolder)
         const auto preset = processor.presetManager.getCurrentPreset();
         EXPECT_EQ (preset.name, name);
         EXPECT_TRUE (preset.path.startsWith (user.getFullPathName())) << "as the scan found it";
-        EXPECT_EQ (lastToast(), "Preset saved") << name;
+        EXPECT_EQ (plugin.takeToasts(), "Preset saved") << name;
     }
 
     save (config.base.getChildFile ("Elsewhere.tpre"));
     EXPECT_TRUE (config.base.getChildFile ("Elsewhere.tpre").existsAsFile());
-    EXPECT_EQ (lastToast(), "Preset saved");
+    EXPECT_EQ (plugin.takeToasts(), "Preset saved");
     EXPECT_EQ (saved.joinIntoString (" "), "Real Linked ~root ~Bare ~Bare") << "no preset of the list";
 }
 
 TEST_F (PresetSaving, LoadsNoOtherPresetThroughAHostThatKnowsTheFirstProgramsOnly)
 {
-    struct Host final : juce::AudioProcessorListener
-    {
-        explicit Host (juce::AudioProcessor& p) : processor (p) { processor.addListener (this); }
+    // The value of VST3's program parameter goes into the steps that it had at first, and comes back.
+    const auto lastProgram = processor.getNumPrograms() - 1;
+    auto program = 0;
+    const HostListener host (processor,
+                             [&] (const auto& details)
+                             {
+        if (! details.programChanged)
+            return;
 
-        ~Host() override { processor.removeListener (this); }
+        program = juce::jmin (lastProgram, processor.getCurrentProgram());
 
-        void audioProcessorParameterChanged (juce::AudioProcessor*, int, float) override {}
-
-        /** The value of VST3's program parameter goes into the steps that it had at first, and comes back. */
-        void audioProcessorChanged (juce::AudioProcessor*, const ChangeDetails& details) override
-        {
-            if (! details.programChanged)
-                return;
-
-            program = juce::jmin (lastProgram, processor.getCurrentProgram());
-
-            if (program != processor.getCurrentProgram())
-                processor.setCurrentProgram (program);
-        }
-
-        juce::AudioProcessor& processor;
-        const int lastProgram = processor.getNumPrograms() - 1;
-        int program = 0;
-    };
-
-    Host host (processor);
-    processor.parameters.getParameter ("gain_single")->setValueNotifyingHost (0.25f);
-    const auto gainToKeep = gain();
+        if (program != processor.getCurrentProgram())
+            processor.setCurrentProgram (program);
+    });
+    plugin.set ("gain_single", -9.0);
 
     for (const auto* name : { "User/Zulu.tpre", "User/Zulu.tpre", "User/Zoo.tpre" })
     {
         save (config.preset (name));
-        EXPECT_EQ (gain(), gainToKeep) << name;
+        EXPECT_EQ (plugin.get ("gain_single"), -9.0) << name;
         EXPECT_EQ (processor.presetManager.getCurrentPreset().path, config.preset (name).getFullPathName());
     }
 
-    EXPECT_EQ (host.program, 0);
+    EXPECT_EQ (program, 0);
 
     // What the wrapper does at a restore, if it comes later than the quiet time.
     save (config.preset ("User/Zulu.tpre"));
-    processor.setCurrentProgram (host.lastProgram);
-    EXPECT_EQ (gain(), gainToKeep);
+    processor.setCurrentProgram (lastProgram);
+    EXPECT_EQ (plugin.get ("gain_single"), -9.0);
 
     save (config.preset ("User/Abc.tpre"));
-    EXPECT_EQ (host.program, 1) << "one that it has a number for";
+    EXPECT_EQ (program, 1) << "one that it has a number for";
 }
 
 TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
@@ -204,13 +150,12 @@ TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
 
     const auto expectNothingChanged = [&] (const String& toast, const char* name)
     {
-        EXPECT_EQ (lastToast(), toast) << name;
+        EXPECT_EQ (plugin.takeToasts(), toast) << name;
         EXPECT_EQ (loud.loadFileAsString(), before) << name;
         EXPECT_EQ (processor.getNumPrograms(), 2) << name;
         EXPECT_EQ (processor.getCurrentProgram(), 0) << name;
         EXPECT_TRUE (saved.isEmpty()) << name;
         EXPECT_EQ (config.preset ("User").getNumberOfChildFiles (File::findFiles), 1) << name;
-        processor.toastManager.toasts.clear();
     };
 
     save (File());
@@ -233,7 +178,7 @@ TEST_F (PresetSaving, LosesNothingWhenItFailsOrIsCancelled)
     for (const rlim_t room : { 0u, 1000u })
     {
         {
-            const FullDisk disk (room);
+            const ResourceLimit disk (RLIMIT_FSIZE, room);
             save (loud);
         }
 

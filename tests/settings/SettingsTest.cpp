@@ -2,11 +2,11 @@
 
 #include "core/OrvoAudioProcessor.h"
 #include "support/ReadOnly.h"
+#include "support/ResourceLimit.h"
 #include "support/Sanitizers.h"
 #include "support/TemporaryConfig.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <cstring>
 #include <memory>
@@ -15,21 +15,6 @@
 namespace
 {
 using juce::String;
-
-/** The process can open no file. */
-struct NoDescriptors
-{
-    NoDescriptors()
-    {
-        getrlimit (RLIMIT_NOFILE, &previous);
-        const rlimit none { 0, previous.rlim_max };
-        setrlimit (RLIMIT_NOFILE, &none);
-    }
-
-    ~NoDescriptors() { setrlimit (RLIMIT_NOFILE, &previous); }
-
-    rlimit previous {};
-};
 
 TEST (Settings, AreNotWrittenBeforeTheyChange)
 {
@@ -110,7 +95,8 @@ TEST (Settings, LeaveAFileAloneThatCannotBeReadJustNow)
 
     // The undefined-behaviour sanitizer needs descriptors itself.
     if (! isAddressSanitized)
-        expectDefaultsThenTheFile ("no descriptor", [] { return std::make_unique<NoDescriptors>(); });
+        expectDefaultsThenTheFile ("no descriptor",
+                                   [] { return std::make_unique<ResourceLimit> (RLIMIT_NOFILE, 0); });
 
     // The folder is everybody's, so that nothing but the rule keeps the file in its place.
     chmod (folder.getFullPathName().toRawUTF8(), 0777);
@@ -210,7 +196,7 @@ TEST (Settings, LieWhereTheEnvironmentSays)
     const auto home = juce::File::getSpecialLocation (juce::File::userHomeDirectory);
 
     for (const auto& [value, base] : { std::pair { config.base.getFullPathName(), config.base },
-                                       std::pair { String(), home.getChildFile (".config") } })
+                                       { String(), home.getChildFile (".config") } })
     {
         setenv ("XDG_CONFIG_HOME", value.toRawUTF8(), 1);
         EXPECT_EQ (tessarin::Settings::getFile(), base.getChildFile ("Tessarin/Orvo/settings.settings"));
