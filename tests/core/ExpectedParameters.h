@@ -12,8 +12,8 @@ struct Parameter
     std::string id, name;
     double min, max, defaultValue;
 
-    /** The text at the default. */
-    std::string text;
+    /** At the default and at both ends. */
+    std::string text, least, most;
 };
 
 struct Section
@@ -35,25 +35,26 @@ inline const std::vector<Section> sections {
 
 inline std::vector<Parameter> parameters()
 {
-    std::vector<Parameter> all { { "enable", "Enabled", 0, 1, 1, "Enabled" } };
+    std::vector<Parameter> all { { "enable", "Enabled", 0, 1, 1, "Enabled", "Bypassed", "Enabled" } };
 
     for (const auto& [id, name] : sections)
     {
-        all.push_back ({ "threshold_" + id, name + " Threshold", -18, 0, 0, "0.0dB" });
-        all.push_back ({ "shape_" + id, name + " Shape", 0, 1, 0, "0%" });
-        all.push_back ({ "mode_" + id, name + " Type", 0, 4, 1, "Soft I" });
-        all.push_back ({ "gain_" + id, name + " Gain", -18, 18, 0, "0.0dB" });
-        all.push_back ({ "enable_" + id, name + " Enable", 0, 1, 1, "On" });
-        all.push_back ({ "mute_" + id, name + " Mute", 0, 1, 0, "Unmuted" });
-        all.push_back ({ "link_" + id, name + " Link", 0, 1, 0, "Unlinked" });
+        all.push_back ({ "threshold_" + id, name + " Threshold", -18, 0, 0, "0.0dB", "-18.0dB", "0.0dB" });
+        all.push_back ({ "shape_" + id, name + " Shape", 0, 1, 0, "0%", "0%", "100%" });
+        all.push_back ({ "mode_" + id, name + " Type", 0, 4, 1, "Soft I", "Hard", "Boost" });
+        all.push_back ({ "gain_" + id, name + " Gain", -18, 18, 0, "0.0dB", "-18.0dB", "18.0dB" });
+        all.push_back ({ "enable_" + id, name + " Enable", 0, 1, 1, "On", "Off", "On" });
+        all.push_back ({ "mute_" + id, name + " Mute", 0, 1, 0, "Unmuted", "Unmuted", "Muted" });
+        all.push_back ({ "link_" + id, name + " Link", 0, 1, 0, "Unlinked", "Unlinked", "Linked" });
     }
 
-    all.push_back ({ "crossover_low", "XOver Low", 60, 1000, 160, "160.0Hz" });
-    all.push_back ({ "crossover_high", "XOver High", 2000, 10000, 3500, "3500.0Hz" });
-    all.push_back ({ "solo_band", "Solo Band", 0, 3, 3, "None" });
-    all.push_back ({ "layout", "Layout", 0, 3, 0, "Single Band" });
-    all.push_back ({ "in_gain", "Input Gain", -18, 18, 0, "0.0dB" });
-    all.push_back ({ "oversampling", "Oversampling", 0, 4, 0, "Off" });
+    all.push_back ({ "crossover_low", "XOver Low", 60, 1000, 160, "160.0Hz", "60.0Hz", "1000.0Hz" });
+    all.push_back (
+        { "crossover_high", "XOver High", 2000, 10000, 3500, "3500.0Hz", "2000.0Hz", "10000.0Hz" });
+    all.push_back ({ "solo_band", "Solo Band", 0, 3, 3, "None", "Low", "None" });
+    all.push_back ({ "layout", "Layout", 0, 3, 0, "Single Band", "Single Band", "Left / Right" });
+    all.push_back ({ "in_gain", "Input Gain", -18, 18, 0, "0.0dB", "-18.0dB", "18.0dB" });
+    all.push_back ({ "oversampling", "Oversampling", 0, 4, 0, "Off", "Off", "16x" });
     return all;
 }
 

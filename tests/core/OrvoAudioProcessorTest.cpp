@@ -30,13 +30,14 @@ TEST (OrvoAudioProcessor, KeepsItsParametersLinearForTheAutomationOfHosts)
 {
     PluginUnderTest plugin;
 
-    for (const auto& [id, name, min, max, defaultValue, text] : expected::parameters())
+    for (const auto& row : expected::parameters())
     {
-        const auto& parameter = plugin.parameter (id);
-        EXPECT_TRUE (parameter.isAutomatable()) << id;
-        EXPECT_FALSE (parameter.isDiscrete() || parameter.isBoolean()) << id;
-        EXPECT_FLOAT_EQ (parameter.convertFrom0to1 (0.3f), static_cast<float> (min + 0.3 * (max - min)))
-            << id;
+        const auto& parameter = plugin.parameter (row.id);
+        EXPECT_TRUE (parameter.isAutomatable()) << row.id;
+        EXPECT_FALSE (parameter.isDiscrete() || parameter.isBoolean()) << row.id;
+        EXPECT_FLOAT_EQ (parameter.convertFrom0to1 (0.3f),
+                         static_cast<float> (row.min + 0.3 * (row.max - row.min)))
+            << row.id;
     }
 }
 
@@ -90,14 +91,12 @@ TEST (OrvoAudioProcessor, ShowsValuesWithTheirUnitAndReadsNumbers)
 TEST (OrvoAudioProcessor, SilencesAudioAndMidiWhileLicensingBlocksIt)
 {
     PluginUnderTest plugin;
-    tessarin::LicenceManager::Status status;
     const auto noteOn = juce::MidiMessage::noteOn (1, 60, 1.0f);
     const auto signal = signals::noise (2, 256, 0.5f);
 
     for (const auto isBlocked : { true, false, true })
     {
-        status.audioBlocked = isBlocked;
-        plugin.processor.licenceManager.setStatus (status);
+        plugin.setLicence ([&] (auto& status) { status.audioBlocked = isBlocked; });
         plugin.midi.addEvent (noteOn, 3);
 
         const auto peak = plugin.render (signal).getMagnitude (0, 256);

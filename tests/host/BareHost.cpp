@@ -24,6 +24,14 @@ Interface* query (FUnknown& object, const TUID id)
     return static_cast<Interface*> (found);
 }
 
+/** As one of two interfaces, of which the first is everybody's. */
+tresult answer (const TUID id, const TUID own, void* self, void** object)
+{
+    const auto isKnown = FUnknownPrivate::iidEqual (id, FUnknown_iid) || FUnknownPrivate::iidEqual (id, own);
+    *object = isKnown ? self : nullptr;
+    return isKnown ? kResultOk : kNoInterface;
+}
+
 void require (tresult result, const char* call)
 {
     if (result != kResultOk)
@@ -79,22 +87,9 @@ tresult PLUGIN_API EventLoop::unregisterEventHandler (Handler* handler)
                : kResultFalse;
 }
 
-tresult PLUGIN_API EventLoop::registerTimer (Timer*, Linux::TimerInterval)
-{
-    return kNotImplemented;
-}
-
-tresult PLUGIN_API EventLoop::unregisterTimer (Timer*)
-{
-    return kNotImplemented;
-}
-
 tresult PLUGIN_API EventLoop::queryInterface (const TUID id, void** object)
 {
-    const auto isKnown =
-        FUnknownPrivate::iidEqual (id, FUnknown_iid) || FUnknownPrivate::iidEqual (id, Linux::IRunLoop_iid);
-    *object = isKnown ? this : nullptr;
-    return isKnown ? kResultOk : kNoInterface;
+    return answer (id, Linux::IRunLoop_iid, this, object);
 }
 
 // --- The instance ---------------------------------------------------------------------------------------------
@@ -117,10 +112,7 @@ private:
         if (loop != nullptr && FUnknownPrivate::iidEqual (id, Linux::IRunLoop_iid))
             return static_cast<FUnknown*> (loop)->queryInterface (id, object);
 
-        const auto isKnown =
-            FUnknownPrivate::iidEqual (id, FUnknown_iid) || FUnknownPrivate::iidEqual (id, IPlugFrame_iid);
-        *object = isKnown ? this : nullptr;
-        return isKnown ? kResultOk : kNoInterface;
+        return answer (id, IPlugFrame_iid, this, object);
     }
 
     uint32 PLUGIN_API addRef() override { return 1; }

@@ -63,8 +63,12 @@ private:
     Steinberg::tresult PLUGIN_API unregisterEventHandler (Handler*) override;
 
     /** JUCE has timers of its own. */
-    Steinberg::tresult PLUGIN_API registerTimer (Timer*, Steinberg::Linux::TimerInterval) override;
-    Steinberg::tresult PLUGIN_API unregisterTimer (Timer*) override;
+    Steinberg::tresult PLUGIN_API registerTimer (Timer*, Steinberg::Linux::TimerInterval) override
+    {
+        return Steinberg::kNotImplemented;
+    }
+
+    Steinberg::tresult PLUGIN_API unregisterTimer (Timer*) override { return Steinberg::kNotImplemented; }
 
     Steinberg::tresult PLUGIN_API queryInterface (const Steinberg::TUID, void**) override;
 

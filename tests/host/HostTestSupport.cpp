@@ -22,26 +22,21 @@ juce::StringPairArray WorkFolder::contents() const
     return result;
 }
 
-ProgramRun runHost (const WorkFolder& temporary, juce::StringArray words)
-{
-    words.insert (0, ORVO_HOST);
-    return runProgram (temporary, words);
-}
-
-ProgramRun runProgram (const WorkFolder& temporary, juce::StringArray words)
+ProgramRun runProgram (const WorkFolder& temporary, const juce::String& command)
 {
     const WorkFolder streams;
     const auto output = streams.file ("out"), errors = streams.file ("err");
-
-    for (auto& word : words)
-        word = "'" + word + "'";
-
-    const auto command = "cd '" + temporary.folder.getFullPathName() + "' && " + words.joinIntoString (" ")
-                         + " > '" + output.getFullPathName() + "' 2> '" + errors.getFullPathName() + "'";
-    const auto status = std::system (command.toRawUTF8());
+    const auto line = "cd '" + temporary.folder.getFullPathName() + "' && " + command + " > '"
+                      + output.getFullPathName() + "' 2> '" + errors.getFullPathName() + "'";
+    const auto status = std::system (line.toRawUTF8());
 
     return { WIFEXITED (status) && WEXITSTATUS (status) < 126 ? WEXITSTATUS (status) : -1,
              output.loadFileAsString(), errors.loadFileAsString() };
+}
+
+ProgramRun runHost (const WorkFolder& temporary, const juce::String& words)
+{
+    return runProgram (temporary, "'" ORVO_HOST "' " + words);
 }
 
 juce::StringArray linesOf (const juce::String& text)

@@ -24,11 +24,11 @@ struct ProgramRun
     juce::String output, errors;
 };
 
-/** Runs orvo-host on the built module in that folder, its streams kept apart. A crash has the exit code -1. */
-[[nodiscard]] ProgramRun runHost (const WorkFolder&, juce::StringArray words);
+/** Runs a program in that folder as a shell does, its streams kept apart. A crash has the exit code -1. */
+[[nodiscard]] ProgramRun runProgram (const WorkFolder&, const juce::String& command);
 
-/** The same for any program. */
-[[nodiscard]] ProgramRun runProgram (const WorkFolder&, juce::StringArray words);
+/** Runs orvo-host on the built module. */
+[[nodiscard]] ProgramRun runHost (const WorkFolder&, const juce::String& words);
 
 /** What the program printed, without the last line's end. */
 [[nodiscard]] juce::StringArray linesOf (const juce::String& text);

@@ -127,10 +127,7 @@ std::array<void*, 32> signalHandlers()
 
     for (auto number = 1; number < 32; ++number)
     {
-        struct sigaction action
-        {
-        };
-
+        struct sigaction action = {};
         sigaction (number, nullptr, &action);
         handlers[static_cast<size_t> (number)] = reinterpret_cast<void*> (action.sa_handler);
     }
