@@ -4,6 +4,7 @@
 
 #include <map>
 #include <tuple>
+#include <utility>
 
 TEST (MultiModeClipperEditor, ArrangesItsControlsByItsWidth)
 {
@@ -13,14 +14,14 @@ TEST (MultiModeClipperEditor, ArrangesItsControlsByItsWidth)
 
     // The graph is the largest square that the rows leave; the knobs' order is written row by row.
     for (const auto& [width, graph, knobs, hasLabel] :
-         { std::tuple { 780, Rectangle<int> (20, 60, 382, 382), "Threshold/Makeup/Shape/", true },
-           { 551, { 20, 60, 382, 382 }, "Threshold/Makeup/Shape/", true },
-           { 550, { 161, 60, 227, 227 }, "Threshold Shape Makeup/", true },
-           { 260, { 20, 63, 220, 220 }, "Threshold Shape Makeup/", true },
-           { 259, { 58, 60, 142, 142 }, "Threshold Makeup/Shape/", false },
-           { 200, { 29, 60, 142, 142 }, "Threshold Makeup/Shape/", false },
-           { 199, { 81, 60, 37, 37 }, "Threshold/Shape/Makeup/", false },
-           { 134, { 48, 60, 37, 37 }, "Threshold/Shape/Makeup/", false } })
+         { std::tuple { 780, Rectangle<int> (20, 60, 382, 382), "/Threshold/Makeup/Shape", true },
+           { 551, { 20, 60, 382, 382 }, "/Threshold/Makeup/Shape", true },
+           { 550, { 161, 60, 227, 227 }, "/Threshold Shape Makeup", true },
+           { 260, { 20, 63, 220, 220 }, "/Threshold Shape Makeup", true },
+           { 259, { 58, 60, 142, 142 }, "/Threshold Makeup/Shape", false },
+           { 200, { 29, 60, 142, 142 }, "/Threshold Makeup/Shape", false },
+           { 199, { 81, 60, 37, 37 }, "/Threshold/Shape/Makeup", false },
+           { 134, { 48, 60, 37, 37 }, "/Threshold/Shape/Makeup", false } })
     {
         SCOPED_TRACE (width);
         panel.setSize (width, 462);
@@ -34,20 +35,14 @@ TEST (MultiModeClipperEditor, ArrangesItsControlsByItsWidth)
                 graph.withY (0).withHeight (1));
         }
 
-        std::map<int, std::map<int, juce::String>> rows;
-
-        for (auto* knob : { &panel.thresholdSlider, &panel.shapeSlider, &panel.makeupSlider })
-            rows[knob->getY()][knob->getX()] = knob->nameLabel.getText();
-
+        std::map<std::pair<int, int>, juce::String> placed;
         juce::String order;
 
-        for (const auto& [y, names] : rows)
-        {
-            for (const auto& [x, name] : names)
-                order << (x == names.begin()->first ? "" : " ") << name;
+        for (const auto* knob : { &panel.thresholdSlider, &panel.shapeSlider, &panel.makeupSlider })
+            placed[{ knob->getY(), knob->getX() }] = knob->nameLabel.getText();
 
-            order << "/";
-        }
+        for (auto y = -1; const auto& [place, name] : placed)
+            order << (place.first == std::exchange (y, place.first) ? " " : "/") << name;
 
         EXPECT_EQ (order, knobs);
         juce::RectangleList<int> free (panel.getContentBounds());
@@ -92,16 +87,8 @@ TEST (MultiModeClipperEditor, OffersItsModesInTwoGroups)
 {
     OpenEditor open;
     auto& box = open.editor->singleEditor.modeBox;
-    std::string menu;
-
-    for (juce::PopupMenu::MenuItemIterator items (*box.getRootMenu()); items.next();)
-    {
-        const auto& item = items.getItem();
-        menu += (item.isSeparator ? juce::String ("-") : item.text).toStdString();
-        menu += item.itemID > 0 ? std::to_string (item.itemID) + " " : " ";
-    }
-
-    EXPECT_EQ (menu, "Clippers Hard1 Soft I2 Soft II3 - Enhancers Pressure4 Boost5 ");
+    EXPECT_EQ (menuText (*box.getRootMenu()),
+               "Clippers 0, Hard 1, Soft I 2, Soft II 3, -, Enhancers 0, Pressure 4, Boost 5");
     EXPECT_EQ (box.getText(), "Soft I");
 
     GestureRecorder mode (open.plugin.parameter ("mode_single"));

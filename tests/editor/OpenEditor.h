@@ -28,10 +28,35 @@ struct OpenEditor
         editor.reset();
     }
 
+    void reopen()
+    {
+        close();
+        open();
+    }
+
     void set (const juce::String& id, double value)
     {
         plugin.set (id, value);
         dispatchMessages();
+    }
+
+    /** The user's scale and the host's together. */
+    bool hasScale (float factor) const
+    {
+        return editor->getTransform() == juce::AffineTransform::scale (factor);
+    }
+
+    /** From the left to the right. */
+    std::vector<MultiModeClipperEditor*> shownPanels() const
+    {
+        std::vector<MultiModeClipperEditor*> shown;
+
+        for (auto* child : editor->getChildren())
+            if (auto* panel = dynamic_cast<MultiModeClipperEditor*> (child);
+                panel != nullptr && panel->isVisible())
+                shown.push_back (panel);
+
+        return shown;
     }
 
     /** What the window shows of a component. */
@@ -53,9 +78,7 @@ struct OpenEditor
     {
         const auto before = pictureOf (component);
         action();
-        return eventually (
-            [&]
-            { return ! pixels::difference (before, pictureOf (component), before.getBounds()).isEmpty(); });
+        return eventually ([&] { return ! pixels::difference (before, pictureOf (component)).isEmpty(); });
     }
 
     /** The parameters that this changes. */
@@ -63,17 +86,12 @@ struct OpenEditor
     std::string changedBy (Action&& action)
     {
         std::string changed;
-        std::map<std::string, float> before;
-
-        for (const auto& p : expected::parameters())
-            before[p.id] = plugin.parameter (p.id).getValue();
-
+        const auto before = plugin.values();
         action();
         dispatchMessages();
 
-        for (const auto& [id, value] : before)
-            if (! juce::exactlyEqual (plugin.parameter (id).getValue(), value))
-                changed += id + " ";
+        for (const auto& [id, value] : plugin.values())
+            changed += value == before.at (id) ? "" : id + " ";
 
         return changed;
     }
@@ -88,6 +106,22 @@ struct OpenEditor
     std::unique_ptr<OrvoAudioProcessorEditor> editor;
     std::unique_ptr<OffscreenWindow> window;
 };
+
+/** A menu's items and submenus with their numbers; headings have 0. */
+inline juce::String menuText (const juce::PopupMenu& menu)
+{
+    juce::StringArray items;
+
+    for (juce::PopupMenu::MenuItemIterator it (menu); it.next();)
+    {
+        const auto& item = it.getItem();
+        items.add (item.isSeparator          ? juce::String ("-")
+                   : item.subMenu != nullptr ? item.text + " { " + menuText (*item.subMenu) + " }"
+                                             : item.text + " " + juce::String (item.itemID));
+    }
+
+    return items.joinIntoString (", ");
+}
 
 /** Writes down what a host is told of one parameter. */
 struct GestureRecorder final : public juce::AudioProcessorParameter::Listener

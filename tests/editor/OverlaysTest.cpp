@@ -123,9 +123,7 @@ TEST (Overlays, TellInTheStripWhatIsUnderTheMouse)
 {
     OpenEditor open;
     auto& strip = open.editor->tooltipPanel;
-    tessarin::LicenceManager::Status status;
-    status.statusText = "Trial";
-    open.plugin.processor.licenceManager.setStatus (status);
+    open.plugin.setLicence ([] (auto& status) { status.statusText = "Trial"; });
 
     const auto expectShown = [&] (const juce::String& shown, Colour colour, Justification justification)
     {

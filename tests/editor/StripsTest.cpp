@@ -116,7 +116,7 @@ TEST (OutputPanel, MovesEachMeterWithItsChannelAlone)
     {
         const auto before = open.pictureOf (meters);
         EXPECT_TRUE (open.isMovedBy (*meter, [&c = *channel] { c.peak = 0.5; }));
-        const auto moved = pixels::difference (before, open.pictureOf (meters), before.getBounds());
+        const auto moved = pixels::difference (before, open.pictureOf (meters));
         EXPECT_TRUE (meters.getLocalArea (meter, meter->getLocalBounds()).contains (moved))
             << moved.toString();
     }
@@ -185,9 +185,7 @@ TEST (Strips, ShowTheirTextsInTheTooltipStrip)
     auto& out = e.outputPanel;
     auto& bar = e.topBar;
     auto& browser = e.presetBrowser;
-    tessarin::LicenceManager::Status status;
-    status.showLicenceButton = true;
-    open.plugin.processor.licenceManager.setStatus (status);
+    open.plugin.setLicence ([] (auto& status) { status.showLicenceButton = true; });
     dispatchMessages();
 
     const auto expectTooltips = [&] (std::vector<std::pair<juce::Component*, const char*>> texts)

@@ -100,18 +100,8 @@ TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
         return pixels::difference (image, expected, bounds).isEmpty();
     };
 
-    struct State
+    const auto expectButtons = [&] (int soloBand, bool isOn, int hovered)
     {
-        int soloBand;
-        bool isOn;
-        int hovered;
-    };
-
-    for (const auto state : { State { 3, true, -1 }, State { 3, false, 0 }, State { 0, true, 1 },
-                              State { 1, true, 2 }, State { 2, false, -1 } })
-    {
-        const auto soloBand = state.soloBand, hovered = state.hovered;
-        const auto isOn = state.isOn;
         open.plugin.set ("solo_band", soloBand);
 
         for (const auto& id : ids)
@@ -140,7 +130,13 @@ TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
             })) << soloBand
                 << isOn << hovered << i;
         }
-    }
+    };
+
+    expectButtons (3, true, -1);
+    expectButtons (3, false, 0);
+    expectButtons (0, true, 1);
+    expectButtons (1, true, 2);
+    expectButtons (2, false, -1);
 
     // Bypassed: the frame and the bars alone.
     open.set ("enable", 0.0);

@@ -1,12 +1,5 @@
-#include "editor/TopBar.h"
-
-#include "core/OrvoAudioProcessor.h"
-#include "editor/TessarinEditor.h"
-#include "OffscreenWindow.h"
+#include "editor/OpenEditor.h"
 #include "support/FakeProgram.h"
-#include "support/Messages.h"
-#include "support/TemporaryConfig.h"
-#include "widgets/Pixels.h"
 
 #include <gtest/gtest.h>
 
@@ -16,30 +9,6 @@
 namespace
 {
 using juce::String;
-
-struct TestEditor : public tessarin::TessarinEditor
-{
-    explicit TestEditor (OrvoAudioProcessor& owner) : TessarinEditor (owner) { setSize (1068, 800); }
-
-    void updateLayout() override {}
-
-    void stateReloaded (juce::ValueTree&) override {}
-};
-
-String describe (const juce::PopupMenu& menu)
-{
-    juce::StringArray items;
-
-    for (juce::PopupMenu::MenuItemIterator it (menu); it.next();)
-    {
-        const auto& item = it.getItem();
-        items.add (item.isSeparator          ? String ("-")
-                   : item.subMenu != nullptr ? item.text + " { " + describe (*item.subMenu) + " }"
-                                             : item.text + " " + String (item.itemID));
-    }
-
-    return items.joinIntoString (", ");
-}
 
 struct TopBar : testing::Test
 {
@@ -70,8 +39,9 @@ struct TopBar : testing::Test
                                   config.addPreset ("Factory/B Snare/Two.tpre", stateText()),
                                   config.addPreset ("User/Mine.tpre", stateText()),
                                   config.addPreset ("User/Sub/Deep.tpre", stateText()) };
-    OrvoAudioProcessor processor;
-    TestEditor editor { processor };
+    PluginUnderTest plugin;
+    OrvoAudioProcessor& processor = plugin.processor;
+    OrvoAudioProcessorEditor editor { processor };
     OffscreenWindow window { editor };
     tessarin::TopBar& bar = editor.topBar;
     const juce::OwnedArray<tessarin::Toast>& toasts = processor.toastManager.toasts;
@@ -80,7 +50,7 @@ struct TopBar : testing::Test
 
 TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
 {
-    EXPECT_EQ (describe (*bar.presetBox.getRootMenu()),
+    EXPECT_EQ (menuText (*bar.presetBox.getRootMenu()),
                "Initial Patch 1, A Kick { One 2 }, B Snare { Two 3 }, -, User { Mine 4, Sub { Deep 5 } }");
 
     for (const auto index : { 0, 1, 2, 3, 4, 4 })
@@ -101,7 +71,7 @@ TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
                                           processor.presetManager.makePresetText ({}, {}, {}));
     EXPECT_EQ (bar.presetBox.getText(), "Zed");
     EXPECT_TRUE (bar.previousButton.isEnabled() && bar.nextButton.isEnabled());
-    EXPECT_TRUE (describe (*bar.presetBox.getRootMenu()).endsWith ("User { Mine 4, Zed 5, Sub { Deep 6 } }"));
+    EXPECT_TRUE (menuText (*bar.presetBox.getRootMenu()).endsWith ("User { Mine 4, Zed 5, Sub { Deep 6 } }"));
     EXPECT_EQ (bar.presetBox.getTextWhenNothingSelected(), "Select a preset");
 }
 
@@ -109,10 +79,11 @@ TEST_F (TopBar, StandsInTheMiddleOfItsBarWithTheNameAtTheLeft)
 {
     for (const auto hasLicence : { true, false })
     {
-        tessarin::LicenceManager::Status status;
-        status.showLicenceButton = hasLicence;
-        processor.licenceManager.setStatus (status);
+        plugin.setLicence ([&] (auto& status) { status.showLicenceButton = hasLicence; });
         dispatchMessages();
+        EXPECT_EQ (bar.licenceButton.isVisible(), hasLicence);
+
+        // With the widths and the gaps behind them.
         std::vector<std::tuple<juce::Component*, int, int>> items { { &bar.presetBrowserButton, 25, 5 },
                                                                     { &bar.presetBox, 183, 11 },
                                                                     { &bar.previousButton, 25, 1 },
@@ -121,12 +92,12 @@ TEST_F (TopBar, StandsInTheMiddleOfItsBarWithTheNameAtTheLeft)
                                                                     { &bar.manualButton, 25, 1 },
                                                                     { &bar.updateButton, 25,
                                                                       hasLicence ? 1 : 12 },
+                                                                    { &bar.licenceButton, 25, 12 },
                                                                     { &bar.settingsButton, 25, 0 } };
 
-        if (hasLicence)
-            items.insert (items.end() - 1, { &bar.licenceButton, 25, 12 });
+        if (! hasLicence)
+            items.erase (items.end() - 2);
 
-        EXPECT_EQ (bar.licenceButton.isVisible(), hasLicence);
         auto x = 534.0;
 
         for (const auto& [component, itemWidth, margin] : items)
@@ -150,23 +121,18 @@ TEST_F (TopBar, GoesOnFromThePresetThatAHostRestores)
 {
     const auto& table = editor.presetBrowser.table;
     click (bar.presetBrowserButton);
-    std::vector<juce::MemoryBlock> states (5);
+    std::vector<juce::MemoryBlock> states;
 
     for (auto index = 0; index < 5; ++index)
     {
         processor.presetManager.loadPreset (index);
-        processor.getStateInformation (states[static_cast<size_t> (index)]);
+        states.push_back (plugin.capture());
     }
 
     // As a host compares two states, from a thread of its own and from the window's.
     for (const auto& [index, ownThread] : { std::pair { 2, true }, { 0, false }, { 4, true }, { 1, true } })
     {
-        const auto restore = [&, i = index]
-        {
-            const auto& state = states[static_cast<size_t> (i)];
-            processor.setStateInformation (state.getData(), static_cast<int> (state.getSize()));
-        };
-
+        const auto restore = [&, &state = states[static_cast<size_t> (index)]] { plugin.restore (state); };
         ownThread ? std::thread (restore).join() : restore();
         dispatchMessages();
         expectShown (index);
@@ -244,9 +210,7 @@ TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
         EXPECT_FALSE (dialog.isVisible()) << "it had the keyboard";
     }
 
-    tessarin::LicenceManager::Status status;
-    status.saveRefusal = "Saving needs a licence";
-    processor.licenceManager.setStatus (status);
+    plugin.setLicence ([] (auto& status) { status.saveRefusal = "Saving needs a licence"; });
     click (bar.saveButton);
     EXPECT_FALSE (editor.savePresetModal.isVisible());
     EXPECT_EQ (toasts.getLast()->text, "Saving needs a licence");
@@ -254,16 +218,14 @@ TEST_F (TopBar, ClosesTheBrowserForAllButItselfAndTheSteps)
 
 TEST_F (TopBar, SwitchesTheBypassBothWaysAndChecksForNoUpdates)
 {
-    const auto& enable = *processor.parameters.getRawParameterValue ("enable");
-
-    for (const auto value : { 0.0f, 1.0f })
+    for (const auto value : { 0.0, 1.0 })
     {
         click (bar.bypassButton);
-        EXPECT_EQ (enable.load(), value);
-        EXPECT_EQ (bar.bypassButton.getToggleState(), value > 0.5f);
+        EXPECT_EQ (plugin.get ("enable"), value);
+        EXPECT_EQ (bar.bypassButton.getToggleState(), value > 0.5);
     }
 
-    processor.parameters.getParameter ("enable")->setValueNotifyingHost (0.0f);
+    plugin.set ("enable", 0.0);
     dispatchMessages();
     EXPECT_FALSE (bar.bypassButton.getToggleState());
 
