@@ -67,27 +67,22 @@ TEST (LUFSMeter, ReadsThePublishedSequences)
     {
         const char* name;
         float kf::LUFSData::*reading;
-        double expected, tolerance;
+        double expected;
         int repeats;
         std::vector<std::pair<double, double>> steps; // level and seconds
     } const cases[] {
-        { "3341-3", integrated, -23, 0.1, 1, { { -36, 10 }, { -23, 60 }, { -36, 10 } } },
-        { "3341-4",
-          integrated,
-          -23,
-          0.1,
-          1,
-          { { -72, 10 }, { -36, 10 }, { -23, 60 }, { -36, 10 }, { -72, 10 } } },
-        { "3341-5", integrated, -23, 0.1, 1, { { -26, 20 }, { -20, 20.1 }, { -26, 20 } } },
-        { "3341-9", shortTerm, -23, 0.1, 5, { { -20, 1.34 }, { -30, 1.66 } } },
-        { "3341-12", momentary, -23, 0.1, 25, { { -20, 0.18 }, { -30, 0.22 } } },
-        { "3342-1", range, 10, 1, 1, { { -20, 20 }, { -30, 20 } } },
-        { "3342-2", range, 5, 1, 1, { { -20, 20 }, { -15, 20 } } },
-        { "3342-3", range, 20, 1, 1, { { -40, 20 }, { -20, 20 } } },
-        { "3342-4", range, 15, 1, 1, { { -50, 20 }, { -35, 20 }, { -20, 20 }, { -35, 20 }, { -50, 20 } } },
+        { "3341-3", integrated, -23, 1, { { -36, 10 }, { -23, 60 }, { -36, 10 } } },
+        { "3341-4", integrated, -23, 1, { { -72, 10 }, { -36, 10 }, { -23, 60 }, { -36, 10 }, { -72, 10 } } },
+        { "3341-5", integrated, -23, 1, { { -26, 20 }, { -20, 20.1 }, { -26, 20 } } },
+        { "3341-9", shortTerm, -23, 5, { { -20, 1.34 }, { -30, 1.66 } } },
+        { "3341-12", momentary, -23, 25, { { -20, 0.18 }, { -30, 0.22 } } },
+        { "3342-1", range, 10, 1, { { -20, 20 }, { -30, 20 } } },
+        { "3342-2", range, 5, 1, { { -20, 20 }, { -15, 20 } } },
+        { "3342-3", range, 20, 1, { { -40, 20 }, { -20, 20 } } },
+        { "3342-4", range, 15, 1, { { -50, 20 }, { -35, 20 }, { -20, 20 }, { -35, 20 }, { -50, 20 } } },
     };
 
-    for (const auto& [name, reading, expected, tolerance, repeats, steps] : cases)
+    for (const auto& [name, reading, expected, repeats, steps] : cases)
     {
         Listener meter;
 
@@ -96,13 +91,15 @@ TEST (LUFSMeter, ReadsThePublishedSequences)
             for (const auto& [level, seconds] : steps)
                 meter.hearTone (level, seconds);
 
-            EXPECT_NEAR (static_cast<double> (meter.getData().*reading), expected, tolerance)
+            // As published.
+            EXPECT_NEAR (static_cast<double> (meter.getData().*reading), expected,
+                         reading == range ? 1.0 : 0.1)
                 << name << ", repeat " << repeat;
         }
     }
 }
 
-TEST (LUFSMeter, ReadsLowWhileItsWindowsFillAndIntegratesInStepsOfATenth)
+TEST (LUFSMeter, ReadsLowWhileItsWindowsFill)
 {
     Listener meter;
     meter.hearTone (-23.04, 0.1);
@@ -110,14 +107,6 @@ TEST (LUFSMeter, ReadsLowWhileItsWindowsFillAndIntegratesInStepsOfATenth)
     meter.hearTone (-23.04, 0.9);
     EXPECT_NEAR (static_cast<double> (meter.momentaryLoudness), -23.04, 0.1);
     EXPECT_NEAR (static_cast<double> (meter.shortTermLoudness), -23.04 + 10.0 * std::log10 (1.0 / 3.0), 0.1);
-    meter.hearTone (-23.04, 29.0);
-
-    // 300 blocks in one step, but for the first three, which hold a quarter, a half and three quarters.
-    const auto exact = static_cast<double> (meter.momentaryLoudness);
-    const auto stepped = std::round (exact * 10.0) / 10.0;
-    EXPECT_GT (std::abs (exact - stepped), 0.02);
-    EXPECT_NEAR (static_cast<double> (meter.integratedLoudness), stepped + 10.0 * std::log10 (298.5 / 300.0),
-                 1.0e-3);
 }
 
 /** Gates over all that was measured each tenth of a second, kept as a plain sorted list of tenths of a LU. */

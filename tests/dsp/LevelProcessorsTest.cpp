@@ -54,14 +54,17 @@ TEST_F (Channel, RebuildsTheRunningSumOnceASecond)
 
 TEST_F (Channel, ReadsNothingBelowMinus80Db)
 {
-    feed (0.000099f, rate);
-    for (auto value :
-         { getData().peak, getData().rms, getData().heldPeak, getData().maxPeak, getData().maxRms })
-        EXPECT_EQ (value, 0.0);
+    const auto readings = [this]
+    {
+        const auto data = getData();
+        return std::vector { data.peak, data.rms, data.heldPeak, data.maxPeak, data.maxRms };
+    };
 
+    feed (0.000099f, rate);
+    EXPECT_EQ (readings(), std::vector (5, 0.0));
     feed (0.000101f, rate);
-    for (auto value :
-         { getData().peak, getData().rms, getData().heldPeak, getData().maxPeak, getData().maxRms })
-        EXPECT_NEAR (value, 0.000101, 1.0e-7);
+
+    for (const auto reading : readings())
+        EXPECT_NEAR (reading, 0.000101, 1.0e-7);
 }
 } // namespace

@@ -79,14 +79,14 @@ void processInPlace (Processor& processor, Buffer& buffer)
     processor.process (juce::dsp::ProcessContextReplacing<float> (block));
 }
 
-/** Infinite if either holds something that is no number. Both have the same size. */
-inline double largestDifference (const Buffer& a, const Buffer& b)
+/** Of two buffers of one size, or of a part of them. Infinite if either holds something there that is no number. */
+inline double largestDifference (const Buffer& a, const Buffer& b, int from, int to)
 {
     auto largest = 0.0;
 
     for (auto channel = 0; channel < a.getNumChannels(); ++channel)
     {
-        for (auto i = 0; i < a.getNumSamples(); ++i)
+        for (auto i = from; i < to; ++i)
         {
             const auto difference = static_cast<double> (a.getSample (channel, i))
                                     - static_cast<double> (b.getSample (channel, i));
@@ -99,6 +99,11 @@ inline double largestDifference (const Buffer& a, const Buffer& b)
     }
 
     return largest;
+}
+
+inline double largestDifference (const Buffer& a, const Buffer& b)
+{
+    return largestDifference (a, b, 0, a.getNumSamples());
 }
 
 inline bool isFinite (const Buffer& buffer)
