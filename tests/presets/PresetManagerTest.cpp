@@ -29,11 +29,6 @@ std::string join (const Items& items, NameOf nameOf)
     return names.joinIntoString ("|").toStdString();
 }
 
-std::string join (const juce::StringArray& texts)
-{
-    return texts.joinIntoString ("|").toStdString();
-}
-
 /** A folder's children; folders end in a slash. */
 std::string namesIn (const juce::ValueTree& node)
 {
@@ -115,7 +110,7 @@ TEST_F (Presets, MakeTheListThatTheFoldersAllow)
     EXPECT_TRUE (first.factory && first.path.isEmpty());
     EXPECT_EQ (first.author, "Tessarin");
     EXPECT_EQ (first.description, "A blank patch");
-    EXPECT_EQ (join (first.categories), "Tools");
+    EXPECT_EQ (first.categories.joinIntoString ("|"), "Tools");
 
     config.addPreset ("Factory/broken.tpre", "<");
     start();
@@ -169,7 +164,7 @@ TEST_F (Presets, TakeTheirTextsFromTheFileAndItsFolder)
 
     const auto bare = start().getPresets()[0], one = manager().getPresets()[1];
     EXPECT_EQ (one.description, "Hot & loud");
-    EXPECT_EQ (join (one.categories), "|B|a|b") << "by code point";
+    EXPECT_EQ (one.categories.joinIntoString ("|"), "|B|a|b") << "by code point";
     EXPECT_EQ (one.path, config.preset ("User/Set/Low/one.tpre").getFullPathName());
     EXPECT_FALSE (one.factory);
     EXPECT_EQ (bare.author + bare.description, "");
@@ -202,7 +197,7 @@ TEST_F (Presets, LoadWithTheirAsymmetries)
         EXPECT_EQ (current(), name);
         EXPECT_EQ (plugin->get ("gain_single"), expectedGain);
         EXPECT_EQ (plugin->takeToasts(), toast);
-        EXPECT_EQ (join (recorder.calls), isLoaded ? "loaded " + std::string (name) : "");
+        EXPECT_EQ (recorder.calls.joinIntoString ("|"), isLoaded ? "loaded " + String (name) : String());
     };
 
     expectLoad (1, "Loud", 9.0);
