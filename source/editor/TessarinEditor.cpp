@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/WindowSystemErrors.h"
+#include "editor/PaintOrigin.h"
 #include "settings/Settings.h"
 
 namespace tessarin
@@ -52,6 +53,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
 {
     setLookAndFeel (&lookAndFeel->lookAndFeel);
     setOpaque (true);
+    setCachedComponentImage (new PaintOrigin (*this));
 
     // The focus falls here when a dialog goes, and not on the first button of the bar.
     setWantsKeyboardFocus (true);

@@ -12,6 +12,7 @@
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
 #include "look/TessarinLookAndFeel.h"
+#include "widgets/FrameClock.h"
 #include "widgets/TooltipPanel.h"
 
 namespace tessarin
@@ -110,6 +111,11 @@ private:
 
     const WindowEventPump windowEventPump;
 
+protected:
+    /** The product starts it when the window is complete. */
+    luna::FrameClock frameClock;
+
+private:
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinEditor)
 };
 

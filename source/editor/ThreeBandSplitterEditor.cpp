@@ -316,6 +316,30 @@ juce::String ThreeBandSplitterEditor::getTooltip()
 //======================================================================================================================
 // Painting
 
+ThreeBandSplitterEditor::Overlay ThreeBandSplitterEditor::getOverlay() const
+{
+    const auto stateOf = [] (const Band& band)
+    { return 2 * isOn (band.muteParameter) + isOn (band.enableParameter); };
+    const auto hoveredIndex = hoveredBand != nullptr ? hoveredBand->index : -1;
+
+    return { lowCrossoverX,      highCrossoverX,     getSoloBand (bands[0].soloParameter),
+             stateOf (bands[0]), stateOf (bands[1]), stateOf (bands[2]),
+             hoveredHandle,      hoveredIndex,       hoverMute,
+             hoverSolo,          hoverEnable };
+}
+
+void ThreeBandSplitterEditor::timerCallback()
+{
+    refreshBandBounds();
+
+    const auto before = std::exchange (overlay, getOverlay());
+
+    if (overlay != before)
+        refresh();
+    else
+        SpectrumAnalyser::timerCallback();
+}
+
 void ThreeBandSplitterEditor::paintOverChildren (juce::Graphics& g)
 {
     refreshBandBounds();

@@ -52,6 +52,7 @@ public:
     void mouseDrag (const juce::MouseEvent&) override;
     void mouseUp (const juce::MouseEvent&) override;
     void enablementChanged() override;
+    void timerCallback() override;
     void paintOverChildren (juce::Graphics&) override;
 
     void plotChanged() override { updateBandBounds(); }
@@ -98,6 +99,11 @@ private:
         bool hovered = false;
     };
 
+    /** All that is painted over the spectrum, as numbers. */
+    using Overlay = std::array<int, 11>;
+
+    [[nodiscard]] Overlay getOverlay() const;
+
     void refreshBandBounds()
     {
         if (boundsAreStale)
@@ -126,6 +132,9 @@ private:
     juce::RangedAudioParameter* draggedCrossover = nullptr;
 
     std::atomic<bool> boundsAreStale { false };
+
+    /** Of the last frame. */
+    Overlay overlay {};
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ThreeBandSplitterEditor)
 };

@@ -2,6 +2,8 @@
 
 #include "common/ColourIds.h"
 
+#include <utility>
+
 namespace luna::temp
 {
 
@@ -16,6 +18,7 @@ void LevelMeter::timerCallback()
     if (channel == nullptr)
         return;
 
+    const auto before = getLook();
     const auto data = channel->getData();
     peak = data.peak;
     rms = data.rms;
@@ -23,7 +26,40 @@ void LevelMeter::timerCallback()
     maxPeak = data.maxPeak;
     maxRms = data.maxRms;
 
-    repaint();
+    repaintChanges (before, getLook());
+}
+
+LevelMeter::Look LevelMeter::getLook() const noexcept
+{
+    constexpr auto smallestHold = 0.01;
+
+    // The 3 dB can lift RMS over the peak.
+    const auto isCovered = showPeak && getBarProportion (rms, true) > getBarProportion (peak, false);
+    const auto showsLine = showHold && heldPeak > smallestHold && getHeight() >= getWidth();
+
+    return { getBar (peak, false), getBar (isCovered ? peak : rms, ! isCovered),
+             showsLine ? getHoldLineY() : -1, isOver() };
+}
+
+void LevelMeter::repaintChanges (const Look& before, const Look& now)
+{
+    if (now.isOver != before.isOver)
+    {
+        repaint();
+        return;
+    }
+
+    for (const auto& [a, b] :
+         { std::pair (before.peakBar, now.peakBar), std::pair (before.rmsBar, now.rmsBar) })
+    {
+        juce::RectangleList<int> difference (a.getUnion (b));
+        difference.subtract (a.getIntersection (b));
+        repaint (difference.getBounds());
+    }
+
+    if (now.holdLine != before.holdLine)
+        for (const auto line : { before.holdLine, now.holdLine })
+            repaint (0, line, getWidth(), 1);
 }
 
 void LevelMeter::enablementChanged()
@@ -66,29 +102,24 @@ void LevelMeter::paint (juce::Graphics& g)
         return;
 
     const auto barColour = findColour (isOver() ? ColourIds::meterOverColourId : ColourIds::meterBarColourId);
-    const auto peakBar = getBar (peak, false);
+    const auto look = getLook();
 
     if (showPeak)
     {
         g.setColour (showRms && ! isOver() ? barColour.darker (0.4f) : barColour);
-        g.fillRect (peakBar);
+        g.fillRect (look.peakBar);
     }
 
     if (showRms)
     {
-        // The 3 dB can lift RMS over the peak.
-        const auto isCovered = showPeak && getBarProportion (rms, true) > getBarProportion (peak, false);
-
         g.setColour (barColour);
-        g.fillRect (isCovered ? peakBar : getBar (rms, true));
+        g.fillRect (look.rmsBar);
     }
 
-    constexpr auto smallestHold = 0.01;
-
-    if (showHold && heldPeak > smallestHold && getHeight() >= getWidth())
+    if (look.holdLine >= 0)
     {
         g.setColour (findColour (isOver() ? ColourIds::meterOverColourId : ColourIds::meterHoldColourId));
-        g.fillRect (0, getHoldLineY(), getWidth(), 1);
+        g.fillRect (0, look.holdLine, getWidth(), 1);
     }
 }
 

@@ -42,6 +42,18 @@ public:
     bool showHold = true;
 
 private:
+    /** What of the levels is seen. */
+    struct Look
+    {
+        juce::Rectangle<int> peakBar, rmsBar;
+
+        /** The row of the line, or -1. */
+        int holdLine = -1;
+        bool isOver = false;
+    };
+
+    [[nodiscard]] Look getLook() const noexcept;
+    void repaintChanges (const Look& before, const Look& now);
     [[nodiscard]] double getBarProportion (double level, bool isRms) const noexcept;
 
     [[nodiscard]] bool isOver() const noexcept { return heldPeak > 1.0; }

@@ -1,5 +1,7 @@
 #include "LevelMeterPeakValue.h"
 
+#include "widgets/VisibleInWindow.h"
+
 namespace luna::temp
 {
 
@@ -19,9 +21,15 @@ void LevelMeterPeakValue::mouseDown (const juce::MouseEvent&)
 
 void LevelMeterPeakValue::timerCallback()
 {
-    const auto isLive = isEnabled() && isShowing();
+    const auto isLive = isEnabled() && isVisibleInWindow (*this);
     const auto level = kind == maximumRms ? meter->maxRms : meter->maxPeak;
 
+    // Most frames bring nothing new, and a text is worth a look before it is made.
+    if (isLive == wasLive && juce::exactlyEqual (level, shownLevel))
+        return;
+
+    wasLive = isLive;
+    shownLevel = level;
     setText (isLive ? format (level, kind) : juce::String ("-"), juce::dontSendNotification);
 }
 

@@ -32,6 +32,10 @@ public:
     int kind;
 
 private:
+    /** Of the text. */
+    bool wasLive = false;
+    double shownLevel = 0.0;
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (LevelMeterPeakValue)
 };
 

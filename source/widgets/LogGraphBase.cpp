@@ -27,6 +27,7 @@ void LogGraphBase::resized()
 {
     plot = { margin, margin, juce::jmax (0, getWidth() - 2 * margin),
              juce::jmax (0, getHeight() - 2 * margin) };
+    isStale = true;
     plotChanged();
 }
 
@@ -53,6 +54,12 @@ void LogGraphBase::readColours()
     gridTextColour = findColour (ColourIds::graphGridTextColourId);
     labelColour = findColour (ColourIds::graphLabelColourId);
     gridDrawColour = dimmedIfDisabled (gridColour);
+    refresh();
+}
+
+void LogGraphBase::refresh()
+{
+    isStale = true;
     repaint();
 }
 
@@ -139,6 +146,10 @@ void LogGraphBase::paintFrequencyLabels (juce::Graphics& g) const
 {
     constexpr auto labelWidth = 40;
     constexpr auto smallestFullWidth = 400;
+
+    // In most frames the plot alone is painted anew.
+    if (g.getClipBounds().getBottom() <= plot.getBottom())
+        return;
 
     g.setColour (dimmedIfDisabled (labelColour));
     g.setFont (labelFontHeight);

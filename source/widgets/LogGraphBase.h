@@ -61,6 +61,12 @@ protected:
     void paintDecibelLabels (juce::Graphics&) const;
     void paintFrequencyLabels (juce::Graphics&) const;
 
+    /** Repaints all of it, with the data of that moment. */
+    void refresh();
+
+    /** All of it is painted next, and need not fit what the screen shows. */
+    bool isStale = true;
+
 private:
     void readColours();
     [[nodiscard]] juce::Colour dimmedIfDisabled (juce::Colour) const;

@@ -34,8 +34,14 @@ juce::String RealtimeLabel::getValueText() const
 
 void RealtimeLabel::timerCallback()
 {
+    // Most frames bring nothing new, and a text is worth a look before it is made.
+    if (juce::exactlyEqual (*source, comparedValue))
+        return;
+
+    comparedValue = *source;
+
     if (getValueText() != shownText)
-        repaint();
+        refresh();
 }
 
 namespace
@@ -77,6 +83,12 @@ void RealtimeLabel::readLookAndFeel()
     disabledTextColour = findColour (ColourIds::disabledTextColourId);
     nameFont = juce::Font (juce::FontOptions (FontHeights::control));
     valueFont = nameFont.boldened();
+    refresh();
+}
+
+void RealtimeLabel::refresh()
+{
+    shownText = getValueText();
     repaint();
 }
 
@@ -93,7 +105,6 @@ void RealtimeLabel::paint (juce::Graphics& g)
     };
 
     drawRow (0, name, nameFont, isEnabled() ? textColour : disabledTextColour);
-    shownText = getValueText();
     drawRow (1, shownText, valueFont, isEnabled() ? highlightedTextColour : textColour);
 }
 

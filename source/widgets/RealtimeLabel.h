@@ -3,6 +3,7 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
+#include <limits>
 
 /** A readout of two lines, a name and a value that it polls about 30 times a second. Disabled, it shows "-".
 
@@ -20,7 +21,7 @@ public:
 
     void parentHierarchyChanged() override { readLookAndFeel(); }
 
-    void enablementChanged() override { repaint(); }
+    void enablementChanged() override { refresh(); }
 
     void paint (juce::Graphics&) override;
     void resized() override;
@@ -44,8 +45,12 @@ public:
 
 private:
     void readLookAndFeel();
+    void refresh();
 
     juce::String shownText;
+
+    /** The last one that was compared with the text; no number before. */
+    float comparedValue = std::numeric_limits<float>::quiet_NaN();
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (RealtimeLabel)
 };

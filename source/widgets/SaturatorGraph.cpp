@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace luna
 {
@@ -21,6 +22,27 @@ SaturatorGraph::SaturatorGraph()
 
 void SaturatorGraph::timerCallback()
 {
+    if (! isEnabled() || isStale)
+        return;
+
+    if (saturator == nullptr)
+    {
+        if (saturator != std::exchange (drawnSaturator, nullptr))
+            repaint();
+
+        return;
+    }
+
+    if (updateCurve())
+        repaint();
+
+    const auto before = std::exchange (levelArea, getLevelArea (saturator->envelope));
+    tiles.repaintDifference (before, levelArea);
+}
+
+void SaturatorGraph::refresh()
+{
+    isStale = true;
     repaint();
 }
 
@@ -35,6 +57,7 @@ void SaturatorGraph::resized()
                                            juce::jmax (0, getHeight() - 2 * margin));
     background.setBounds (getLocalBounds());
     rebuildPaths();
+    isStale = true;
 }
 
 void SaturatorGraph::colourChanged()
@@ -50,7 +73,7 @@ void SaturatorGraph::parentHierarchyChanged()
 
 void SaturatorGraph::enablementChanged()
 {
-    repaint();
+    refresh();
 }
 
 void SaturatorGraph::readColours()
@@ -60,7 +83,7 @@ void SaturatorGraph::readColours()
     lineColour = findColour (ColourIds::textColourId);
     disabledLineColour = findColour (ColourIds::disabledTextColourId);
     background.repaint();
-    repaint();
+    refresh();
 }
 
 juce::String SaturatorGraph::getTooltip()
@@ -85,7 +108,7 @@ void SaturatorGraph::setViewMode (ViewMode newMode)
 
     rebuildPaths();
     background.repaint();
-    repaint();
+    refresh();
 }
 
 void SaturatorGraph::mouseDown (const juce::MouseEvent& event)
@@ -169,9 +192,12 @@ void SaturatorGraph::rebuildPaths()
         path->clear();
 
     drawnSaturator = saturator;
+    outputs.clear();
 
     if (saturator == nullptr || plot.isEmpty())
         return;
+
+    computeOutputs (outputs);
 
     if (viewMode == ViewMode::amplitude)
         rebuildAmplitudePaths();
@@ -181,10 +207,51 @@ void SaturatorGraph::rebuildPaths()
     finishPaths();
 }
 
-void SaturatorGraph::addColumn (int column, float input, float output)
+float SaturatorGraph::getInputOf (int column) const noexcept
+{
+    const auto start = static_cast<double> (getRange().start);
+    const auto size = static_cast<double> (getRange().end) - start;
+
+    // The product first, and in double precision: exactly 0 in the middle column of the amplitude view.
+    return static_cast<float> (size * column / plot.getWidth() + start);
+}
+
+void SaturatorGraph::computeOutputs (std::vector<float>& results) const
+{
+    results.resize (static_cast<size_t> (plot.getWidth()));
+
+    for (auto column = 0; column < plot.getWidth(); ++column)
+    {
+        const auto input = getInputOf (column);
+        results[static_cast<size_t> (column)] =
+            viewMode == ViewMode::amplitude
+                ? saturator->processSample (input)
+                : decibels::fromGain (saturator->processSample (decibels::toGain (input)));
+    }
+}
+
+/** Whether the curve is another one than the paths show. Most changes of a section leave it as it is. */
+bool SaturatorGraph::updateCurve()
+{
+    const auto isAnother = saturator != drawnSaturator;
+
+    if (! isAnother && saturator->seenChangeCount == saturator->changeCount)
+        return false;
+
+    saturator->seenChangeCount = saturator->changeCount;
+    computeOutputs (newOutputs);
+
+    if (! isAnother && newOutputs == outputs)
+        return false;
+
+    rebuildPaths();
+    return true;
+}
+
+void SaturatorGraph::addColumn (int column, float input)
 {
     const auto x = static_cast<float> (plot.getX() + column);
-    const auto outputY = getYOf (output);
+    const auto outputY = getYOf (outputs[static_cast<size_t> (column)]);
     const auto inputY = getYOf (input);
 
     if (column == 0)
@@ -206,17 +273,14 @@ void SaturatorGraph::rebuildAmplitudePaths()
     const auto left = static_cast<float> (plot.getX());
     const auto right = static_cast<float> (plot.getRight());
     const auto middle = getYOf (0.0f);
-    const auto start = static_cast<double> (amplitudeRange.start);
-    const auto size = static_cast<double> (amplitudeRange.end) - start;
     auto isBelowZero = true;
 
     fillPath.startNewSubPath (left, middle);
 
     for (auto i = 0; i < plot.getWidth(); ++i)
     {
-        // The product first, and in double precision: exactly 0 in the middle column.
-        const auto input = static_cast<float> (size * i / plot.getWidth() + start);
-        addColumn (i, input, saturator->processSample (input));
+        const auto input = getInputOf (i);
+        addColumn (i, input);
 
         if (isBelowZero && input >= 0.0f)
         {
@@ -237,17 +301,11 @@ void SaturatorGraph::rebuildAmplitudePaths()
 void SaturatorGraph::rebuildDecibelPaths()
 {
     const auto bottom = getYOf (decibelRange.start);
-    const auto start = static_cast<double> (decibelRange.start);
-    const auto size = static_cast<double> (decibelRange.end) - start;
 
     fillPath.startNewSubPath (static_cast<float> (plot.getX()), bottom);
 
     for (auto i = 0; i < plot.getWidth(); ++i)
-    {
-        const auto input = static_cast<float> (size * i / plot.getWidth() + start);
-        const auto output = saturator->processSample (decibels::toGain (input));
-        addColumn (i, input, decibels::fromGain (output));
-    }
+        addColumn (i, getInputOf (i));
 
     fillPath.lineTo (static_cast<float> (plot.getRight()), bottom);
     fillPath.closeSubPath();
@@ -282,16 +340,21 @@ void SaturatorGraph::paintOverChildren (juce::Graphics& g)
     if (! isEnabled() || saturator == nullptr)
         return;
 
-    if (saturator != drawnSaturator || saturator->seenChangeCount != saturator->changeCount)
+    if (std::exchange (isStale, false) || saturator != drawnSaturator)
     {
-        saturator->seenChangeCount = saturator->changeCount;
-        rebuildPaths();
+        updateCurve();
+        levelArea = getLevelArea (saturator->envelope);
     }
 
-    if (const auto area = getLevelArea (saturator->envelope); ! area.isEmpty())
+    tiles.paint (g, [this, &g] (juce::Range<int>) { paintCurve (g); });
+}
+
+void SaturatorGraph::paintCurve (juce::Graphics& g) const
+{
+    if (! levelArea.isEmpty())
     {
         const juce::Graphics::ScopedSaveState state (g);
-        g.reduceClipRegion (area);
+        g.reduceClipRegion (levelArea);
         g.setColour (lineColour.withAlpha (0.5f));
         g.fillPath (fillPath);
     }

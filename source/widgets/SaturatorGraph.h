@@ -1,10 +1,12 @@
 #pragma once
 
 #include "dsp/Saturator.h"
+#include "widgets/PaintTiles.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
+#include <vector>
 
 namespace luna
 {
@@ -108,12 +110,18 @@ private:
     void readColours();
     void showMenu();
 
+    void refresh();
+    bool updateCurve();
+    [[nodiscard]] float getInputOf (int column) const noexcept;
+    void computeOutputs (std::vector<float>& results) const;
+
     void rebuildPaths();
     void rebuildAmplitudePaths();
     void rebuildDecibelPaths();
     void addReferenceLine (float value);
-    void addColumn (int column, float input, float output);
+    void addColumn (int column, float input);
     void finishPaths();
+    void paintCurve (juce::Graphics&) const;
 
     // The lines as areas, so that a frame strokes nothing anew.
     juce::Path curveStroke;
@@ -122,6 +130,16 @@ private:
 
     /** Whose curve the paths show. */
     const Saturator* drawnSaturator = nullptr;
+
+    /** The curve's output for each column of the plot, on the present scale. */
+    std::vector<float> outputs, newOutputs;
+
+    /** The columns that are filled. */
+    juce::Rectangle<int> levelArea;
+    const PaintTiles tiles { *this };
+
+    /** All of it is painted next, and need not fit what the screen shows. */
+    bool isStale = true;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (SaturatorGraph)
 };

@@ -2,7 +2,7 @@
 
 #include "common/Decibels.h"
 
-#include <iterator>
+#include <utility>
 
 namespace luna
 {
@@ -31,6 +31,7 @@ SpectrumAnalyser::SpectrumAnalyser (const SpectrumData& sourceToShow) : source (
     decibelLabels = { 0, -12, -24, -36, -48, -60 };
 
     magnitudes.ensureStorageAllocated (numBins);
+    newMagnitudes.ensureStorageAllocated (numBins);
     heldMagnitudes.insertMultiple (0, 0.0f, numBins);
 
     setTitle ("Spectrum");
@@ -39,13 +40,19 @@ SpectrumAnalyser::SpectrumAnalyser (const SpectrumData& sourceToShow) : source (
 
 void SpectrumAnalyser::timerCallback()
 {
-    repaint();
+    if (! isEnabled() || isStale || ! readSource())
+        return;
+
+    auto area = spectrumPath.getBounds().getUnion (heldPath.getBounds());
+    rebuildPaths();
+    area = area.getUnion (spectrumPath.getBounds()).getUnion (heldPath.getBounds());
+    repaint (area.getSmallestIntegerContainer().expanded (1).getIntersection (plot));
 }
 
 void SpectrumAnalyser::mouseDown (const juce::MouseEvent&)
 {
     heldMagnitudes.fill (0.0f);
-    repaint();
+    refresh();
 }
 
 juce::Point<float> SpectrumAnalyser::getPointOf (double frequency, float magnitude) const noexcept
@@ -81,8 +88,11 @@ void SpectrumAnalyser::paintSpectrum (juce::Graphics& g)
     const juce::Graphics::ScopedSaveState state (g);
     g.reduceClipRegion (plot.reduced (1));
 
-    readSource();
-    rebuildPaths();
+    if (std::exchange (isStale, false))
+    {
+        readSource();
+        rebuildPaths();
+    }
 
     if ((layers & spectrumLayer) != 0)
     {
@@ -97,21 +107,28 @@ void SpectrumAnalyser::paintSpectrum (juce::Graphics& g)
     }
 }
 
-void SpectrumAnalyser::readSource()
+/** Whether anything has changed since the last time. */
+bool SpectrumAnalyser::readSource()
 {
-    magnitudes.clearQuick();
+    const auto oldRate = sampleRate;
+    newMagnitudes.clearQuick();
 
     {
         const juce::ScopedLock scope (source->lock);
-        magnitudes.addArray (source->magnitudes);
+        newMagnitudes.addArray (source->magnitudes);
         sampleRate = source->sampleRate;
     }
 
     // Before the source is prepared, it holds nothing.
-    magnitudes.resize (numBins);
+    newMagnitudes.resize (numBins);
+
+    const auto isNew = newMagnitudes != magnitudes || ! juce::exactlyEqual (sampleRate, oldRate);
+    magnitudes.swapWith (newMagnitudes);
 
     for (auto i = 0; i < numBins; ++i)
         heldMagnitudes.setUnchecked (i, juce::jmax (heldMagnitudes[i], magnitudes[i]));
+
+    return isNew;
 }
 
 void SpectrumAnalyser::rebuildPaths()

@@ -45,12 +45,12 @@ public:
         backgroundLayer | gridLayer | frequencyLabelLayer | decibelLabelLayer | spectrumLayer | heldLayer;
 
 private:
-    void readSource();
+    bool readSource();
     void rebuildPaths();
     void paintSpectrum (juce::Graphics&);
 
     // Kept from frame to frame for their storage.
-    juce::Array<float> magnitudes;
+    juce::Array<float> magnitudes, newMagnitudes;
     juce::Path spectrumPath;
     juce::Path heldPath;
     double sampleRate = 0.0;

@@ -1,7 +1,16 @@
 #include "WaveformGraph.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace luna
 {
+
+namespace
+{
+/** How far a column of the line shows: to its neighbours, and in the joins with them. */
+constexpr auto lineReach = 5;
+} // namespace
 
 WaveformGraph::WaveformGraph (WaveformHistory& historyToShow) : history (&historyToShow)
 {
@@ -13,6 +22,17 @@ WaveformGraph::WaveformGraph (WaveformHistory& historyToShow) : history (&histor
 
 void WaveformGraph::timerCallback()
 {
+    if (! isEnabled())
+        return;
+
+    std::swap (picture, previous);
+    readHistory();
+    repaintChanges();
+}
+
+void WaveformGraph::refresh()
+{
+    isStale = true;
     repaint();
 }
 
@@ -36,7 +56,7 @@ void WaveformGraph::parentHierarchyChanged()
 
 void WaveformGraph::enablementChanged()
 {
-    repaint();
+    refresh();
 }
 
 void WaveformGraph::readColours()
@@ -50,7 +70,7 @@ void WaveformGraph::readColours()
         lineColour = tapStyles.getLast().second;
 
     background.repaint();
-    repaint();
+    refresh();
 }
 
 juce::String WaveformGraph::getTooltip()
@@ -77,26 +97,33 @@ void WaveformGraph::paintOverChildren (juce::Graphics& g)
     if (! isEnabled() || tapStyles.isEmpty())
         return;
 
-    readHistory();
+    if (std::exchange (isStale, false))
+        readHistory();
 
-    for (auto i = 0; i < tapStyles.size(); ++i)
+    tiles.paint (g, [&] (juce::Range<int> tile) { paintTaps (g, tile.expanded (2 * lineReach)); });
+    g.setColour (lineColour);
+    g.fillRect (picture.writeIndex, 0, 1, getHeight());
+}
+
+void WaveformGraph::paintTaps (juce::Graphics& g, juce::Range<int> shown)
+{
+    for (size_t i = 0; i < picture.taps.size(); ++i)
     {
-        const auto& [style, colour] = tapStyles.getReference (i);
-        const auto& values = tapValues[static_cast<size_t> (i)];
+        const auto& columns = picture.taps[i];
+        const auto& [style, colour] = tapStyles.getReference (static_cast<int> (i));
+        const auto part = shown.getIntersectionWith ({ 0, static_cast<int> (columns.size()) });
 
         if (style == WaveformTap::filledBars)
-            paintBars (g, values, colour);
+            paintBars (g, columns, part, colour);
         else
-            paintLine (g, values, colour);
+            paintLine (g, columns, part, colour);
     }
-
-    g.setColour (lineColour);
-    g.fillRect (writeIndex, 0, 1, getHeight());
 }
 
 void WaveformGraph::readHistory()
 {
     tapValues.resize (static_cast<size_t> (tapStyles.size()));
+    picture.taps.resize (tapValues.size());
 
     // Room for the copies is made before the audio thread has to wait for them.
     for (auto& values : tapValues)
@@ -105,32 +132,94 @@ void WaveformGraph::readHistory()
         values.ensureStorageAllocated (getWidth());
     }
 
-    const juce::ScopedLock scope (history->lock);
+    {
+        const juce::ScopedLock scope (history->lock);
+
+        for (size_t i = 0; i < tapValues.size(); ++i)
+        {
+            const auto& tap = history->taps.getReference (static_cast<int> (i));
+            tapValues[i].addArray (tap.values);
+            picture.writeIndex = tap.writeIndex;
+        }
+    }
 
     for (size_t i = 0; i < tapValues.size(); ++i)
     {
-        const auto& tap = history->taps.getReference (static_cast<int> (i));
-        tapValues[i].addArray (tap.values);
-        writeIndex = tap.writeIndex;
+        picture.taps[i].resize (static_cast<size_t> (tapValues[i].size()));
+        std::transform (tapValues[i].begin(), tapValues[i].end(), picture.taps[i].begin(),
+                        [this] (float db) { return getYOf (db); });
     }
 }
 
-void WaveformGraph::paintBars (juce::Graphics& g, const juce::Array<float>& values, juce::Colour colour)
+bool WaveformGraph::differsAt (int x) const noexcept
+{
+    const auto isMarked = x == picture.writeIndex;
+
+    if (isMarked != (x == previous.writeIndex))
+        return true;
+
+    const auto column = static_cast<size_t> (x);
+
+    for (size_t i = 0; i < picture.taps.size(); ++i)
+        if (column < picture.taps[i].size() && picture.taps[i][column] != previous.taps[i][column])
+            return true;
+
+    return false;
+}
+
+/** The write position sweeps, so that the columns that differ lie together, but for a frame in which it turns round. */
+void WaveformGraph::repaintChanges()
+{
+    const auto haveSameSize = [] (const Columns& a, const Columns& b) { return a.size() == b.size(); };
+
+    if (isStale || ! std::ranges::equal (picture.taps, previous.taps, haveSameSize))
+    {
+        repaint();
+        return;
+    }
+
+    juce::Range<int> run;
+
+    const auto repaintRun = [&]
+    {
+        if (! run.isEmpty())
+            tiles.repaint (run.expanded (lineReach));
+    };
+
+    for (auto x = 0; x < getWidth(); ++x)
+    {
+        if (! differsAt (x))
+            continue;
+
+        if (run.isEmpty() || x > run.getEnd() + 2 * lineReach)
+        {
+            repaintRun();
+            run = { x, x + 1 };
+        }
+
+        run.setEnd (x + 1);
+    }
+
+    repaintRun();
+}
+
+void WaveformGraph::paintBars (juce::Graphics& g, const Columns& columns, juce::Range<int> shown,
+                               juce::Colour colour)
 {
     const auto height = static_cast<float> (getHeight());
 
     // One outline around all columns: a hundred times cheaper to fill than as many rectangles.
     barPath.clear();
-    barPath.startNewSubPath (0.0f, height);
+    barPath.startNewSubPath (static_cast<float> (shown.getStart()), height);
 
-    for (auto i = 0; i < values.size(); ++i)
+    for (auto i = shown.getStart(); i < shown.getEnd(); ++i)
     {
-        const auto y = static_cast<float> (getYOf (values[i]));
+        const auto y = static_cast<float> (columns[static_cast<size_t> (i)]);
         barPath.lineTo (static_cast<float> (i), y);
         barPath.lineTo (static_cast<float> (i + 1), y);
     }
 
-    barPath.lineTo (static_cast<float> (values.size()), height);
+    barPath.lineTo (static_cast<float> (shown.getEnd()), height);
     barPath.closeSubPath();
 
     g.setGradientFill (
@@ -138,15 +227,17 @@ void WaveformGraph::paintBars (juce::Graphics& g, const juce::Array<float>& valu
     g.fillPath (barPath);
 }
 
-void WaveformGraph::paintLine (juce::Graphics& g, const juce::Array<float>& values, juce::Colour colour)
+void WaveformGraph::paintLine (juce::Graphics& g, const Columns& columns, juce::Range<int> shown,
+                               juce::Colour colour)
 {
     linePath.clear();
 
-    for (auto i = 0; i < values.size(); ++i)
+    for (auto i = shown.getStart(); i < shown.getEnd(); ++i)
     {
-        const juce::Point<float> point (static_cast<float> (i), static_cast<float> (getYOf (values[i])));
+        const juce::Point<float> point (static_cast<float> (i),
+                                        static_cast<float> (columns[static_cast<size_t> (i)]));
 
-        if (i == 0)
+        if (i == shown.getStart())
             linePath.startNewSubPath (point);
         else
             linePath.lineTo (point);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dsp/WaveformHistory.h"
+#include "widgets/PaintTiles.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -13,7 +14,8 @@ namespace luna
 /** The last five seconds of levels, one column per pixel. The write position sweeps over the picture, which
     does not scroll; a line marks it.
 
-    Message thread; sizes its history to its own width, and copies it once per frame.
+    Message thread; sizes its history to its own width. Once a frame it copies the history and asks for a repaint of the
+    columns that differ; a repaint of part of it draws that part of the copy.
 */
 class WaveformGraph final : public juce::Component, public juce::Timer, public juce::SettableTooltipClient
 {
@@ -69,16 +71,35 @@ public:
     juce::Colour lineColour;
 
 private:
+    /** The y of every column of a tap. */
+    using Columns = std::vector<int>;
+
+    /** What the screen shows. */
+    struct Picture
+    {
+        std::vector<Columns> taps;
+        int writeIndex = 0;
+    };
+
+    void refresh();
     void readColours();
     void readHistory();
-    void paintBars (juce::Graphics&, const juce::Array<float>& values, juce::Colour);
-    void paintLine (juce::Graphics&, const juce::Array<float>& values, juce::Colour);
+    void repaintChanges();
+    [[nodiscard]] bool differsAt (int x) const noexcept;
+    void paintTaps (juce::Graphics&, juce::Range<int> shown);
+    void paintBars (juce::Graphics&, const Columns&, juce::Range<int> shown, juce::Colour);
+    void paintLine (juce::Graphics&, const Columns&, juce::Range<int> shown, juce::Colour);
+
+    Picture picture, previous;
+    const PaintTiles tiles { *this };
+
+    /** All of it is painted next, and need not fit what the screen shows. */
+    bool isStale = true;
 
     // Kept from frame to frame for their storage.
     std::vector<juce::Array<float>> tapValues;
     juce::Path barPath;
     juce::Path linePath;
-    int writeIndex = 0;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (WaveformGraph)
 };

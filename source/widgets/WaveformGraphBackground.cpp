@@ -28,15 +28,20 @@ void WaveformGraph::GraphBackground::paint (juce::Graphics& g)
     constexpr auto labelMargin = 5;
     constexpr juce::uint8 lineAlpha = 0x1a;
 
+    // Nine frames of ten, only some columns are painted anew.
+    const auto showsLabels = g.getClipBounds().getRight() > getWidth() - graph.labelWidth;
     g.setFont (11.0f);
 
     for (const auto tick : graph.ticks)
     {
         const auto y = graph.getYOf (static_cast<float> (tick));
 
-        g.setColour (graph.lineColour);
-        g.drawText (juce::String (tick), 0, y - labelHeight / 2, getWidth() - labelMargin, labelHeight,
-                    juce::Justification::centredRight, false);
+        if (showsLabels)
+        {
+            g.setColour (graph.lineColour);
+            g.drawText (juce::String (tick), 0, y - labelHeight / 2, getWidth() - labelMargin, labelHeight,
+                        juce::Justification::centredRight, false);
+        }
 
         g.setColour (graph.lineColour.withAlpha (lineAlpha));
         g.fillRect (0, y, getWidth() - graph.labelWidth, 1);
