@@ -1,6 +1,7 @@
 #include "Screen.h"
 
 #include "Failure.h"
+#include "XLibrary.h"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -9,19 +10,6 @@
 
 namespace
 {
-/** A function of the X11 library, which is loaded with the first one, as JUCE does, so that the other commands
-    run without it. */
-template <typename Function>
-Function* find (const char* name)
-{
-    static juce::DynamicLibrary library ("libX11.so.6");
-
-    if (auto* function = reinterpret_cast<Function*> (library.getFunction (name)))
-        return function;
-
-    throw Failure ("libX11.so.6 cannot be loaded");
-}
-
 juce::Image copyOf (const XImage& pixels)
 {
     if (pixels.bits_per_pixel != 32 || pixels.red_mask != 0xff0000 || pixels.blue_mask != 0xff)
@@ -45,8 +33,8 @@ juce::Image copyOf (const XImage& pixels)
 juce::Image takeScreenPicture (unsigned long window, juce::Rectangle<int> area)
 {
     const std::unique_ptr<Display, int (*) (Display*)> display (
-        find<decltype (XOpenDisplay)> ("XOpenDisplay") (nullptr),
-        find<decltype (XCloseDisplay)> ("XCloseDisplay"));
+        findX11<decltype (XOpenDisplay)> ("XOpenDisplay") (nullptr),
+        findX11<decltype (XCloseDisplay)> ("XCloseDisplay"));
 
     if (display == nullptr)
         throw Failure ("there is no X server to take a picture from");
@@ -57,13 +45,13 @@ juce::Image takeScreenPicture (unsigned long window, juce::Rectangle<int> area)
     auto x = 0, y = 0;
     Window child = 0;
 
-    if (! find<decltype (XTranslateCoordinates)> ("XTranslateCoordinates") (
+    if (! findX11<decltype (XTranslateCoordinates)> ("XTranslateCoordinates") (
             display.get(), window, root, area.getX(), area.getY(), &x, &y, &child)
         || ! screen.contains (area.withPosition (x, y)))
         throw Failure ("the window is not wholly on the screen, which is " + juce::String (screen.getWidth())
                        + "x" + juce::String (screen.getHeight()));
 
-    auto* pixels = find<decltype (XGetImage)> ("XGetImage") (
+    auto* pixels = findX11<decltype (XGetImage)> ("XGetImage") (
         display.get(), root, x, y, static_cast<unsigned int> (area.getWidth()),
         static_cast<unsigned int> (area.getHeight()), AllPlanes, ZPixmap);
 
@@ -76,5 +64,5 @@ juce::Image takeScreenPicture (unsigned long window, juce::Rectangle<int> area)
 
 void surviveScreenErrors()
 {
-    find<decltype (XSetErrorHandler)> ("XSetErrorHandler") ([] (Display*, XErrorEvent*) { return 0; });
+    findX11<decltype (XSetErrorHandler)> ("XSetErrorHandler") ([] (Display*, XErrorEvent*) { return 0; });
 }
