@@ -107,6 +107,21 @@ void AudioLoop::setParameters (juce::int64 block)
                 parameter.setValue (static_cast<float> (step++ % 13) / 12.0f);
 }
 
+void AudioLoop::sweep (std::vector<HostedParameter*> parameters)
+{
+    const std::lock_guard lock (sweptLock);
+    swept = std::move (parameters);
+}
+
+void AudioLoop::sweepParameters()
+{
+    const auto value = static_cast<float> (std::abs (std::fmod (getSecondsPlayed(), 2.0) - 1.0));
+    const std::lock_guard lock (sweptLock);
+
+    for (auto* parameter : swept)
+        parameter->setValue (value);
+}
+
 void AudioLoop::run()
 {
     using Clock = std::chrono::steady_clock;
@@ -122,6 +137,7 @@ void AudioLoop::run()
         if (isAutomating)
             setParameters (framesPlayed / blockSize);
 
+        sweepParameters();
         fill (block, framesPlayed);
         host.process (block);
         framesPlayed += blockSize;

@@ -3,6 +3,8 @@
 #include "PluginHost.h"
 
 #include <atomic>
+#include <mutex>
+#include <vector>
 
 /** What a host's sound card does: a thread that gives the module a block whenever one is due, from a clip that
     is repeated. Nothing is heard. */
@@ -35,6 +37,9 @@ public:
         for ever. */
     void automate() noexcept { isAutomating = true; }
 
+    /** From now on each block has new values for these, which go up and down once in two seconds. Any thread. */
+    void sweep (std::vector<HostedParameter*> parameters);
+
     [[nodiscard]] double getSecondsPlayed() const noexcept
     {
         return static_cast<double> (framesPlayed.load()) / clip.sampleRate;
@@ -43,12 +48,15 @@ public:
 private:
     void run() override;
     void setParameters (juce::int64 block);
+    void sweepParameters();
     void fill (juce::AudioBuffer<float>& block, juce::int64 firstFrame) const;
 
     PluginHost& host;
     const Clip clip;
     std::atomic<juce::int64> framesPlayed { 0 };
     std::atomic<bool> isAutomating { false };
+    std::vector<HostedParameter*> swept;
+    std::mutex sweptLock;
 
     JUCE_DECLARE_NON_COPYABLE (AudioLoop)
 };

@@ -8,8 +8,7 @@
 #include "Screen.h"
 #include "ScriptControl.h"
 #include "TemporaryConfiguration.h"
-
-#include <sys/resource.h>
+#include "WindowCost.h"
 
 #include <cstring>
 #include <iostream>
@@ -85,71 +84,6 @@ private:
     int frames = 0, equalFrames = 0;
 };
 
-/** What the calling thread has taken of a core since it began. */
-double getThreadSeconds()
-{
-    rusage usage {};
-    getrusage (RUSAGE_THREAD, &usage);
-
-    const auto seconds = [] (const timeval& time)
-    { return static_cast<double> (time.tv_sec) + 1.0e-6 * static_cast<double> (time.tv_usec); };
-
-    return seconds (usage.ru_utime) + seconds (usage.ru_stime);
-}
-
-/** Prints what the message thread takes of a core with each layout shown, and ends. */
-class LoadMeter final : private juce::Timer
-{
-public:
-    LoadMeter (OpenSession& s, int secondsPerLayout) : session (s), seconds (secondsPerLayout) { show(); }
-
-private:
-    static constexpr auto warmUpSeconds = 1;
-
-    void show()
-    {
-        session.host.getParameter ("layout").setFromText (juce::String (layout));
-        isWarm = false;
-        startTimer (1000 * warmUpSeconds);
-    }
-
-    void timerCallback() override
-    {
-        session.guard ([this] { step(); });
-    }
-
-    void step()
-    {
-        const auto cpu = getThreadSeconds();
-        const auto now = juce::Time::getMillisecondCounterHiRes() / 1000.0;
-
-        if (! isWarm)
-        {
-            isWarm = true;
-            cpuAtStart = cpu;
-            start = now;
-            startTimer (1000 * seconds);
-            return;
-        }
-
-        const auto& size = session.getWindow().getViewArea();
-        std::cout << session.host.getParameter ("layout").getText().paddedRight (' ', 14) << size.getWidth()
-                  << 'x' << size.getHeight()
-                  << "  message thread: " << juce::String (100.0 * (cpu - cpuAtStart) / (now - start), 1)
-                  << " % of a core" << std::endl;
-
-        if (++layout == static_cast<int> (Layout::names.size()))
-            session.end();
-        else
-            show();
-    }
-
-    OpenSession& session;
-    int seconds, layout = 0;
-    bool isWarm = false;
-    double cpuAtStart = 0.0, start = 0.0;
-};
-
 juce::String themeFrom (const Arguments& arguments)
 {
     const auto theme = arguments.valueOf ("--theme", {});
@@ -162,36 +96,70 @@ juce::String themeFrom (const Arguments& arguments)
     return theme;
 }
 
-void runOpen (const Arguments& arguments)
+std::optional<EditorSize> sizeFrom (const Arguments& arguments)
 {
-    const auto scale = static_cast<float> (arguments.numberOf ("--scale", 1.0, 0.5, 4.0));
-    const TemporaryConfiguration configuration (themeFrom (arguments));
-    PluginHost host (findModule (arguments.valueOf ("--plugin", {})));
-    applySettings (host, arguments);
+    if (! arguments.has ("--size"))
+        return {};
 
-    surviveScreenErrors();
-    OpenSession session (host, AudioLoop::loadClip (arguments.valueOf ("--play", {})), scale);
+    return EditorSize::fromText (arguments.valueOf ("--size", {}));
+}
+
+/** All layouts and the common scales, or the one that is asked for. */
+WindowCost::Plan planFrom (const Arguments& arguments, PluginHost& host, float scale)
+{
+    WindowCost::Plan plan;
+    plan.seconds = arguments.numberOf ("--measure", 1.0, 0.1, 600.0);
+    plan.scales = arguments.has ("--scale") ? std::vector { scale } : std::vector { 1.0f, 1.5f, 2.0f };
+    plan.size = sizeFrom (arguments);
+
+    const auto names = toStringArray (Layout::names);
+    auto isChosen = false;
+
+    for (const auto& setting : arguments.valuesOf ("--set"))
+        isChosen = isChosen || setting.startsWith ("layout=");
+
+    for (auto layout = 0; layout < names.size(); ++layout)
+        if (! isChosen || host.getParameter ("layout").getText() == names[layout])
+            plan.layouts.push_back (layout);
+
+    return plan;
+}
+
+void openAndPlay (OpenSession& session, const Arguments& arguments)
+{
     session.openEditor();
 
-    if (arguments.has ("--size"))
-    {
-        const auto size = EditorSize::fromText (arguments.valueOf ("--size", {}));
-        session.getWindow().setEditorSize (size.width, size.height);
-    }
+    if (const auto size = sizeFrom (arguments))
+        session.getWindow().setEditorSize (size->width, size->height);
 
     std::unique_ptr<Photographer> photographer;
-    std::unique_ptr<LoadMeter> meter;
     std::unique_ptr<ScriptControl> script;
 
     if (arguments.has ("--screenshot"))
         photographer = std::make_unique<Photographer> (
             session, fileFromOperand (arguments.valueOf ("--screenshot", {})),
             arguments.numberOf ("--seconds", 0.5, 0.0, 600.0), arguments.has ("--force"));
-    else if (arguments.has ("--measure"))
-        meter = std::make_unique<LoadMeter> (session, arguments.integerOf ("--measure", 1, 1, 600));
     else if (arguments.has ("--script"))
         script = std::make_unique<ScriptControl> (session);
 
+    session.run();
+}
+
+void runOpen (const Arguments& arguments)
+{
+    const auto scale = static_cast<float> (arguments.numberOf ("--scale", 1.0, 0.5, 4.0));
+    const TemporaryConfiguration configuration (themeFrom (arguments));
+    const auto module = findModule (arguments.valueOf ("--plugin", {}));
+    PluginHost host (module);
+    applySettings (host, arguments);
+
+    surviveScreenErrors();
+    OpenSession session (host, AudioLoop::loadClip (arguments.valueOf ("--play", {})), scale);
+
+    if (! arguments.has ("--measure"))
+        return openAndPlay (session, arguments);
+
+    const WindowCost cost (session, module, planFrom (arguments, host, scale));
     session.run();
 }
 } // namespace
@@ -205,7 +173,9 @@ Command openCommand()
     return { "open",
              "",
              "opens the module's window, with audio running that nobody hears, until it is closed\n"
-             "Settings and presets are a fresh installation's in a temporary folder, never the user's.",
+             "Settings and presets are a fresh installation's in a temporary folder, never the user's.\n"
+             "With --measure, each layout is shown at the scales 1, 1.5 and 2, or what --scale and --set "
+             "layout=... say.",
              { ORVO_HOST_SETTINGS_OPTIONS,
                { "--size", "WxH", "the editor's size in its own pixels (else its first one)" },
                { "--scale", "F", "the host's scale factor, 0.5 to 4 (else 1)" },
@@ -214,7 +184,7 @@ Command openCommand()
                { "--screenshot", "FILE.png", "takes a picture when nothing moves any more, and ends" },
                { "--seconds", "S", "audio before the picture, up to 600 (else 0.5)" },
                { "--force", nullptr, "replaces an existing picture" },
-               { "--measure", "S", "prints the window's load in each layout, over S seconds, and ends" },
+               { "--measure", "S", "prints what the window costs, S seconds for each row, and ends" },
                { "--script", nullptr, "obeys and answers lines on the standard streams, for tests" },
                ORVO_HOST_PLUGIN_OPTION },
              runOpen,

@@ -22,6 +22,9 @@ public:
     OpenSession (PluginHost& host, AudioLoop::Clip clip, float scale);
     ~OpenSession();
 
+    /** For the next time that the editor is opened. */
+    void setScale (float newScale) noexcept { scale = newScale; }
+
     /** Throws while one is open, or not yet gone. */
     void openEditor();
 
