@@ -5,8 +5,8 @@
 
 #include <functional>
 
-/** A thread that goes through a session from its beginning to its end, in the order in which its work is written down. It
-    asks the message thread for what only that may do, and otherwise leaves it alone. */
+/** A thread that goes through a session from its beginning to its end, in the order in which its work is written
+    down. It asks the message thread for what only that may do, and otherwise leaves it alone. */
 class SessionThread : private juce::Thread
 {
 public:

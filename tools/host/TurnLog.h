@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
-/** What one thread, the one that makes it, does between its waits for events; it ends there too. A turn goes from one
-    return of poll() to the next call. Those calls and the allocations are told by TurnProbe.cpp and AllocationProbe.cpp,
-    which stand in the program alone. */
+/** What one thread does between its waits for events: the thread that makes this, and also deletes it. A turn goes
+    from one return of poll() to the next call. Those calls and the allocations are told by TurnProbe.cpp and
+    AllocationProbe.cpp, which stand in the program alone. */
 class TurnLog
 {
 public:

@@ -1,5 +1,5 @@
-// The program is linked so that JUCE's message loop, when it waits, calls this in place of the C library ("--wrap"). What
-// the module and X's libraries wait for within a turn belongs to it: they call the C library. Threads: any.
+// The program is linked so that JUCE's message loop, when it waits, calls this in place of the C library ("--wrap").
+// What the module and X's libraries wait for within a turn belongs to it: they call the C library. Threads: any.
 
 #include "TurnLog.h"
 

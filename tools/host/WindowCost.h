@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-/** Prints what the module's window costs, as its host sees it, and ends the session. Nothing of the module is asked: its
-    thread is watched from the program's side, and its painting from the X server's. */
+/** Prints what the module's window costs, as its host sees it, and ends the session. Nothing of the module is asked:
+    its thread is watched from the program's side, and its painting from the X server's. */
 class WindowCost final : private SessionThread
 {
 public:
