@@ -60,7 +60,6 @@ OrvoAudioProcessorEditor::OrvoAudioProcessorEditor (OrvoAudioProcessor& owner)
 
     // A child that is added is not told of its new look and feel.
     sendLookAndFeelChange();
-    frameClock.start (*this, [this] { return isShowing(); });
 }
 
 OrvoAudioProcessorEditor::~OrvoAudioProcessorEditor()

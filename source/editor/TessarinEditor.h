@@ -11,6 +11,7 @@
 #include "editor/PostedUpdate.h"
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
+#include "editor/WindowVisibility.h"
 #include "look/TessarinLookAndFeel.h"
 #include "widgets/FrameClock.h"
 #include "widgets/TooltipPanel.h"
@@ -109,13 +110,8 @@ private:
 
     RestoreListener restoreListener { *this };
 
-    const WindowEventPump windowEventPump;
-
-protected:
-    /** The product starts it when the window is complete. */
-    luna::FrameClock frameClock;
-
-private:
+    WindowEventPump windowEventPump { *this };
+    luna::FrameClock frameClock { *this, [this] { return isOnScreen (*this); } };
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinEditor)
 };
 

@@ -1,35 +1,53 @@
-#include "WindowEventPump.h"
-
 // The window system's headers define macros with everyday names, which go no further than this file.
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
+#include "WindowEventPump.h"
+
 #include <juce_events/native/juce_EventLoopInternal_linux.h>
-#include <juce_gui_basics/juce_gui_basics.h>
 
 namespace tessarin
 {
 
-WindowEventPump::WindowEventPump()
+namespace
 {
-    startTimerHz (30);
-}
-
-void WindowEventPump::timerCallback()
+/** Null without a server. */
+::Display* getDisplay()
 {
     const auto* system = juce::XWindowSystem::getInstanceWithoutCreating();
+    return system != nullptr ? system->getDisplay() : nullptr;
+}
+} // namespace
 
-    // Without a server there is none.
-    if (system == nullptr || system->getDisplay() == nullptr)
+WindowEventPump::WindowEventPump (juce::Component& window)
+    : screen (&window, [this] (double now) { look (now); })
+{
+}
+
+WindowEventPump::~WindowEventPump()
+{
+    cancelPendingUpdate();
+}
+
+void WindowEventPump::look (double now)
+{
+    constexpr auto secondsBetweenLooks = 0.03;
+
+    if (now < lastLook + secondsBetweenLooks)
         return;
+
+    lastLook = now;
 
     // What is still on its way to us wakes JUCE by itself; what JUCE has to say may wait here for no event at all.
-    const auto* symbols = juce::X11Symbols::getInstance();
+    if (auto* display = getDisplay();
+        display != nullptr && juce::X11Symbols::getInstance()->xEventsQueued (display, QueuedAfterFlush) > 0)
+        triggerAsyncUpdate();
+}
 
-    if (symbols->xEventsQueued (system->getDisplay(), QueuedAfterFlush) == 0)
-        return;
-
+void WindowEventPump::handleAsyncUpdate()
+{
     // An event may close the editor and delete this object.
-    juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (
-        symbols->xConnectionNumber (system->getDisplay()));
+    if (auto* display = getDisplay())
+        juce::LinuxEventLoopInternal::invokeEventLoopCallbackForFd (
+            juce::X11Symbols::getInstance()->xConnectionNumber (display));
 }
 
 } // namespace tessarin

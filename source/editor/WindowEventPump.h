@@ -1,6 +1,6 @@
 #pragma once
 
-#include <juce_events/juce_events.h>
+#include <juce_gui_basics/juce_gui_basics.h>
 
 namespace tessarin
 {
@@ -9,15 +9,22 @@ namespace tessarin
 
     JUCE looks for events when its connection to the X server has something to read. Whenever it asks whether the
     server is through with a frame, or where the pointer is, the X library takes all that has come from the connection
-    into a queue of its own; a click that came just then would lie there until the next event. Message thread.
+    into a queue of its own; a click that came just then would lie there until the next event. Looks once a
+    frame. Message thread.
 */
-class WindowEventPump final : private juce::Timer
+class WindowEventPump final : private juce::AsyncUpdater
 {
 public:
-    WindowEventPump();
+    explicit WindowEventPump (juce::Component& window);
+    ~WindowEventPump() override;
 
 private:
-    void timerCallback() override;
+    void look (double now);
+    void handleAsyncUpdate() override;
+
+    /** In the screen's time, in seconds. */
+    double lastLook = 0.0;
+    juce::VBlankAttachment screen;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (WindowEventPump)
 };

@@ -5,17 +5,11 @@
 namespace luna
 {
 
-namespace
+FrameClock::FrameClock (juce::Component& windowToWatch, std::function<bool()> isSeenToUse)
+    : window (windowToWatch),
+      isSeen (std::move (isSeenToUse)),
+      screen (&window, [this] (double now) { beat (now); })
 {
-/** Between two looks at whether anybody sees the window. */
-constexpr auto framesBetweenLooks = 30;
-} // namespace
-
-void FrameClock::start (juce::Component& window, std::function<bool()> isSeenToUse)
-{
-    isSeen = std::move (isSeenToUse);
-    takeOver (window);
-    startTimer (interval);
 }
 
 void FrameClock::takeOver (juce::Component& component)
@@ -31,21 +25,30 @@ void FrameClock::takeOver (juce::Component& component)
         takeOver (*child);
 }
 
-void FrameClock::timerCallback()
+/** As often as the screen is painted, which is more often than a frame, or less. */
+void FrameClock::beat (double now)
 {
-    if (--framesToLook < 0)
+    if (now < nextFrame)
+        return;
+
+    nextFrame = juce::jmax (nextFrame + 0.001 * interval, now);
+
+    if (movers.empty())
+        takeOver (window);
+
+    if (now >= nextLook)
     {
-        const auto isSeenNow = isSeen();
-        framesToLook = isSeenNow ? framesBetweenLooks : 0;
-
-        if (const auto wanted = isSeenNow ? interval : interval * framesBetweenLooks;
-            wanted != getTimerInterval())
-            startTimer (wanted);
-
-        if (! isSeenNow)
-            return;
+        constexpr auto secondsBetweenLooks = 1.0;
+        nextLook = now + secondsBetweenLooks;
+        wasSeen = isSeen();
     }
 
+    if (wasSeen)
+        showFrame();
+}
+
+void FrameClock::showFrame()
+{
     for (const auto& mover : movers)
         if (isVisibleInWindow (*mover.component))
             mover.timer->timerCallback();

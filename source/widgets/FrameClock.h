@@ -10,18 +10,19 @@ namespace luna
 
 /** One beat for all that moves in a window, so that a frame is one turn of the message loop and one paint.
 
-    A widget that moves has a timer of its own, and needs no clock where it stands alone. The clock stops those timers
-    and makes the same calls; what is not showing is left out. Message thread.
+    A widget that moves has a timer of its own, and needs no clock where it stands alone. The clock stops those timers when
+    the window is on a screen, and makes the same calls as often, just before the screen is painted; what is not visible is
+    left out. Without a window there is no beat. Message thread.
 */
-class FrameClock final : private juce::Timer
+class FrameClock final
 {
 public:
-    /** Of a frame, and of the timers of widgets that move, in milliseconds. */
+    /** Of the timers that it takes over, in milliseconds, and between two frames. */
     static constexpr int interval = 33;
 
-    /** Takes over everything in the window that runs a timer of that interval, and what it takes over lives as long as the
-        clock. `isSeen` is asked about once a second; while it says no, there are no frames. */
-    void start (juce::Component& window, std::function<bool()> isSeen);
+    /** What moves in the window lives as long as the clock. `isSeen` is asked about once a second; while it says no, there
+        are no frames. */
+    FrameClock (juce::Component& window, std::function<bool()> isSeen);
 
 private:
     struct Mover
@@ -31,11 +32,20 @@ private:
     };
 
     void takeOver (juce::Component&);
-    void timerCallback() override;
+    void beat (double now);
+    void showFrame();
 
+    juce::Component& window;
     std::function<bool()> isSeen;
     std::vector<Mover> movers;
-    int framesToLook = 0;
+
+    /** In the screen's time, in seconds. */
+    double nextFrame = 0.0, nextLook = 0.0;
+    bool wasSeen = true;
+
+    juce::VBlankAttachment screen;
+
+    JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (FrameClock)
 };
 
 } // namespace luna

@@ -60,7 +60,7 @@ private:
     /** A whole number of the screen's pixels, or else all there is. */
     [[nodiscard]] int getWidth() const
     {
-        constexpr auto tileWidth = 32;
+        constexpr auto tileWidth = 16;
         const auto pixels = tileWidth * juce::Component::getApproximateScaleFactorForComponent (&component);
         return std::abs (pixels - std::round (pixels)) < 1.0e-3f ? tileWidth
                                                                  : juce::jmax (1, component.getWidth());

@@ -26,7 +26,7 @@ TEST (WindowEventPump, BringsAnEventThatTheXLibraryTookFromTheConnection)
     juce::Desktop::setMousePosition (window.getScreenBounds().getCentre());
     ASSERT_EQ (juce::Desktop::getMousePosition(), window.getScreenBounds().getCentre());
 
-    const tessarin::WindowEventPump pump;
+    const tessarin::WindowEventPump pump (window);
 
     for (auto i = 0; i < 50 && ! window.isMouseOver(); ++i)
         dispatchMessages();
