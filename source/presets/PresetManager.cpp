@@ -17,12 +17,12 @@ namespace tessarin
 {
 
 PresetManager::PresetManager (Owner& ownerToUse, juce::AudioProcessorValueTreeState& parametersToUse,
-                              ToastManager* toasts,
-                              const std::function<void (juce::ValueTree&)>* restoredCallback)
+                              ToastManager* toastManagerToUse,
+                              const std::function<void (juce::ValueTree&)>* onStateRestoredToUse)
     : owner (ownerToUse),
       parameters (parametersToUse),
-      toastManager (toasts),
-      onStateRestored (restoredCallback)
+      toastManager (toastManagerToUse),
+      onStateRestored (onStateRestoredToUse)
 {
     const auto presetRoot = getConfigFolder().getChildFile ("Presets");
     factoryFolder = presetRoot.getChildFile ("Factory");
@@ -221,7 +221,7 @@ void PresetManager::finishSaving (juce::File chosen, const juce::String& text)
 void PresetManager::selectFile (const juce::File& file)
 {
     const auto toPath = [] (const juce::String& path) { return std::filesystem::path (path.toStdString()); };
-    const auto path = file.getFullPathName();
+    const auto& path = file.getFullPathName();
 
     if (selectFirst ([&] (const Preset& preset) { return preset.path == path; }))
         return;

@@ -31,22 +31,6 @@ void LogGraphBase::resized()
     plotChanged();
 }
 
-void LogGraphBase::colourChanged()
-{
-    readColours();
-}
-
-// A new parent may bring another look and feel, which is not announced.
-void LogGraphBase::parentHierarchyChanged()
-{
-    readColours();
-}
-
-void LogGraphBase::enablementChanged()
-{
-    readColours();
-}
-
 void LogGraphBase::readColours()
 {
     backgroundColour = findColour (ColourIds::graphBackgroundColourId);

@@ -16,9 +16,13 @@ public:
     virtual void plotChanged() {}
 
     void resized() override;
-    void colourChanged() override;
-    void parentHierarchyChanged() override;
-    void enablementChanged() override;
+
+    void colourChanged() override { readColours(); }
+
+    /** A new parent may bring another look and feel, which is not announced. */
+    void parentHierarchyChanged() override { readColours(); }
+
+    void enablementChanged() override { readColours(); }
 
     /** Decades of the frequency axis. */
     [[nodiscard]] double getDecades() const noexcept;

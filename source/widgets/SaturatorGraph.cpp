@@ -60,22 +60,6 @@ void SaturatorGraph::resized()
     isStale = true;
 }
 
-void SaturatorGraph::colourChanged()
-{
-    readColours();
-}
-
-// A new parent may bring another look and feel, which is not announced.
-void SaturatorGraph::parentHierarchyChanged()
-{
-    readColours();
-}
-
-void SaturatorGraph::enablementChanged()
-{
-    refresh();
-}
-
 void SaturatorGraph::readColours()
 {
     curveColour = findColour (ColourIds::primaryColourId);

@@ -50,10 +50,15 @@ public:
     SaturatorGraph();
 
     void resized() override;
+
+    void colourChanged() override { readColours(); }
+
+    /** A new parent may bring another look and feel, which is not announced. */
+    void parentHierarchyChanged() override { readColours(); }
+
+    void enablementChanged() override { refresh(); }
+
     void paintOverChildren (juce::Graphics&) override;
-    void colourChanged() override;
-    void parentHierarchyChanged() override;
-    void enablementChanged() override;
     void mouseDown (const juce::MouseEvent&) override;
     void timerCallback() override;
 

@@ -43,22 +43,6 @@ void WaveformGraph::resized()
     readColours();
 }
 
-void WaveformGraph::colourChanged()
-{
-    readColours();
-}
-
-// A new parent may bring another look and feel, which is not announced.
-void WaveformGraph::parentHierarchyChanged()
-{
-    readColours();
-}
-
-void WaveformGraph::enablementChanged()
-{
-    refresh();
-}
-
 void WaveformGraph::readColours()
 {
     tapStyles.clearQuick();

@@ -42,10 +42,15 @@ public:
     explicit WaveformGraph (WaveformHistory& history);
 
     void resized() override;
+
+    void colourChanged() override { readColours(); }
+
+    /** A new parent may bring another look and feel, which is not announced. */
+    void parentHierarchyChanged() override { readColours(); }
+
+    void enablementChanged() override { refresh(); }
+
     void paintOverChildren (juce::Graphics&) override;
-    void colourChanged() override;
-    void parentHierarchyChanged() override;
-    void enablementChanged() override;
     void timerCallback() override;
 
     /** The background's, unless this has its own. */
