@@ -1,5 +1,7 @@
 #include "LUFSMeter.h"
 
+#include "dsp/BufferLimits.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -35,37 +37,6 @@ float toPublishedLoudness (double meanSquare)
 constexpr auto largestHarmlessMagnitude = 1.0e6f;
 
 constexpr size_t channelsPerPass = 2;
-
-bool isWithin (const juce::AudioBuffer<float>& buffer, float limit, int start, int length)
-{
-    for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
-        if (! simd::kernels().isWithin (buffer.getReadPointer (channel, start), static_cast<size_t> (length),
-                                        limit))
-            return false;
-
-    return true;
-}
-
-bool isWithin (const juce::AudioBuffer<float>& buffer, float limit)
-{
-    return isWithin (buffer, limit, 0, buffer.getNumSamples());
-}
-
-/** Whether everything is below 1e-12. The first loud samples settle it. */
-bool isSilent (const juce::AudioBuffer<float>& buffer)
-{
-    constexpr auto slice = 64;
-    const auto limit = std::nextafter (1.0e-12f, 0.0f);
-
-    if (buffer.hasBeenCleared())
-        return true;
-
-    for (auto start = 0; start < buffer.getNumSamples(); start += slice)
-        if (! isWithin (buffer, limit, start, juce::jmin (slice, buffer.getNumSamples() - start)))
-            return false;
-
-    return true;
-}
 } // namespace
 
 LUFSMeter::LUFSMeter()
@@ -228,11 +199,6 @@ void LUFSMeter::weighAndSquare (const juce::AudioBuffer<float>& buffer)
         measured.clear();
         currentBlockIsSilent = freezeLoudnessRangeOnSilence;
     }
-}
-
-size_t LUFSMeter::numWeighed (const juce::AudioBuffer<float>& buffer) const noexcept
-{
-    return juce::jmin (bins.size(), preFilter.z1.size(), static_cast<size_t> (buffer.getNumChannels()));
 }
 
 /** One or two channels from `channel` on through both filters. */

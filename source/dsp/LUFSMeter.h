@@ -107,7 +107,12 @@ private:
     void sizeWindows (int numberOfChannels);
 
     bool statesAreHarmless() const noexcept;
-    size_t numWeighed (const juce::AudioBuffer<float>& buffer) const noexcept;
+
+    size_t numWeighed (const juce::AudioBuffer<float>& buffer) const noexcept
+    {
+        return juce::jmin (bins.size(), preFilter.z1.size(), static_cast<size_t> (buffer.getNumChannels()));
+    }
+
     void weighIntoCurrentBin (const juce::AudioBuffer<float>& buffer, int start, int length) noexcept;
     void weighAndSquare (const juce::AudioBuffer<float>& buffer);
     bool weigh (const juce::AudioBuffer<float>& buffer, size_t channel, size_t count, int start, int length,

@@ -30,10 +30,9 @@ void toggle (juce::RangedAudioParameter* parameter)
         setInOneGesture (*parameter, roundToSwitch (parameter->getValue()) ? 0.0f : 1.0f);
 }
 
-int getSoloBand (const juce::RangedAudioParameter* parameter)
+bool isOn (const juce::RangedAudioParameter* parameter)
 {
-    return parameter != nullptr ? roundToChoice (parameter->convertFrom0to1 (parameter->getValue()))
-                                : Solo::none;
+    return parameter != nullptr && roundToSwitch (parameter->getValue());
 }
 
 /** Another band's solo moves here in one step. */
@@ -41,12 +40,7 @@ void toggleSolo (const ThreeBandSplitterEditor::Band& band)
 {
     if (auto* parameter = band.soloParameter)
         setInOneGesture (*parameter, parameter->convertTo0to1 (static_cast<float> (
-                                         getSoloBand (parameter) == band.index ? Solo::none : band.index)));
-}
-
-bool isOn (const juce::RangedAudioParameter* parameter)
-{
-    return parameter != nullptr && roundToSwitch (parameter->getValue());
+                                         band.getSoloBand() == band.index ? Solo::none : band.index)));
 }
 
 std::unique_ptr<juce::Drawable> makePowerIcon (juce::Colour colour)
@@ -57,6 +51,23 @@ std::unique_ptr<juce::Drawable> makePowerIcon (juce::Colour colour)
     return icon;
 }
 } // namespace
+
+bool ThreeBandSplitterEditor::Band::isMuted() const
+{
+    return isOn (muteParameter);
+}
+
+bool ThreeBandSplitterEditor::Band::isEnabled() const
+{
+    return isOn (enableParameter);
+}
+
+int ThreeBandSplitterEditor::Band::getSoloBand() const
+{
+    return soloParameter != nullptr
+               ? roundToChoice (soloParameter->convertFrom0to1 (soloParameter->getValue()))
+               : Solo::none;
+}
 
 ThreeBandSplitterEditor::ThreeBandSplitterEditor (const SpectrumData& spectrum,
                                                   juce::AudioProcessorValueTreeState& stateToUse,
@@ -311,113 +322,4 @@ juce::String ThreeBandSplitterEditor::getTooltip()
         return "Mid/High Crossover: Drag to adjust the crossover frequency of the mid and high bands";
 
     return "Band Editor: Change band frequencies by dragging the vertical bars";
-}
-
-//======================================================================================================================
-// Painting
-
-ThreeBandSplitterEditor::Overlay ThreeBandSplitterEditor::getOverlay() const
-{
-    const auto stateOf = [] (const Band& band)
-    { return 2 * isOn (band.muteParameter) + isOn (band.enableParameter); };
-    const auto hoveredIndex = hoveredBand != nullptr ? hoveredBand->index : -1;
-
-    return { lowCrossoverX,      highCrossoverX,     getSoloBand (bands[0].soloParameter),
-             stateOf (bands[0]), stateOf (bands[1]), stateOf (bands[2]),
-             hoveredHandle,      hoveredIndex,       hoverMute,
-             hoverSolo,          hoverEnable };
-}
-
-void ThreeBandSplitterEditor::timerCallback()
-{
-    refreshBandBounds();
-
-    const auto before = std::exchange (overlay, getOverlay());
-
-    if (overlay != before)
-        refresh();
-    else
-        SpectrumAnalyser::timerCallback();
-}
-
-void ThreeBandSplitterEditor::paintOverChildren (juce::Graphics& g)
-{
-    refreshBandBounds();
-
-    if (isEnabled())
-        for (const auto& band : bands)
-            paintBand (g, band);
-
-    g.setColour (gridColour);
-    g.drawRect (plot, 1);
-
-    paintHandle (g, lowHandleBounds, hoveredHandle == 0);
-    paintHandle (g, highHandleBounds, hoveredHandle == 1);
-}
-
-void ThreeBandSplitterEditor::paintBand (juce::Graphics& g, const Band& band) const
-{
-    const auto isHovered = &band == hoveredBand;
-    const auto bounds = band.bounds.toFloat();
-
-    g.setGradientFill (juce::ColourGradient::vertical (
-        band.colour.withAlpha (isHovered ? 0.3f : 0.2f), bounds.getY(),
-        band.colour.withAlpha (isHovered ? 0.15f : 0.1f), bounds.getBottom()));
-    g.fillRect (bounds);
-
-    const auto solo = getSoloBand (band.soloParameter);
-    const auto isAnySolo = solo < Solo::none;
-    const auto isSolo = solo == band.index;
-
-    paintButton (g, { band.muteBounds, "M", muteColour, isOn (band.muteParameter), ! isAnySolo,
-                      isHovered && hoverMute });
-    paintButton (g, { band.soloBounds, "S", soloColour, isSolo, true, isHovered && hoverSolo });
-    paintButton (g, { band.enableBounds,
-                      {},
-                      enableColour,
-                      isOn (band.enableParameter),
-                      ! isAnySolo || isSolo,
-                      isHovered && hoverEnable });
-}
-
-void ThreeBandSplitterEditor::paintButton (juce::Graphics& g, const ButtonLook& button) const
-{
-    constexpr auto iconMargin = 5;
-    const auto area = button.bounds.toFloat();
-    const auto colour = button.active ? button.colour : inactiveColour;
-    const auto drawColour = button.hovered ? colour.brighter() : colour;
-    const auto isFilled = button.active && button.on;
-
-    g.setColour (buttonBackgroundColour.withAlpha (0.5f));
-    g.fillEllipse (area);
-    g.setColour (drawColour);
-
-    if (isFilled)
-        g.fillEllipse (area);
-    else
-        g.drawEllipse (area.reduced (0.5f), 1.0f);
-
-    if (button.label.isNotEmpty())
-    {
-        g.setColour (isFilled ? buttonBackgroundColour : drawColour);
-        g.setFont (juce::FontOptions (luna::FontHeights::control));
-        g.drawText (button.label, button.bounds, juce::Justification::centred, false);
-        return;
-    }
-
-    const auto& icon = isFilled ? enableIconOn : button.active ? enableIconOff : enableIconInactive;
-    icon->drawWithin (g, area.reduced (iconMargin), juce::RectanglePlacement::centred, 1.0f);
-}
-
-void ThreeBandSplitterEditor::paintHandle (juce::Graphics& g, juce::Rectangle<int> bounds,
-                                           bool isHovered) const
-{
-    constexpr auto dotSize = 8;
-    const auto centre = bounds.getX() + bounds.getWidth() / 2;
-    const auto middle = plot.getY() + plot.getHeight() / 2;
-
-    g.setColour (gridColour.withMultipliedLightness (isHovered ? 1.0f : 0.8f));
-    g.fillRect (centre - 1, plot.getY(), 2, plot.getHeight());
-    g.fillRoundedRectangle (
-        juce::Rectangle<int> (centre - dotSize / 2, middle - dotSize / 2, dotSize, dotSize).toFloat(), 8.0f);
 }

@@ -35,6 +35,12 @@ public:
         juce::RangedAudioParameter* soloParameter = nullptr;
 
         juce::RangedAudioParameter* enableParameter = nullptr;
+
+        [[nodiscard]] bool isMuted() const;
+        [[nodiscard]] bool isEnabled() const;
+
+        /** The index of the band that is heard alone, or `Solo::none`. */
+        [[nodiscard]] int getSoloBand() const;
     };
 
     /** `source` and `state` outlive the editor. */

@@ -1,0 +1,112 @@
+// What the band editor paints over the spectrum, and when it has to.
+
+#include "common/FontHeights.h"
+#include "common/Sections.h"
+#include "ThreeBandSplitterEditor.h"
+
+#include <utility>
+
+ThreeBandSplitterEditor::Overlay ThreeBandSplitterEditor::getOverlay() const
+{
+    const auto stateOf = [] (const Band& band) { return 2 * band.isMuted() + band.isEnabled(); };
+    const auto hoveredIndex = hoveredBand != nullptr ? hoveredBand->index : -1;
+
+    return { lowCrossoverX,      highCrossoverX,     bands[0].getSoloBand(),
+             stateOf (bands[0]), stateOf (bands[1]), stateOf (bands[2]),
+             hoveredHandle,      hoveredIndex,       hoverMute,
+             hoverSolo,          hoverEnable };
+}
+
+void ThreeBandSplitterEditor::timerCallback()
+{
+    refreshBandBounds();
+
+    const auto before = std::exchange (overlay, getOverlay());
+
+    if (overlay != before)
+        refresh();
+    else
+        SpectrumAnalyser::timerCallback();
+}
+
+void ThreeBandSplitterEditor::paintOverChildren (juce::Graphics& g)
+{
+    refreshBandBounds();
+
+    if (isEnabled())
+        for (const auto& band : bands)
+            paintBand (g, band);
+
+    g.setColour (gridColour);
+    g.drawRect (plot, 1);
+
+    paintHandle (g, lowHandleBounds, hoveredHandle == 0);
+    paintHandle (g, highHandleBounds, hoveredHandle == 1);
+}
+
+void ThreeBandSplitterEditor::paintBand (juce::Graphics& g, const Band& band) const
+{
+    const auto isHovered = &band == hoveredBand;
+    const auto bounds = band.bounds.toFloat();
+
+    g.setGradientFill (juce::ColourGradient::vertical (
+        band.colour.withAlpha (isHovered ? 0.3f : 0.2f), bounds.getY(),
+        band.colour.withAlpha (isHovered ? 0.15f : 0.1f), bounds.getBottom()));
+    g.fillRect (bounds);
+
+    const auto solo = band.getSoloBand();
+    const auto isAnySolo = solo < Solo::none;
+    const auto isSolo = solo == band.index;
+
+    paintButton (g,
+                 { band.muteBounds, "M", muteColour, band.isMuted(), ! isAnySolo, isHovered && hoverMute });
+    paintButton (g, { band.soloBounds, "S", soloColour, isSolo, true, isHovered && hoverSolo });
+    paintButton (g, { band.enableBounds,
+                      {},
+                      enableColour,
+                      band.isEnabled(),
+                      ! isAnySolo || isSolo,
+                      isHovered && hoverEnable });
+}
+
+void ThreeBandSplitterEditor::paintButton (juce::Graphics& g, const ButtonLook& button) const
+{
+    constexpr auto iconMargin = 5;
+    const auto area = button.bounds.toFloat();
+    const auto colour = button.active ? button.colour : inactiveColour;
+    const auto drawColour = button.hovered ? colour.brighter() : colour;
+    const auto isFilled = button.active && button.on;
+
+    g.setColour (buttonBackgroundColour.withAlpha (0.5f));
+    g.fillEllipse (area);
+    g.setColour (drawColour);
+
+    if (isFilled)
+        g.fillEllipse (area);
+    else
+        g.drawEllipse (area.reduced (0.5f), 1.0f);
+
+    if (button.label.isNotEmpty())
+    {
+        g.setColour (isFilled ? buttonBackgroundColour : drawColour);
+        g.setFont (juce::FontOptions (luna::FontHeights::control));
+        g.drawText (button.label, button.bounds, juce::Justification::centred, false);
+        return;
+    }
+
+    const auto& icon = isFilled ? enableIconOn : button.active ? enableIconOff : enableIconInactive;
+    icon->drawWithin (g, area.reduced (iconMargin), juce::RectanglePlacement::centred, 1.0f);
+}
+
+void ThreeBandSplitterEditor::paintHandle (juce::Graphics& g, juce::Rectangle<int> bounds,
+                                           bool isHovered) const
+{
+    constexpr auto dotSize = 8;
+    const auto centre = bounds.getX() + bounds.getWidth() / 2;
+    const auto middle = plot.getY() + plot.getHeight() / 2;
+
+    g.setColour (gridColour.withMultipliedLightness (isHovered ? 1.0f : 0.8f));
+    g.fillRect (centre - 1, plot.getY(), 2, plot.getHeight());
+    g.fillRoundedRectangle (
+        juce::Rectangle<int> (centre - dotSize / 2, middle - dotSize / 2, dotSize, dotSize).toFloat(), 8.0f);
+}
