@@ -57,13 +57,16 @@ public:
     }
 
 private:
-    /** A whole number of the screen's pixels, or else all there is. */
+    /** All there is, where a tile might begin between two of the screen's pixels: tiles overlap there, and what shines
+        through would be painted twice. */
     [[nodiscard]] int getWidth() const
     {
         constexpr auto tileWidth = 16;
-        const auto pixels = tileWidth * juce::Component::getApproximateScaleFactorForComponent (&component);
-        return std::abs (pixels - std::round (pixels)) < 1.0e-3f ? tileWidth
-                                                                 : juce::jmax (1, component.getWidth());
+        const auto* peer = component.getPeer();
+        const auto scale = juce::Component::getApproximateScaleFactorForComponent (&component)
+                           * static_cast<float> (peer != nullptr ? peer->getPlatformScaleFactor() : 1.0);
+        const auto isWhole = std::abs (scale - std::round (scale)) < 1.0e-3f;
+        return isWhole ? tileWidth : juce::jmax (1, component.getWidth());
     }
 
     juce::Component& component;

@@ -123,5 +123,42 @@ TEST_P (PartialPaint, OfASpectrum)
     });
 }
 
+/** Half of the light shines through; two coats would show. */
+struct ThinCoat final : juce::Component
+{
+    void paint (juce::Graphics& g) override
+    {
+        tiles.paint (g,
+                     [this, &g] (juce::Range<int>)
+                     {
+            g.setColour (juce::Colours::white.withAlpha (0.5f));
+            g.fillRect (getLocalBounds());
+        });
+    }
+
+    PaintTiles tiles { *this };
+};
+
+TEST (PaintTiles, CoverEachPixelOnceAtAnyScaleAndPlace)
+{
+    for (const auto scale : { 1.0f, 1.1f, 1.25f, 1.5f, 2.0f, 0.75f })
+    {
+        juce::Component parent, holder;
+        ThinCoat coat;
+        parent.setSize (250, 50);
+        holder.setBounds (0, 0, 110, 20);
+        holder.setTransform (juce::AffineTransform::scale (scale));
+        parent.addAndMakeVisible (holder);
+        holder.addAndMakeVisible (coat);
+        coat.setBounds (3, 1, 100, 15);
+
+        const auto row = pixels::runs (OffscreenWindow (parent).render(), false, 8);
+        ASSERT_GE (row.size(), 3u) << scale;
+
+        // Ground, coat, ground; at either end of the coat a pixel may be cut.
+        EXPECT_LE (row.size(), 5u) << scale;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P (Scales, PartialPaint, testing::Values (1.0f, 1.5f, 2.0f));
 } // namespace
