@@ -69,18 +69,20 @@ void addChainPairs (std::vector<Pair>& pairs)
     {
         const auto factor = std::to_string (1 << settings.exponent) + "x";
 
-        pairs.push_back ({ (settings.isMultiBand ? "MultiBand/" : "SingleBand/") + name + "/" + factor,
-                           [=]
-                           {
-            const auto chain = std::make_shared<reference::BlockChain> (settings, hostRate, defaultBlockSize);
-            return [chain] (juce::AudioBuffer<float>& buffer) { chain->process (buffer); };
-                          },
-                           [=]
-                           {
-            const auto process = std::make_shared<decltype (makeChain (0, 0, 0))> (
-                makeChain (settings.isMultiBand ? 1 : 0, settings.exponent, defaultBlockSize, settings.mode));
-            return [process] (juce::AudioBuffer<float>& buffer) { (*process) (buffer); };
-        } });
+        pairs.push_back (
+            { (settings.isMultiBand ? "MultiBand/" : "SingleBand/") + name + "/" + factor,
+              [=]
+              {
+                  const auto chain =
+                      std::make_shared<reference::BlockChain> (settings, hostRate, defaultBlockSize);
+                  return [chain] (juce::AudioBuffer<float>& buffer) { chain->process (buffer); };
+              },
+              [=]
+              {
+                  const auto process = std::make_shared<decltype (makeChain (0, 0, 0))> (makeChain (
+                      settings.isMultiBand ? 1 : 0, settings.exponent, defaultBlockSize, settings.mode));
+                  return [process] (juce::AudioBuffer<float>& buffer) { (*process) (buffer); };
+              } });
     };
 
     for (auto exponent : { 0, 1, 2, 3, 4 })

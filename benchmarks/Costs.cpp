@@ -44,7 +44,7 @@ Process makeInstances (const Setting& setting, int count)
             work.makeCopyOf (buffer, true);
             process (work);
         }
-        };
+    };
 }
 } // namespace
 

@@ -53,9 +53,9 @@ struct Meters : Picture
         feed (
             [this] (auto& block)
             {
-            levels.input.process (juce::dsp::AudioBlock<float> (block));
-            levels.output.process (juce::dsp::AudioBlock<float> (block));
-        });
+                levels.input.process (juce::dsp::AudioBlock<float> (block));
+                levels.output.process (juce::dsp::AudioBlock<float> (block));
+            });
         meters.setSize (170, 382);
     }
 
@@ -98,9 +98,9 @@ struct Spectrum : Picture
         feed (
             [this] (auto& block)
             {
-            for (auto i = 0; i < block.getNumSamples(); ++i)
-                data.pushSample (block.getSample (0, i));
-        });
+                for (auto i = 0; i < block.getNumSamples(); ++i)
+                    data.pushSample (block.getSample (0, i));
+            });
         graph.layers = layers;
         graph.minimumDecibels = -100;
         graph.setSize (1068, 100);
@@ -140,11 +140,11 @@ struct Waveform : Picture
             feed (
                 [&] (auto& block)
                 {
-                block.applyGain (static_cast<float> (pass) * 0.1f);
+                    block.applyGain (static_cast<float> (pass) * 0.1f);
 
-                for (auto tap : { 0, 1 })
-                    history.push (tap, 2, block.getArrayOfReadPointers(), 0, block.getNumSamples());
-            });
+                    for (auto tap : { 0, 1 })
+                        history.push (tap, 2, block.getArrayOfReadPointers(), 0, block.getNumSamples());
+                });
     }
 
     WaveformHistory history;
@@ -158,17 +158,18 @@ void addFrameRow (const char* name, Make make, Draw draw)
     benchmark::RegisterBenchmark (name,
                                   [=] (benchmark::State& state)
                                   {
-        const auto picture = make();
+                                      const auto picture = make();
 
-        for (auto _ : state)
-        {
-            draw (*picture);
-            benchmark::ClobberMemory();
-        }
+                                      for (auto _ : state)
+                                      {
+                                          draw (*picture);
+                                          benchmark::ClobberMemory();
+                                      }
 
-        using benchmark::Counter;
-        state.counters[msPerFrame] = Counter (1.0e-3, Counter::kIsIterationInvariantRate | Counter::kInvert);
-    });
+                                      using benchmark::Counter;
+                                      state.counters[msPerFrame] = Counter (
+                                          1.0e-3, Counter::kIsIterationInvariantRate | Counter::kInvert);
+                                  });
 }
 
 template <typename Subject, typename... Arguments>
@@ -178,8 +179,8 @@ void addGraphRow (const char* name, Arguments... arguments)
         name, [=] { return std::make_unique<Subject> (arguments...); },
         [] (Subject& subject)
         {
-        subject.graph.timerCallback();
-        subject.draw (subject.graph);
+            subject.graph.timerCallback();
+            subject.draw (subject.graph);
         });
 }
 } // namespace

@@ -31,11 +31,12 @@ Form makeSplitter()
              { splitter->split (juce::dsp::AudioBlock<const float> (buffer)); },
              [splitter]
              {
-        auto energy = 0.0;
-        for (const auto* band : { &splitter->lowBlock, &splitter->midBlock, &splitter->highBlock })
-            energy += std::pow (static_cast<double> (band->getSample (1, defaultBlockSize - 1)), 2.0);
-        return energy;
-            } };
+                 auto energy = 0.0;
+                 for (const auto* band : { &splitter->lowBlock, &splitter->midBlock, &splitter->highBlock })
+                     energy +=
+                         std::pow (static_cast<double> (band->getSample (1, defaultBlockSize - 1)), 2.0);
+                 return energy;
+             } };
 }
 
 /** Up and down again without anything in between. */
@@ -49,7 +50,7 @@ Process makeJuceOversampler (int exponent)
         juce::dsp::AudioBlock<float> block (buffer);
         bank->getUnchecked (exponent)->processSamplesUp (block);
         bank->getUnchecked (exponent)->processSamplesDown (block);
-        };
+    };
 }
 
 Process makeKernelOversampler (int exponent)
@@ -70,7 +71,7 @@ Process makeKernelOversampler (int exponent)
             oversampler->processUp (part, up);
             oversampler->processDown (up, part);
         }
-        };
+    };
 }
 
 /** All bins, the open one included. */
@@ -117,34 +118,36 @@ Form makeLevels (bool isPlain)
 
     return { [levels] (juce::AudioBuffer<float>& buffer)
              {
-        for (auto channel : { 0, 1 })
-            for (auto i = 0; i < buffer.getNumSamples(); ++i)
-                (channel == 0 ? levels->left : levels->right)
-                    .processSample (std::abs (buffer.getSample (channel, i)));
-            },
+                 for (auto channel : { 0, 1 })
+                     for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                         (channel == 0 ? levels->left : levels->right)
+                             .processSample (std::abs (buffer.getSample (channel, i)));
+             },
              reading };
 }
 
 Pair makeCurvePair (const reference::Curve& curve)
 {
-    return { std::string ("curve/") + curve.name,
-             [&curve]
-             {
-        return [form = curve.plain (-6.0f, 0.5f * curve.most)] (juce::AudioBuffer<float>& buffer)
+    return {
+        std::string ("curve/") + curve.name,
+        [&curve]
         {
-            for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
-                form ({ buffer.getWritePointer (channel), static_cast<size_t> (buffer.getNumSamples()) });
+            return [form = curve.plain (-6.0f, 0.5f * curve.most)] (juce::AudioBuffer<float>& buffer)
+            {
+                for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
+                    form ({ buffer.getWritePointer (channel), static_cast<size_t> (buffer.getNumSamples()) });
             };
-            },
-             [&curve]
-             {
-        return [saturator = std::shared_ptr (curve.make (-6.0f, 0.5f * curve.most))] (
-                   juce::AudioBuffer<float>& buffer)
+        },
+        [&curve]
         {
-            juce::dsp::AudioBlock<float> block (buffer);
-            saturator->processBlock (juce::dsp::ProcessContextReplacing<float> (block));
+            return [saturator = std::shared_ptr (curve.make (-6.0f, 0.5f * curve.most))] (
+                       juce::AudioBuffer<float>& buffer)
+            {
+                juce::dsp::AudioBlock<float> block (buffer);
+                saturator->processBlock (juce::dsp::ProcessContextReplacing<float> (block));
             };
-    } };
+        }
+    };
 }
 
 Form makePlainEnvelope()
@@ -153,11 +156,11 @@ Form makePlainEnvelope()
 
     return { [shared, envelope = *shared] (juce::AudioBuffer<float>& buffer) mutable
              {
-        for (auto i = 0; i < buffer.getNumSamples(); ++i)
-            envelope (buffer.getReadPointer (0)[i], buffer.getReadPointer (1)[i]);
+                 for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                     envelope (buffer.getReadPointer (0)[i], buffer.getReadPointer (1)[i]);
 
-        shared->level = envelope.level;
-            },
+                 shared->level = envelope.level;
+             },
              [shared] { return static_cast<double> (shared->level); } };
 }
 
@@ -168,10 +171,10 @@ Form makeEnvelope()
 
     return { [release, level] (juce::AudioBuffer<float>& buffer)
              {
-        *level =
-            simd::kernels().envelope (*level, release, buffer.getReadPointer (0), buffer.getReadPointer (1),
-                                      static_cast<size_t> (buffer.getNumSamples()));
-            },
+                 *level = simd::kernels().envelope (*level, release, buffer.getReadPointer (0),
+                                                    buffer.getReadPointer (1),
+                                                    static_cast<size_t> (buffer.getNumSamples()));
+             },
              [level] { return static_cast<double> (*level); } };
 }
 } // namespace

@@ -51,7 +51,7 @@ auto makeSpectrum()
 
         for (auto i = 0; i < buffer.getNumSamples(); ++i)
             spectrum->pushSample (samples[i]);
-        };
+    };
 }
 } // namespace
 

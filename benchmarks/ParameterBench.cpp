@@ -100,19 +100,19 @@ void addParameterPairs (std::vector<Pair>& pairs)
     pairs.push_back ({ "parameterChanged",
                        []
                        {
-        const auto rig = std::make_shared<Rig>();
-        return Form ([rig] (juce::AudioBuffer<float>&)
-                     { rig->changePlainly (changedId, rig->changeValue()); },
-                     [rig] { return rig->reading(); });
-                      },
+                           const auto rig = std::make_shared<Rig>();
+                           return Form ([rig] (juce::AudioBuffer<float>&)
+                                        { rig->changePlainly (changedId, rig->changeValue()); },
+                                        [rig] { return rig->reading(); });
+                       },
                        []
                        {
-        const auto rig = std::make_shared<Rig>();
-        return Form ([rig] (juce::AudioBuffer<float>&)
-                     { rig->processor.parameterChanged (changedId, rig->changeValue()); },
-                     [rig] { return rig->reading(); });
-    },
-                     1 });
+                           const auto rig = std::make_shared<Rig>();
+                           return Form ([rig] (juce::AudioBuffer<float>&)
+                                        { rig->processor.parameterChanged (changedId, rig->changeValue()); },
+                                        [rig] { return rig->reading(); });
+                       },
+                       1 });
 }
 
 } // namespace bench

@@ -44,21 +44,21 @@ void addRow (const std::string& name, Make make, int blockSize = defaultBlockSiz
     benchmark::RegisterBenchmark (name.c_str(),
                                   [make, blockSize] (benchmark::State& state)
                                   {
-        // As in the plug-in: tails of filters and envelopes end in denormals.
-        const juce::ScopedNoDenormals noDenormals;
-        auto process = make();
-        Feed feed (blockSize);
+                                      // As in the plug-in: tails of filters and envelopes end in denormals.
+                                      const juce::ScopedNoDenormals noDenormals;
+                                      auto process = make();
+                                      Feed feed (blockSize);
 
-        for (auto _ : state)
-        {
-            auto& block = feed.next();
-            process (block);
-            benchmark::DoNotOptimize (block.getReadPointer (0));
-            benchmark::ClobberMemory();
-        }
+                                      for (auto _ : state)
+                                      {
+                                          auto& block = feed.next();
+                                          process (block);
+                                          benchmark::DoNotOptimize (block.getReadPointer (0));
+                                          benchmark::ClobberMemory();
+                                      }
 
-        addReadings (state, blockSize);
-    });
+                                      addReadings (state, blockSize);
+                                  });
 }
 
 void addSectionRows();

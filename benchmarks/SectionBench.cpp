@@ -23,7 +23,7 @@ auto runInPlace (std::shared_ptr<Effect> effect)
     {
         juce::dsp::AudioBlock<float> block (buffer);
         effect->process (Context (block));
-        };
+    };
 }
 
 auto makeSection (int mode)
@@ -48,7 +48,7 @@ auto makeSplitter()
         juce::dsp::AudioBlock<float> block (buffer);
         splitter->split (block);
         splitter->mergeAll (block);
-        };
+    };
 }
 } // namespace
 

@@ -40,7 +40,7 @@ Form<Number> makeForm (Number thresholdDb, Number second)
     {
         for (auto& x : samples)
             x = formula (x);
-        };
+    };
 }
 
 template <typename Saturator>

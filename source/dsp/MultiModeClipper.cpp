@@ -14,26 +14,27 @@ MultiModeClipper::MultiModeClipper()
     addMode (softClipper, "Soft I", "Shape", clippersGroup,
              [this]
              {
-        pushParameter (softClipper, thresholdDb, 0);
-        pushParameter (softClipper,
-                       juce::NormalisableRange<float> (0.0f, widestKneeDb).convertFrom0to1 (shape), 1);
-    });
+                 pushParameter (softClipper, thresholdDb, 0);
+                 pushParameter (softClipper,
+                                juce::NormalisableRange<float> (0.0f, widestKneeDb).convertFrom0to1 (shape),
+                                1);
+             });
 
     addMode (dough, "Soft II", "Shape", clippersGroup, [this] { pushParameter (dough, thresholdDb, 0); });
 
     addMode (inflatorClipper, "Pressure", "Pressure", enhancersGroup,
              [this]
              {
-        pushParameter (inflatorClipper, thresholdDb, 0);
-        pushParameter (inflatorClipper, shape, 1);
-    });
+                 pushParameter (inflatorClipper, thresholdDb, 0);
+                 pushParameter (inflatorClipper, shape, 1);
+             });
 
     addMode (boost, "Boost", "Boost", enhancersGroup,
              [this]
              {
-        pushParameter (boost, thresholdDb, 0);
-        pushParameter (boost, shape, 1);
-    });
+                 pushParameter (boost, thresholdDb, 0);
+                 pushParameter (boost, shape, 1);
+             });
 
     setMode (modes.getReference (0).id);
 }

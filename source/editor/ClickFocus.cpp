@@ -25,13 +25,13 @@ void ClickFocus::keepFocus()
     juce::MessageManager::callAsync (
         [chosen = Component::SafePointer<Component> (chosen)]
         {
-        auto* peer = chosen != nullptr ? chosen->getPeer() : nullptr;
-        auto* focused = Component::getCurrentlyFocusedComponent();
+            auto* peer = chosen != nullptr ? chosen->getPeer() : nullptr;
+            auto* focused = Component::getCurrentlyFocusedComponent();
 
-        // Anything else that has the keyboard now, such as a menu, took it on purpose.
-        if (peer != nullptr && focused != chosen && focused == peer->getLastFocusedSubcomponent())
-            chosen->grabKeyboardFocus();
-    });
+            // Anything else that has the keyboard now, such as a menu, took it on purpose.
+            if (peer != nullptr && focused != chosen && focused == peer->getLastFocusedSubcomponent())
+                chosen->grabKeyboardFocus();
+        });
 }
 
 void ClickFocus::focusWasLost()
@@ -42,9 +42,9 @@ void ClickFocus::focusWasLost()
     juce::MessageManager::callAsync (
         [focus = juce::WeakReference<ClickFocus> (this)]
         {
-        if (focus != nullptr)
-            focus->takeBackForMenu();
-    });
+            if (focus != nullptr)
+                focus->takeBackForMenu();
+        });
 }
 
 void ClickFocus::takeBackForMenu()

@@ -28,10 +28,10 @@ public:
         juce::MessageManager::callAsync (
             [update = weakThis]
             {
-            // Within an interval the timer sees to it.
-            if (update != nullptr && ! update->isTimerRunning())
-                update->run();
-        });
+                // Within an interval the timer sees to it.
+                if (update != nullptr && ! update->isTimerRunning())
+                    update->run();
+            });
     }
 
 private:

@@ -229,9 +229,9 @@ void PresetManager::selectFile (const juce::File& file)
     selectFirst (
         [&] (const Preset& preset)
         {
-        std::error_code failure;
-        return std::filesystem::equivalent (toPath (preset.path), toPath (path), failure);
-    });
+            std::error_code failure;
+            return std::filesystem::equivalent (toPath (preset.path), toPath (path), failure);
+        });
 }
 
 void PresetManager::updateHostDisplay()

@@ -54,9 +54,9 @@ std::unique_ptr<juce::AccessibilityHandler> LevelMeterPeakValue::createAccessibi
     actions.addAction (juce::AccessibilityActionType::press,
                        [this]
                        {
-        if (onClick)
-            onClick();
-    });
+                           if (onClick)
+                               onClick();
+                       });
 
     return std::make_unique<juce::AccessibilityHandler> (*this, juce::AccessibilityRole::button,
                                                          std::move (actions));

@@ -120,15 +120,16 @@ void SaturatorGraph::showMenu()
     menu.showMenuAsync (options,
                         [graph = SafePointer<SaturatorGraph> (this)] (int item)
                         {
-        if (graph == nullptr || item == 0)
-            return;
+                            if (graph == nullptr || item == 0)
+                                return;
 
-        const auto mode = item == amplitudeItem ? ViewMode::amplitude : ViewMode::decibels;
-        graph->setViewMode (mode);
+                            const auto mode =
+                                item == amplitudeItem ? ViewMode::amplitude : ViewMode::decibels;
+                            graph->setViewMode (mode);
 
-        if (graph->onViewModeChange != nullptr)
-            graph->onViewModeChange (mode);
-    });
+                            if (graph->onViewModeChange != nullptr)
+                                graph->onViewModeChange (mode);
+                        });
 }
 
 const juce::NormalisableRange<float>& SaturatorGraph::getRange() const noexcept

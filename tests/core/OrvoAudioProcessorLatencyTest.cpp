@@ -42,9 +42,9 @@ TEST (Oversampling, TakesEffectWithTheNextBlockAndItsLatency)
     const HostListener host (plugin.processor,
                              [&] (const auto& details)
                              {
-        if (details.latencyChanged)
-            told.push_back (plugin.processor.getLatencySamples());
-    });
+                                 if (details.latencyChanged)
+                                     told.push_back (plugin.processor.getLatencySamples());
+                             });
     auto latency = 0;
 
     for (const auto exponent : { 2, 0, 4, 1, 3, 0, 4, 2 })
@@ -90,9 +90,9 @@ TEST (Oversampling, ChangedAgainWhileTheHostIsToldIsPreparedBeforeTheBlockRuns)
         const HostListener host (plugin.processor,
                                  [&] (const auto& details)
                                  {
-            if (details.latencyChanged && plugin.get ("oversampling") == 1.0)
-                plugin.set ("oversampling", 4);
-        });
+                                     if (details.latencyChanged && plugin.get ("oversampling") == 1.0)
+                                         plugin.set ("oversampling", 4);
+                                 });
         plugin.set ("oversampling", 1);
 
         EXPECT_EQ (signals::largestDifference (plugin.render (signal), direct.render (signal)), 0.0);

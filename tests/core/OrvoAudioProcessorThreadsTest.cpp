@@ -88,9 +88,9 @@ TEST (OrvoAudioProcessorThreads, ParameterChangesHoldTheProcessLock)
     plugin.processor.singleClipper.setModeChangeHandler (
         [&]
         {
-        ++calls;
-        std::thread ([&] { wasFree = plugin.processor.processLock.tryEnter(); }).join();
-    });
+            ++calls;
+            std::thread ([&] { wasFree = plugin.processor.processLock.tryEnter(); }).join();
+        });
 
     plugin.set ("mode_single", 3.0);
     EXPECT_EQ (calls, 1);
@@ -144,12 +144,13 @@ TEST (StateHooks, LeaveNoGapForARestoreBetweenTheHostsProgramAndItsPreset)
         std::thread (
             [&]
             {
-            const juce::ScopedTryLock lock (processor.stateLock);
-            waits = ! lock.isLocked();
+                const juce::ScopedTryLock lock (processor.stateLock);
+                waits = ! lock.isLocked();
 
-            if (! waits)
-                restore();
-        }).join();
+                if (! waits)
+                    restore();
+            })
+            .join();
     };
 
     processor.setCurrentProgram (1);
@@ -195,39 +196,39 @@ TEST (Concurrency, StateMovesOnAnyThreadWhileAudioRuns)
     std::thread audio (
         [&]
         {
-        const auto signal = signals::noise (2, 256);
+            const auto signal = signals::noise (2, 256);
 
-        while (! isFinished)
-        {
-            const auto output = plugin.render (signal);
-            isSound = isSound && signals::isFinite (output) && output.getMagnitude (0, 256) <= 1.0f;
-        }
-    });
+            while (! isFinished)
+            {
+                const auto output = plugin.render (signal);
+                isSound = isSound && signals::isFinite (output) && output.getMagnitude (0, 256) <= 1.0f;
+            }
+        });
 
     std::thread automation (
         [&]
         {
-        juce::Random random (1);
-        const auto& parameters = processor.getParameters();
+            juce::Random random (1);
+            const auto& parameters = processor.getParameters();
 
-        while (! isFinished)
-            parameters[random.nextInt (parameters.size())]->setValueNotifyingHost (random.nextFloat());
-    });
+            while (! isFinished)
+                parameters[random.nextInt (parameters.size())]->setValueNotifyingHost (random.nextFloat());
+        });
 
     std::thread host (
         [&]
         {
-        for (auto i = 0; i < numRounds; ++i)
-        {
-            const auto block = plugin.capture();
-            const auto xml =
-                juce::AudioProcessor::getXmlFromBinary (block.getData(), static_cast<int> (block.getSize()));
-            isWhole = isWhole && xml != nullptr && xml->getNumChildElements() == 71;
-            plugin.restore (block);
-        }
+            for (auto i = 0; i < numRounds; ++i)
+            {
+                const auto block = plugin.capture();
+                const auto xml = juce::AudioProcessor::getXmlFromBinary (block.getData(),
+                                                                         static_cast<int> (block.getSize()));
+                isWhole = isWhole && xml != nullptr && xml->getNumChildElements() == 71;
+                plugin.restore (block);
+            }
 
-        isFinished = true;
-    });
+            isFinished = true;
+        });
 
     // This is the message thread: the user loads presets and saves one, the host asks for programs, the editor is open,
     // and the timer runs that writes parameters into the tree.

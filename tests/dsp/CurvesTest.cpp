@@ -117,21 +117,23 @@ TEST_P (EnvelopeKernel, FollowsTheRecursionWithinAThousandth)
         forEachStream (20000,
                        [&] (Buffer signal, const std::vector<int>& lengths)
                        {
-            luna::HardClipper curve;
-            curve.prepare ({ rate, 512, 2 });
-            reference::Envelope recursion (rate);
-            EXPECT_EQ (curve.releaseCoefficient, recursion.release);
+                           luna::HardClipper curve;
+                           curve.prepare ({ rate, 512, 2 });
+                           reference::Envelope recursion (rate);
+                           EXPECT_EQ (curve.releaseCoefficient, recursion.release);
 
-            signals::inBlocks (signal, lengths,
-                               [&] (Buffer& block)
-                               {
-                for (auto i = 0; i < block.getNumSamples(); ++i)
-                    recursion (block.getSample (0, i), block.getSample (numChannels - 1, i));
+                           signals::inBlocks (signal, lengths,
+                                              [&] (Buffer& block)
+                                              {
+                                                  for (auto i = 0; i < block.getNumSamples(); ++i)
+                                                      recursion (block.getSample (0, i),
+                                                                 block.getSample (numChannels - 1, i));
 
-                signals::processInPlace (curve, block);
-                ASSERT_NEAR (curve.envelope, recursion.level, 1.0e-3f * recursion.level + 1.0e-37f);
-            });
-        });
+                                                  signals::processInPlace (curve, block);
+                                                  ASSERT_NEAR (curve.envelope, recursion.level,
+                                                               1.0e-3f * recursion.level + 1.0e-37f);
+                                              });
+                       });
     }
 }
 } // namespace

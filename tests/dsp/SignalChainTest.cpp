@@ -131,39 +131,40 @@ void expectJuces (signals::Buffer signal, const std::vector<int>& lengths, int l
     auto number = 0;
 
     const juce::ScopedNoDenormals noDenormals;
-    signals::inBlocks (signal, lengths,
-                       [&] (signals::Buffer& buffer)
-                       {
-        if (number++ % 16 == 0) // the state stays
+    signals::inBlocks (
+        signal, lengths,
+        [&] (signals::Buffer& buffer)
         {
-            chain.set ({ { "crossover_low", 60 + number % 900 }, { "crossover_high", 9000 - number } });
-            splitter.setFrequencies (chain.get ("crossover_low"), chain.get ("crossover_high"));
-        }
+            if (number++ % 16 == 0) // the state stays
+            {
+                chain.set ({ { "crossover_low", 60 + number % 900 }, { "crossover_high", 9000 - number } });
+                splitter.setFrequencies (chain.get ("crossover_low"), chain.get ("crossover_high"));
+            }
 
-        signals::Buffer ours;
-        ours.makeCopyOf (buffer);
-        chain.process (ours);
+            signals::Buffer ours;
+            ours.makeCopyOf (buffer);
+            chain.process (ours);
 
-        if (buffer.getNumSamples() == 0)
-            return;
+            if (buffer.getNumSamples() == 0)
+                return;
 
-        juce::dsp::AudioBlock<float> block (buffer);
-        auto up = oversampler.processSamplesUp (block);
+            juce::dsp::AudioBlock<float> block (buffer);
+            auto up = oversampler.processSamplesUp (block);
 
-        if (layout == 1)
-        {
-            splitter.split (up);
-            splitter.mergeAll (up);
-        }
+            if (layout == 1)
+            {
+                splitter.split (up);
+                splitter.mergeAll (up);
+            }
 
-        oversampler.processSamplesDown (block);
-        for (auto channel = 0; channel < numChannels; ++channel)
-            juce::FloatVectorOperations::clip (buffer.getWritePointer (channel),
-                                               buffer.getReadPointer (channel), -1.0f, 1.0f,
-                                               buffer.getNumSamples());
+            oversampler.processSamplesDown (block);
+            for (auto channel = 0; channel < numChannels; ++channel)
+                juce::FloatVectorOperations::clip (buffer.getWritePointer (channel),
+                                                   buffer.getReadPointer (channel), -1.0f, 1.0f,
+                                                   buffer.getNumSamples());
 
-        ASSERT_TRUE (kernels::areSameBits (ours, buffer)) << "block " << number;
-    });
+            ASSERT_TRUE (kernels::areSameBits (ours, buffer)) << "block " << number;
+        });
 }
 
 TEST_P (ChainKernels, PassTheBlockBitForBitAsOversamplerAndFiltersDo)

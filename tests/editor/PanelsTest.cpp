@@ -58,10 +58,10 @@ protected:
         return open.changedBy (
             [&]
             {
-            open.window->pressMouse (knob, { 30, 30 });
-            open.window->dragMouse (knob, { 30, 45 });
-            open.window->releaseMouse();
-        });
+                open.window->pressMouse (knob, { 30, 30 });
+                open.window->dragMouse (knob, { 30, 45 });
+                open.window->releaseMouse();
+            });
     }
 
     std::string changedByClickOn (juce::Component& button)

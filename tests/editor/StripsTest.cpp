@@ -68,15 +68,16 @@ TEST (OutputPanel, ShowsEachValueInItsOwnPlace)
             EXPECT_TRUE (eventually (
                 [&, &readout = *label, n = name, v = isOn ? value : "-"]
                 {
-                const auto picture = open.pictureOf (readout);
-                const auto ground = colour (backgroundColourId);
-                const juce::Rectangle<int> top (90, 16), bottom (0, 16, 90, 18);
-                return pixels::showsText (picture, top, n, top, font,
-                                          colour (isOn ? textColourId : disabledTextColourId), ground)
-                       && pixels::showsText (picture, bottom, v, bottom, font.boldened(),
-                                             colour (isOn ? highlightedTextColourId : textColourId), ground);
-            })) << name
-                << value;
+                    const auto picture = open.pictureOf (readout);
+                    const auto ground = colour (backgroundColourId);
+                    const juce::Rectangle<int> top (90, 16), bottom (0, 16, 90, 18);
+                    return pixels::showsText (picture, top, n, top, font,
+                                              colour (isOn ? textColourId : disabledTextColourId), ground)
+                           && pixels::showsText (picture, bottom, v, bottom, font.boldened(),
+                                                 colour (isOn ? highlightedTextColourId : textColourId),
+                                                 ground);
+                }))
+                << name << value;
     };
 
     expectShown (true);

@@ -122,13 +122,13 @@ TEST_F (BandEditor, PaintsItsButtonsByWhatIsOnAndWhatNothingCanSwitch)
             EXPECT_TRUE (eventually (
                 [&]
                 {
-                const auto image = open.pictureOf (bands());
-                return isDrawn (image, band.muteBounds, "M", mute, isOn, isNone, groundX, hovered == 0)
-                       && isDrawn (image, band.soloBounds, "S", solo, isSolo, true, groundX, hovered == 1)
-                       && isDrawn (image, band.enableBounds, "", primary, isOn, isNone || isSolo, groundX,
-                                   hovered == 2);
-            })) << soloBand
-                << isOn << hovered << i;
+                    const auto image = open.pictureOf (bands());
+                    return isDrawn (image, band.muteBounds, "M", mute, isOn, isNone, groundX, hovered == 0)
+                           && isDrawn (image, band.soloBounds, "S", solo, isSolo, true, groundX, hovered == 1)
+                           && isDrawn (image, band.enableBounds, "", primary, isOn, isNone || isSolo, groundX,
+                                       hovered == 2);
+                }))
+                << soloBand << isOn << hovered << i;
         }
     };
 

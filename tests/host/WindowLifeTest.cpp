@@ -129,17 +129,17 @@ TEST_F (HostProcess, IsLeftAsItWasWhenTheModuleIsUnloaded)
             std::thread host (
                 [&]
                 {
-                BareHost instance (loaded, display, &loop);
+                    BareHost instance (loaded, display, &loop);
 
-                if (hasWindow)
-                {
-                    instance.openWindow();
-                    settle (instance);
-                }
+                    if (hasWindow)
+                    {
+                        instance.openWindow();
+                        settle (instance);
+                    }
 
-                if (i % 2 == 0)
-                    instance.destroyHostsWindow();
-            });
+                    if (i % 2 == 0)
+                        instance.destroyHostsWindow();
+                });
             host.join();
         }
 

@@ -140,10 +140,11 @@ TEST (Look, PointsDownAtOpenFoldersAndRightAtClosedOnes)
 
     for (const auto isOpen : { true, false })
     {
-        const auto picture = pixels::drawn (image, pixels::black,
-                                            [&] (auto& g) {
-            look.drawTreeviewPlusMinusBox (g, { 20, 20 }, {}, isOpen, false);
-        });
+        const auto picture =
+            pixels::drawn (image, pixels::black,
+                           [&] (auto& g) {
+                               look.drawTreeviewPlusMinusBox (g, { 20, 20 }, {}, isOpen, false);
+                           });
         const auto isInk = [&] (int along, int across)
         {
             const auto colour =

@@ -35,9 +35,9 @@ std::string namesIn (const juce::ValueTree& node)
     return join (node,
                  [] (const juce::ValueTree& child)
                  {
-        return child["name"].toString()
-               + (child.hasType ("preset") ? String() : child["folder_name"].toString() + "/");
-    });
+                     return child["name"].toString()
+                            + (child.hasType ("preset") ? String() : child["folder_name"].toString() + "/");
+                 });
 }
 
 struct Presets : testing::Test

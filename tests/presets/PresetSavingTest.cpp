@@ -116,14 +116,14 @@ TEST_F (PresetSaving, LoadsNoOtherPresetThroughAHostThatKnowsTheFirstProgramsOnl
     const HostListener host (processor,
                              [&] (const auto& details)
                              {
-        if (! details.programChanged)
-            return;
+                                 if (! details.programChanged)
+                                     return;
 
-        program = juce::jmin (lastProgram, processor.getCurrentProgram());
+                                 program = juce::jmin (lastProgram, processor.getCurrentProgram());
 
-        if (program != processor.getCurrentProgram())
-            processor.setCurrentProgram (program);
-    });
+                                 if (program != processor.getCurrentProgram())
+                                     processor.setCurrentProgram (program);
+                             });
     plugin.set ("gain_single", -9.0);
 
     for (const auto* name : { "User/Zulu.tpre", "User/Zulu.tpre", "User/Zoo.tpre" })

@@ -100,10 +100,9 @@ TEST (Settings, LeaveAFileAloneThatCannotBeReadJustNow)
 
     // The folder is everybody's, so that nothing but the rule keeps the file in its place.
     chmod (folder.getFullPathName().toRawUTF8(), 0777);
-    expectDefaultsThenTheFile ("no permission",
-                               [&] {
-        return std::make_unique<ReadOnly> (std::initializer_list<juce::File> { file }, 0);
-    });
+    expectDefaultsThenTheFile (
+        "no permission",
+        [&] { return std::make_unique<ReadOnly> (std::initializer_list<juce::File> { file }, 0); });
 }
 
 TEST (Settings, AreNotReadFromADamagedFileThatCannotBeMoved)

@@ -342,19 +342,20 @@ TEST_F (Waveform, HasAScaleAtItsRight)
     // Off, it shows the scale alone.
     graph.setEnabled (false);
     const auto image = OffscreenWindow (graph).render();
-    const auto expected = pixels::drawn (image, black,
-                                         [this] (auto& g)
-                                         {
-        g.setFont (font);
-
-        for (auto db = -36; db <= 6; db += 6)
+    const auto expected = pixels::drawn (
+        image, black,
+        [this] (auto& g)
         {
-            const auto y = 16 - 2 * db;
-            g.setColour (text);
-            g.drawText (juce::String (db), 0, y - 10, 125, 20, juce::Justification::centredRight, false);
-            g.setColour (text.withAlpha (static_cast<juce::uint8> (0x1a)));
-            g.fillRect (0, y, 100, 1);
-        }
-    });
+            g.setFont (font);
+
+            for (auto db = -36; db <= 6; db += 6)
+            {
+                const auto y = 16 - 2 * db;
+                g.setColour (text);
+                g.drawText (juce::String (db), 0, y - 10, 125, 20, juce::Justification::centredRight, false);
+                g.setColour (text.withAlpha (static_cast<juce::uint8> (0x1a)));
+                g.fillRect (0, y, 100, 1);
+            }
+        });
     EXPECT_EQ (pixels::difference (image, expected), Rectangle<int>());
 }

@@ -102,19 +102,20 @@ TEST_F (LevelMeters, TicksMarkTheMetersScale)
     {
         ticks.setEnabled (isOn);
         const auto image = OffscreenWindow (ticks).render();
-        const auto expected = pixels::drawn (image, pixels::black,
-                                             [&] (auto& g)
-                                             {
-            g.setColour (juce::Colour (colour (isOn ? textColourId : disabledTextColourId)));
-            g.setFont (juce::FontOptions (11.0f));
-
-            for (const auto& [db, y] : { std::pair { 0, 0 }, { -6, 57 }, { -30, 225 }, { -60, 300 } })
+        const auto expected = pixels::drawn (
+            image, pixels::black,
+            [&] (auto& g)
             {
-                g.drawText (juce::String (db), 0, y, 45, 20, Justification::centred, false);
-                g.fillRect (0, y + 10, 5, 1);
-                g.fillRect (40, y + 10, 5, 1);
-            }
-        });
+                g.setColour (juce::Colour (colour (isOn ? textColourId : disabledTextColourId)));
+                g.setFont (juce::FontOptions (11.0f));
+
+                for (const auto& [db, y] : { std::pair { 0, 0 }, { -6, 57 }, { -30, 225 }, { -60, 300 } })
+                {
+                    g.drawText (juce::String (db), 0, y, 45, 20, Justification::centred, false);
+                    g.fillRect (0, y + 10, 5, 1);
+                    g.fillRect (40, y + 10, 5, 1);
+                }
+            });
         EXPECT_EQ (pixels::difference (image, expected), Rectangle<int>()) << isOn;
     }
 }

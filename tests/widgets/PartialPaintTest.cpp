@@ -63,12 +63,12 @@ TEST_P (PartialPaint, OfTheWaveform)
     expectWholePictures (graph, 230, 94,
                          [&] (int frame)
                          {
-        std::vector<float> samples (6000, levelAt (frame));
-        const float* channels[] { samples.data() };
+                             std::vector<float> samples (6000, levelAt (frame));
+                             const float* channels[] { samples.data() };
 
-        for (auto tap : { 0, 1 })
-            history.push (tap, 1, channels, 0, static_cast<int> (samples.size()));
-    });
+                             for (auto tap : { 0, 1 })
+                                 history.push (tap, 1, channels, 0, static_cast<int> (samples.size()));
+                         });
 }
 
 TEST_P (PartialPaint, OfACurve)
@@ -84,14 +84,14 @@ TEST_P (PartialPaint, OfACurve)
         expectWholePictures (graph, 240, 240,
                              [&] (int frame)
                              {
-            curve.envelope = levelAt (frame);
+                                 curve.envelope = levelAt (frame);
 
-            if (frame % 16 == 15)
-            {
-                curve.setParameter (static_cast<float> (-frame) / 5.0f, 0);
-                curve.raiseChangeCount();
-            }
-        });
+                                 if (frame % 16 == 15)
+                                 {
+                                     curve.setParameter (static_cast<float> (-frame) / 5.0f, 0);
+                                     curve.raiseChangeCount();
+                                 }
+                             });
     }
 }
 
@@ -104,9 +104,9 @@ TEST_P (PartialPaint, OfAMeter)
     expectWholePictures (meter, 20, 200,
                          [&] (int frame)
                          {
-        for (auto i = 0; i < 3000; ++i)
-            channel.processSample (levelAt (frame));
-    });
+                             for (auto i = 0; i < 3000; ++i)
+                                 channel.processSample (levelAt (frame));
+                         });
 }
 
 TEST_P (PartialPaint, OfASpectrum)
@@ -118,9 +118,10 @@ TEST_P (PartialPaint, OfASpectrum)
     expectWholePictures (graph, 640, 240,
                          [&] (int frame)
                          {
-        for (auto i = 0; i < data.magnitudes.size(); ++i)
-            data.magnitudes.set (i, levelAt (frame) / static_cast<float> (1 + (i * frame) % 37));
-    });
+                             for (auto i = 0; i < data.magnitudes.size(); ++i)
+                                 data.magnitudes.set (i, levelAt (frame)
+                                                             / static_cast<float> (1 + (i * frame) % 37));
+                         });
 }
 
 /** Half of the light shines through; two coats would show. */
@@ -131,9 +132,9 @@ struct ThinCoat final : juce::Component
         tiles.paint (g,
                      [this, &g] (juce::Range<int>)
                      {
-            g.setColour (juce::Colours::white.withAlpha (0.5f));
-            g.fillRect (getLocalBounds());
-        });
+                         g.setColour (juce::Colours::white.withAlpha (0.5f));
+                         g.fillRect (getLocalBounds());
+                     });
     }
 
     PaintTiles tiles { *this };

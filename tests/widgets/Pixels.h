@@ -99,19 +99,20 @@ inline bool showsText (const juce::Image& image, juce::Rectangle<int> area, cons
                        juce::Colour ground, juce::Justification justification = juce::Justification::centred,
                        bool isLabel = false)
 {
-    const auto expected = drawn (image, ground,
-                                 [&] (juce::Graphics& g)
-                                 {
-        g.setColour (colour);
-        g.setFont (font);
+    const auto expected =
+        drawn (image, ground,
+               [&] (juce::Graphics& g)
+               {
+                   g.setColour (colour);
+                   g.setFont (font);
 
-        if (isLabel)
-            g.drawFittedText (
-                text, box, justification,
-                juce::jmax (1, static_cast<int> (static_cast<float> (box.getHeight()) / font.getHeight())));
-        else
-            g.drawText (text, box, justification, true);
-    });
+                   if (isLabel)
+                       g.drawFittedText (text, box, justification,
+                                         juce::jmax (1, static_cast<int> (static_cast<float> (box.getHeight())
+                                                                          / font.getHeight())));
+                   else
+                       g.drawText (text, box, justification, true);
+               });
     return hasInk (expected, area, ground) && difference (image, expected, area).isEmpty();
 }
 

@@ -54,17 +54,17 @@ std::vector<Exhibit> makeButtonStates (int width, int height, const Make& make)
              { "on, hover", width, height, make,
                [] (auto& window, auto& widget)
                {
-        switchOn (window, widget);
-        hover (window, widget);
-              } },
+                   switchOn (window, widget);
+                   hover (window, widget);
+               } },
              { "focused", width, height, make, focus },
              { "disabled", width, height, make, disable },
              { "on, disabled", width, height, make,
                [] (auto& window, auto& widget)
                {
-        switchOn (window, widget);
-        disable (window, widget);
-              } } };
+                   switchOn (window, widget);
+                   disable (window, widget);
+               } } };
 }
 
 Sheet makeIconSheet()
@@ -108,7 +108,7 @@ Sheet makeKnobSheet (juce::AudioProcessorValueTreeState& parameters)
             knob->slider.setValue (knob->slider.proportionOfLengthToValue (proportion),
                                    juce::sendNotificationSync);
             return knob;
-            };
+        };
     };
 
     const auto onSlider = [] (const Pose& pose) -> Pose
@@ -236,7 +236,7 @@ Sheet makeBadgeSheet()
 
             if (pose)
                 pose (window, widget);
-            };
+        };
     };
 
     return { "CategoryBadge",
@@ -261,7 +261,7 @@ Sheet makePanelSheet()
             panel->collapsible = collapsible;
             panel->collapsed = collapsed;
             return panel;
-            };
+        };
     };
 
     const auto makeStrip = []
@@ -350,24 +350,26 @@ std::vector<Sheet> makeSheets (OrvoAudioProcessor& processor)
     };
 
     std::vector<Sheet> sheets {
-        { "TextButton", makeButtonStates (110, 20,
-                                          [] {
-        return std::make_unique<juce::TextButton> ("Save");
-          }) },
-        { "BetterTextButton", makeButtonStates (110, 20,
-                                                [] {
-        return std::make_unique<luna::BetterTextButton> ("Multi Band");
-          }) },
+        { "TextButton",
+          makeButtonStates (110, 20, [] { return std::make_unique<juce::TextButton> ("Save"); }) },
+        { "BetterTextButton",
+          makeButtonStates (110, 20,
+                            [] { return std::make_unique<luna::BetterTextButton> ("Multi Band"); }) },
         makeIconSheet(),
         { "ParameterChoiceButtons",
           { { "column", 100, 80, makeChoice, {} },
             { "row", 440, 20, makeChoiceRow, {} },
             { "disabled", 100, 80, makeChoice, disable } } },
-        makeKnobSheet (parameters), makeComboBoxSheet(),
+        makeKnobSheet (parameters),
+        makeComboBoxSheet(),
         { "PopupMenu", { { "rows", 220, 117, [] { return std::make_unique<MenuRows>(); }, {} } } },
-        makeTextSheet(), makeBadgeSheet(), makeRealtimeLabelSheet(), makePanelSheet(), makeToastSheet(),
+        makeTextSheet(),
+        makeBadgeSheet(),
+        makeRealtimeLabelSheet(),
+        makePanelSheet(),
+        makeToastSheet(),
         makeDialogSheet (processor),
-        };
+    };
 
     for (auto& sheet : makeGraphSheets (processor))
         sheets.push_back (std::move (sheet));

@@ -34,14 +34,14 @@ void SessionThread::run()
     juce::MessageManager::callAsync (
         [&s = session, fault]
         {
-        s.guard (
-            [&]
-            {
-            if (fault != nullptr)
-                std::rethrow_exception (fault);
+            s.guard (
+                [&]
+                {
+                    if (fault != nullptr)
+                        std::rethrow_exception (fault);
+                });
+            s.end();
         });
-        s.end();
-    });
 }
 
 void SessionThread::onMessageThread (const std::function<void()>& action)
@@ -57,17 +57,17 @@ void SessionThread::onMessageThread (const std::function<void()>& action)
     juce::MessageManager::callAsync (
         [&action, call]
         {
-        try
-        {
-            action();
-        }
-        catch (...)
-        {
-            call->fault = std::current_exception();
-        }
+            try
+            {
+                action();
+            }
+            catch (...)
+            {
+                call->fault = std::current_exception();
+            }
 
-        call->isDone.signal();
-    });
+            call->isDone.signal();
+        });
 
     while (! call->isDone.wait (20))
         checkForEnd();
@@ -87,10 +87,10 @@ void SessionThread::open (float scale)
     onMessageThread (
         [&]
         {
-        session.setScale (scale);
-        session.openEditor();
-        paints.begin (session.getWindow().getId());
-    });
+            session.setScale (scale);
+            session.openEditor();
+            paints.begin (session.getWindow().getId());
+        });
 
     if (! waitFor (mostSecondsToAnswer, [this] { return paints.hasPicture(); }))
         throw Failure ("the module paints no whole picture");
@@ -109,11 +109,11 @@ void SessionThread::hide (bool shouldBeHidden)
     onMessageThread (
         [&]
         {
-        session.getWindow().setMinimised (shouldBeHidden);
+            session.getWindow().setMinimised (shouldBeHidden);
 
-        // A question makes Xlib send what it has kept back.
-        juce::ignoreUnused (session.getWindow().isMinimised());
-    });
+            // A question makes Xlib send what it has kept back.
+            juce::ignoreUnused (session.getWindow().isMinimised());
+        });
 
     if (! waitFor (mostSecondsToAnswer, [&] { return paints.isOnScreen() != shouldBeHidden; }))
         throw Failure ("the window manager does not hide or show the window");

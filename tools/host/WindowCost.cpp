@@ -100,18 +100,18 @@ void WindowCost::judgeOpening()
     onMessageThread (
         [this]
         {
-        secondHost = std::make_unique<PluginHost> (module);
-        secondSession =
-            std::make_unique<OpenSession> (*secondHost, AudioLoop::loadClip ({}), plan.scales.front());
-    });
+            secondHost = std::make_unique<PluginHost> (module);
+            secondSession =
+                std::make_unique<OpenSession> (*secondHost, AudioLoop::loadClip ({}), plan.scales.front());
+        });
     printOpening ("a second instance's window", *secondSession);
     close (*secondSession);
     onMessageThread (
         [this]
         {
-        secondSession.reset();
-        secondHost.reset();
-    });
+            secondSession.reset();
+            secondHost.reset();
+        });
 }
 
 /** The picture is there when each pixel of the view has been painted and the message thread has a hand free again: then
@@ -125,11 +125,11 @@ void WindowCost::printOpening (const juce::String& title, OpenSession& opened)
     onMessageThread (
         [&]
         {
-        start = now();
-        opened.openEditor();
-        called = now();
-        paints.begin (opened.getWindow().getId());
-    });
+            start = now();
+            opened.openEditor();
+            called = now();
+            paints.begin (opened.getWindow().getId());
+        });
 
     const auto hasPicture = waitFor (mostSecondsToAnswer, [this] { return paints.hasPicture(); });
     onMessageThread ([] {});
@@ -207,17 +207,17 @@ void WindowCost::printLoad (int layout, const juce::String& state, const juce::S
     onMessageThread (
         [&]
         {
-        log = std::make_unique<TurnLog>();
-        start = now();
-        juce::ignoreUnused (paints.takePaints());
-    });
+            log = std::make_unique<TurnLog>();
+            start = now();
+            juce::ignoreUnused (paints.takePaints());
+        });
     meanwhile (now() + plan.seconds);
     onMessageThread (
         [&]
         {
-        load.emplace (*log, paints.takePaints(), now() - start);
-        log.reset();
-    });
+            load.emplace (*log, paints.takePaints(), now() - start);
+            log.reset();
+        });
 
     std::cout << column (nameOf (layout) + ", " + state) << size.paddedRight (' ', 9) << load->toString()
               << std::endl;
@@ -237,9 +237,9 @@ void WindowCost::resizeUntil (double end)
         onMessageThread (
             [&]
             {
-            session.getWindow().setEditorSize (between (smallSize.width, largeSize.width),
-                                               between (smallSize.height, largeSize.height));
-        });
+                session.getWindow().setEditorSize (between (smallSize.width, largeSize.width),
+                                                   between (smallSize.height, largeSize.height));
+            });
         pause (next - now());
     }
 }

@@ -17,31 +17,31 @@ TEST_P (MeterKernels, KeepTheLoudnessFiltersAndBinsOfThePlainFormBitForBit)
     forEachStream (5000,
                    [&] (const Buffer& stream, const std::vector<int>& lengths)
                    {
-        for (const auto isHuge : { false, true }) // such a sample takes the guarded way
-        {
-            auto signal = stream;
-            if (isHuge)
-                signal.setSample (numChannels - 1, 100, 3.0e7f);
+                       for (const auto isHuge : { false, true }) // such a sample takes the guarded way
+                       {
+                           auto signal = stream;
+                           if (isHuge)
+                               signal.setSample (numChannels - 1, 100, 3.0e7f);
 
-            kf::LUFSMeter meter;
-            meter.prepareToPlay (44100.0, numChannels, 512, 30);
-            reference::Loudness plain (meter);
+                           kf::LUFSMeter meter;
+                           meter.prepareToPlay (44100.0, numChannels, 512, 30);
+                           reference::Loudness plain (meter);
 
-            signals::inBlocks (signal, lengths,
-                               [&] (Buffer& block)
-                               {
-                meter.processBlock (block);
-                plain.processBlock (block);
-                ASSERT_EQ (meter.currentBlockIsSilent, plain.isSilent);
-            });
+                           signals::inBlocks (signal, lengths,
+                                              [&] (Buffer& block)
+                                              {
+                                                  meter.processBlock (block);
+                                                  plain.processBlock (block);
+                                                  ASSERT_EQ (meter.currentBlockIsSilent, plain.isSilent);
+                                              });
 
-            EXPECT_EQ (meter.bins, plain.bins);
-            EXPECT_EQ (meter.preFilter.z1, plain.pre.z1);
-            EXPECT_EQ (meter.preFilter.z2, plain.pre.z2);
-            EXPECT_EQ (meter.revisedLowFrequencyBCurveFilter.z1, plain.low.z1);
-            EXPECT_EQ (meter.revisedLowFrequencyBCurveFilter.z2, plain.low.z2);
-        }
-    });
+                           EXPECT_EQ (meter.bins, plain.bins);
+                           EXPECT_EQ (meter.preFilter.z1, plain.pre.z1);
+                           EXPECT_EQ (meter.preFilter.z2, plain.pre.z2);
+                           EXPECT_EQ (meter.revisedLowFrequencyBCurveFilter.z1, plain.low.z1);
+                           EXPECT_EQ (meter.revisedLowFrequencyBCurveFilter.z2, plain.low.z2);
+                       }
+                   });
 }
 
 /** Everything that a record remembers or shows. */
@@ -58,34 +58,36 @@ TEST_P (MeterKernels, KeepTheLevelsOfThePlainFormBitForBit)
     forEachStream (4000,
                    [&] (Buffer signal, const std::vector<int>& lengths)
                    {
-        luna::temp::StereoLevelProcessor levels, plain;
-        levels.prepare (777.0);
-        plain.prepare (777.0);
-        auto block = 0;
+                       luna::temp::StereoLevelProcessor levels, plain;
+                       levels.prepare (777.0);
+                       plain.prepare (777.0);
+                       auto block = 0;
 
-        signals::inBlocks (signal, lengths,
+                       signals::inBlocks (
+                           signal, lengths,
                            [&] (Buffer& buffer)
                            {
-            levels.process (juce::dsp::AudioBlock<const float> (buffer));
+                               levels.process (juce::dsp::AudioBlock<const float> (buffer));
 
-            for (auto i = 0; i < buffer.getNumSamples(); ++i)
-            {
-                plain.left.processSample (std::abs (buffer.getSample (0, i)));
-                plain.right.processSample (std::abs (buffer.getSample (numChannels - 1, i)));
-            }
+                               for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                               {
+                                   plain.left.processSample (std::abs (buffer.getSample (0, i)));
+                                   plain.right.processSample (
+                                       std::abs (buffer.getSample (numChannels - 1, i)));
+                               }
 
-            if (++block % 5 == 0) // as widgets and parameter changes do, in between
-            {
-                for (auto* each : { &levels, &plain })
-                {
-                    each->getMaxPeak();
-                    each->resetMaxima();
-                }
-            }
+                               if (++block % 5 == 0) // as widgets and parameter changes do, in between
+                               {
+                                   for (auto* each : { &levels, &plain })
+                                   {
+                                       each->getMaxPeak();
+                                       each->resetMaxima();
+                                   }
+                               }
 
-            ASSERT_EQ (stateOf (levels.left), stateOf (plain.left)) << "block " << block;
-            ASSERT_EQ (stateOf (levels.right), stateOf (plain.right)) << "block " << block;
-        });
-    });
+                               ASSERT_EQ (stateOf (levels.left), stateOf (plain.left)) << "block " << block;
+                               ASSERT_EQ (stateOf (levels.right), stateOf (plain.right)) << "block " << block;
+                           });
+                   });
 }
 } // namespace
