@@ -17,10 +17,8 @@ ORVO_INLINE Float log2 (Float x)
     const auto octave = (bits - rootOfHalf) >> 23;
     const auto f = asFloat (bits - (octave << 23)) - broadcast (1.0f);
 
-    const auto pair = [&](float low, float high) __attribute__ ((always_inline))
-    {
-        return multiplyAdd (broadcast (high), f, broadcast (low));
-    };
+    const auto pair = [&] (float low, float high) ORVO_INLINE_LAMBDA
+    { return multiplyAdd (broadcast (high), f, broadcast (low)); };
 
     const auto f2 = f * f, f4 = f2 * f2;
     const auto low =
@@ -29,7 +27,7 @@ ORVO_INLINE Float log2 (Float x)
         multiplyAdd (pair (0.21572146475f, -0.20724988419f), f2, pair (0.28791599025f, -0.23894802967f));
     const auto polynomial = multiplyAdd (multiplyAdd (broadcast (0.12579653492f), f4, high), f4, low);
 
-    return multiplyAdd (polynomial, f, __builtin_convertvector(octave, Float));
+    return multiplyAdd (polynomial, f, toFloat (octave));
 }
 
 /** Of exponents up to 0; 0 below -126. */
@@ -41,10 +39,8 @@ ORVO_INLINE Float exp2 (Float x)
     const auto rounded = clamped + rounder;
     const auto f = clamped - (rounded - rounder);
 
-    const auto pair = [&](float low, float high) __attribute__ ((always_inline))
-    {
-        return multiplyAdd (broadcast (high), f, broadcast (low));
-    };
+    const auto pair = [&] (float low, float high) ORVO_INLINE_LAMBDA
+    { return multiplyAdd (broadcast (high), f, broadcast (low)); };
 
     const auto f2 = f * f;
     const auto high = multiplyAdd (pair (0.0013398924474f, 0.00015353723005f), f2,
@@ -65,24 +61,26 @@ ORVO_INLINE Float withSignOf (Float magnitude, Float x)
 template <typename Curve>
 ORVO_INLINE void apply (float* samples, size_t numSamples, Curve curve)
 {
-    forEach<width> (
-        0, numSamples, [&](size_t i, size_t count) __attribute__ ((always_inline)) {
-            auto x = loadUpTo (samples + i, count);
+    forEach<width> (0, numSamples,
+                    [&] (size_t i, size_t count) ORVO_INLINE_LAMBDA
+                    {
+                        auto x = loadUpTo (samples + i, count);
 
-            if (curve (x))
-                storeUpTo (samples + i, x, count);
-        });
+                        if (curve (x))
+                            storeUpTo (samples + i, x, count);
+                    });
 }
 
 void hardClip (float threshold, float* samples, size_t numSamples)
 {
     const auto upper = broadcast (threshold), lower = broadcast (-threshold);
 
-    apply (
-        samples, numSamples, [&](Float & x) __attribute__ ((always_inline)) {
-            x = max (lower, min (upper, x));
-            return true;
-        });
+    apply (samples, numSamples,
+           [&] (Float& x) ORVO_INLINE_LAMBDA
+           {
+               x = max (lower, min (upper, x));
+               return true;
+           });
 }
 
 void kneeClip (const simd::KneeCurve& c, float* samples, size_t numSamples)
@@ -90,28 +88,29 @@ void kneeClip (const simd::KneeCurve& c, float* samples, size_t numSamples)
     const auto start = broadcast (c.start), end = broadcast (c.end), threshold = broadcast (c.threshold);
     const auto inverseStart = broadcast (c.inverseStart), curvature = broadcast (-c.curvature);
 
-    apply (
-        samples, numSamples, [&](Float & x) __attribute__ ((always_inline)) {
-            const auto magnitude = abs (x);
-            const auto isAbove = magnitude > start;
+    apply (samples, numSamples,
+           [&] (Float& x) ORVO_INLINE_LAMBDA
+           {
+               const auto magnitude = abs (x);
+               const auto isAbove = magnitude > start;
 
-            if (! any (isAbove))
-                return false;
+               if (! any (isAbove))
+                   return false;
 
-            const auto pinned = withSignOf (threshold, x);
-            const auto isPinned = (magnitude >= end) & isAbove;
-            auto y = pinned;
+               const auto pinned = withSignOf (threshold, x);
+               const auto isPinned = (magnitude >= end) & isAbove;
+               auto y = pinned;
 
-            if (any (isAbove & ~isPinned))
-            {
-                const auto octaves = log2 (magnitude * inverseStart);
-                const auto bent = x * exp2 ((octaves * octaves) * curvature);
-                y = select (isPinned, pinned, bent);
-            }
+               if (any (isAbove & ~isPinned))
+               {
+                   const auto octaves = log2 (magnitude * inverseStart);
+                   const auto bent = x * exp2 ((octaves * octaves) * curvature);
+                   y = select (isPinned, pinned, bent);
+               }
 
-            x = select (isAbove, y, x);
-            return true;
-        });
+               x = select (isAbove, y, x);
+               return true;
+           });
 }
 
 void powerClip (const simd::PowerCurve& c, float* samples, size_t numSamples)
@@ -121,29 +120,30 @@ void powerClip (const simd::PowerCurve& c, float* samples, size_t numSamples)
     const auto exponent = broadcast (c.exponent), inverseExponent = broadcast (c.inverseExponent);
     const auto firstGain = broadcast (c.firstGain), secondGain = broadcast (c.secondGain);
 
-    apply (
-        samples, numSamples, [&](Float & x) __attribute__ ((always_inline)) {
-            const auto magnitude = abs (x);
-            const auto isPinned = magnitude >= limit;
+    apply (samples, numSamples,
+           [&] (Float& x) ORVO_INLINE_LAMBDA
+           {
+               const auto magnitude = abs (x);
+               const auto isPinned = magnitude >= limit;
 
-            if (all (isPinned))
-            {
-                x = withSignOf (limitOutput, x);
-                return true;
-            }
+               if (all (isPinned))
+               {
+                   x = withSignOf (limitOutput, x);
+                   return true;
+               }
 
-            const auto a = magnitude * inverseLimit;
-            auto y = a;
+               const auto a = magnitude * inverseLimit;
+               auto y = a;
 
-            if (! all (a <= negligible))
-            {
-                const auto power = exp2 (exponent * log2 (a));
-                y = abs (a - power * inverseExponent);
-            }
+               if (! all (a <= negligible))
+               {
+                   const auto power = exp2 (exponent * log2 (a));
+                   y = abs (a - power * inverseExponent);
+               }
 
-            x = withSignOf (select (isPinned, limitOutput, y * firstGain * secondGain), x);
-            return true;
-        });
+               x = withSignOf (select (isPinned, limitOutput, y * firstGain * secondGain), x);
+               return true;
+           });
 }
 
 void lift (const simd::LiftCurve& c, float* samples, size_t numSamples)
@@ -153,15 +153,16 @@ void lift (const simd::LiftCurve& c, float* samples, size_t numSamples)
     const auto c1 = broadcast (c.coefficients[0]), c2 = broadcast (c.coefficients[1]);
     const auto c3 = broadcast (c.coefficients[2]), c4 = broadcast (c.coefficients[3]);
 
-    apply (
-        samples, numSamples, [&](Float & x) __attribute__ ((always_inline)) {
-            const auto a = abs (x) / threshold;
-            const auto below = multiplyAdd (multiplyAdd (c4, a, c3), a * a, multiplyAdd (c2, a, c1)) * a;
-            const auto fall = (a - one) * inverseSpan;
-            const auto above = asFloat (asInt (one - fall * fall) & ~(a > limit));
+    apply (samples, numSamples,
+           [&] (Float& x) ORVO_INLINE_LAMBDA
+           {
+               const auto a = abs (x) / threshold;
+               const auto below = multiplyAdd (multiplyAdd (c4, a, c3), a * a, multiplyAdd (c2, a, c1)) * a;
+               const auto fall = (a - one) * inverseSpan;
+               const auto above = asFloat (asInt (one - fall * fall) & ~(a > limit));
 
-            x = withSignOf (select (a > one, above, below) * threshold, x);
-            return true;
-        });
+               x = withSignOf (select (a > one, above, below) * threshold, x);
+               return true;
+           });
 }
 } // namespace

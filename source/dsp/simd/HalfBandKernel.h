@@ -74,24 +74,25 @@ void halfBandUpChunk (const simd::HalfBand& filter, float* line, const float* in
     const auto centre = broadcast (filter.centre);
     const auto* middle = line + filter.numTaps;
 
-    forEachSum (
-        filter, line, numInputs, [&](size_t first, Float sums, size_t count) __attribute__ ((always_inline)) {
-            const auto between = load (middle + first) * centre;
-            auto* target = output + 2 * first;
+    forEachSum (filter, line, numInputs,
+                [&] (size_t first, Float sums, size_t count) ORVO_INLINE_LAMBDA
+                {
+                    const auto between = load (middle + first) * centre;
+                    auto* target = output + 2 * first;
 
-            if (count == width)
-            {
-                store (target, Lanes::interleaveLow (sums, between));
-                store (target + width, Lanes::interleaveHigh (sums, between));
-                return;
-            }
+                    if (count == width)
+                    {
+                        store (target, Lanes::interleaveLow (sums, between));
+                        store (target + width, Lanes::interleaveHigh (sums, between));
+                        return;
+                    }
 
-            for (size_t k = 0; k < count; ++k)
-            {
-                target[2 * k] = sums[k];
-                target[2 * k + 1] = between[k];
-            }
-        });
+                    for (size_t k = 0; k < count; ++k)
+                    {
+                        target[2 * k] = sums[k];
+                        target[2 * k + 1] = between[k];
+                    }
+                });
 
     shift (line, stateLength, numInputs);
 }
@@ -130,16 +131,16 @@ void halfBandDownChunk (const simd::HalfBand& filter, float* evenLine, float* od
 
     const auto centre = broadcast (filter.centre);
 
-    forEachSum (
-        filter, evenLine,
-        numOutputs, [&](size_t first, Float sums, size_t count) __attribute__ ((always_inline)) {
-            const auto y = sums + load (oddLine + first) * centre;
+    forEachSum (filter, evenLine, numOutputs,
+                [&] (size_t first, Float sums, size_t count) ORVO_INLINE_LAMBDA
+                {
+                    const auto y = sums + load (oddLine + first) * centre;
 
-            if (count == width)
-                store (output + first, y);
-            else
-                storeUpTo (output + first, y, count);
-        });
+                    if (count == width)
+                        store (output + first, y);
+                    else
+                        storeUpTo (output + first, y, count);
+                });
 
     shift (evenLine, stateLength, numOutputs);
     shift (oddLine, filter.numTaps, numOutputs);
@@ -160,10 +161,11 @@ bool isWithin (const float* samples, size_t numSamples, float limit)
 {
     auto isSafe = ~Int {};
     const auto limits = broadcast (limit);
-    forEach<width> (
-        0, numSamples, [&](size_t i, size_t count) __attribute__ ((always_inline)) {
-            isSafe &= abs (loadUpTo (samples + i, count)) <= limits;
-        });
+
+    const auto check = [&] (size_t i, size_t count) ORVO_INLINE_LAMBDA
+    { isSafe &= abs (loadUpTo (samples + i, count)) <= limits; };
+
+    forEach<width> (0, numSamples, check);
     return all (isSafe);
 }
 } // namespace

@@ -225,7 +225,7 @@ void trackLevels (simd::LevelLanes& lanes, simd::ConstChannels input, simd::Chan
                            lanesOf (lanes.maxPeak), lanesOf (lanes.rmsSum), lanesOf (lanes.maxRmsSum) };
     Float4 largest {};
 
-    const auto run = [&](size_t i, size_t count) __attribute__ ((always_inline))
+    const auto run = [&] (size_t i, size_t count) ORVO_INLINE_LAMBDA
     {
         const auto l = abs (loadUpTo<Float4> (input[0] + i, count)),
                    r = abs (loadUpTo<Float4> (input[1] + i, count));

@@ -11,6 +11,10 @@
 
 #define ORVO_INLINE [[maybe_unused, gnu::always_inline]] inline
 
+/** The same for a lambda, between its parameters and its body. There, an attribute in brackets would belong to the
+    function's type instead and be ignored; a macro's name is what formatters take in that place. */
+#define ORVO_INLINE_LAMBDA __attribute__ ((always_inline))
+
 namespace
 {
 /** As many lanes as a register of the instruction set has. */
@@ -47,6 +51,16 @@ template <typename Floats = Float>
 ORVO_INLINE Floats broadcast (float x)
 {
     return x - Floats {};
+}
+
+/** The numbers, where asFloat() takes over the bits. */
+template <typename Floats = Float>
+ORVO_INLINE Floats toFloat (MaskOf<Floats> x)
+{
+    // Its versions differ in the blank before these parentheses.
+    // clang-format off
+    return __builtin_convertvector (x, Floats);
+    // clang-format on
 }
 
 /** No load or store needs alignment. */

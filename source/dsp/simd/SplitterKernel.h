@@ -95,16 +95,17 @@ ORVO_INLINE void store (simd::Integrators& target, const Section& section, int l
     target = { section.s1[lane], section.s2[lane] };
 }
 
+ORVO_INLINE SectionCoefficients makeSection (float r2, float g, float h)
+{
+    return { broadcast<Float4> (g), broadcast<Float4> (r2 + g), broadcast<Float4> (h) };
+}
+
 /** With one channel, `right` stands for it too and its lanes are not stored. */
 ORVO_INLINE Splitter makeSplitter (const simd::SplitterCoefficients& c, const simd::SplitterChannel& left,
                                    const simd::SplitterChannel& right)
 {
-    const auto section = [&] (float g, float h) -> SectionCoefficients {
-        return { broadcast<Float4> (g), broadcast<Float4> (c.r2 + g), broadcast<Float4> (h) };
-    };
-
-    return { section (c.gLow, c.hLow),
-             section (c.gHigh, c.hHigh),
+    return { makeSection (c.r2, c.gLow, c.hLow),
+             makeSection (c.r2, c.gHigh, c.hHigh),
              broadcast<Float4> (c.r2),
              load (left.lowShared, right.lowShared, left.lowShared, right.lowShared),
              load (left.lowSecond, right.lowSecond, left.restSecond, right.restSecond),
@@ -213,18 +214,16 @@ ORVO_INLINE bool splitChannels (const simd::SplitterCoefficients& coefficients,
     SplitterRing ring;
     size_t written = 0;
 
-    const auto write = [&](size_t i, size_t count) __attribute__ ((always_inline))
-    {
-        ring.writeOutputs (outputs, numChannels, i, count, limits);
-    };
+    const auto read = [&] (size_t i, size_t count) ORVO_INLINE_LAMBDA
+    { ring.readInput (input[0], input[last], i, count, limits); };
+
+    const auto write = [&] (size_t i, size_t count) ORVO_INLINE_LAMBDA
+    { ring.writeOutputs (outputs, numChannels, i, count, limits); };
 
     for (size_t start = 0; start < numSamples; start += SplitterRing::chunk)
     {
         const auto end = start + SplitterRing::chunk < numSamples ? start + SplitterRing::chunk : numSamples;
-        forEach<4> (
-            start, end, [&](size_t i, size_t count) __attribute__ ((always_inline)) {
-                ring.readInput (input[0], input[last], i, count, limits);
-            });
+        forEach<4> (start, end, read);
 
         auto t = start;
         for (; t < end && t < delay; ++t)
