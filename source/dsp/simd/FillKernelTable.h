@@ -6,10 +6,20 @@
 #include "dsp/simd/MeterKernels.h"
 #include "dsp/simd/SplitterKernel.h"
 
-/** Initialises a KernelTable with what the including file's instruction set made of the kernels. */
-#define ORVO_KERNEL_TABLE                                                                                    \
-    {                                                                                                        \
-        .split = &split, .halfBandUp = &halfBandUp, .halfBandDown = &halfBandDown, .isWithin = &isWithin,    \
-        .weighAndSquare = &weighAndSquare, .trackLevels = &trackLevels, .hardClip = &hardClip,               \
-        .kneeClip = &kneeClip, .powerClip = &powerClip, .lift = &lift, .envelope = &envelope                 \
-    }
+namespace
+{
+/** What the including file's instruction set made of the kernels. */
+constexpr simd::KernelTable kernelTable {
+    .split = &split,
+    .halfBandUp = &halfBandUp,
+    .halfBandDown = &halfBandDown,
+    .isWithin = &isWithin,
+    .weighAndSquare = &weighAndSquare,
+    .trackLevels = &trackLevels,
+    .hardClip = &hardClip,
+    .kneeClip = &kneeClip,
+    .powerClip = &powerClip,
+    .lift = &lift,
+    .envelope = &envelope,
+};
+} // namespace

@@ -7,6 +7,6 @@
 
     #include "dsp/simd/FillKernelTable.h"
 
-extern const simd::KernelTable simd::avx2Kernels = ORVO_KERNEL_TABLE;
+extern const simd::KernelTable simd::avx2Kernels = kernelTable;
 
 #endif

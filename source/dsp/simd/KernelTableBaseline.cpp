@@ -2,4 +2,4 @@
 
 #include "dsp/simd/FillKernelTable.h"
 
-extern const simd::KernelTable simd::baselineKernels = ORVO_KERNEL_TABLE;
+extern const simd::KernelTable simd::baselineKernels = kernelTable;
