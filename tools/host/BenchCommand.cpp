@@ -87,6 +87,6 @@ Command benchCommand()
     return { "bench",
              "",
              "measures the loaded module's speed per layout, oversampling and block size",
-             { { "--seconds", "S", "audio per measurement, 0.1 to 600 (else 5)" }, ORVO_HOST_PLUGIN_OPTION },
+             { { "--seconds", "S", "audio per measurement, 0.1 to 600 (else 5)" }, pluginOption },
              runBench };
 }

@@ -82,5 +82,5 @@ void runInfo (const Arguments& arguments)
 
 Command infoCommand()
 {
-    return { "info", "", "tells what the module says of itself", { ORVO_HOST_PLUGIN_OPTION }, runInfo };
+    return { "info", "", "tells what the module says of itself", { pluginOption }, runInfo };
 }

@@ -176,7 +176,9 @@ Command openCommand()
              "Settings and presets are a fresh installation's in a temporary folder, never the user's.\n"
              "With --measure, each layout is shown at the scales 1, 1.5 and 2, or what --scale and --set "
              "layout=... say.",
-             { ORVO_HOST_SETTINGS_OPTIONS,
+             { presetOption,
+               stateOption,
+               setOption,
                { "--size", "WxH", "the editor's size in its own pixels (else its first one)" },
                { "--scale", "F", "the host's scale factor, 0.5 to 4 (else 1)" },
                { "--theme", "NAME", themeHelp.c_str() },
@@ -186,7 +188,7 @@ Command openCommand()
                { "--force", nullptr, "replaces an existing picture" },
                { "--measure", "S", "prints what the window costs, S seconds for each row, and ends" },
                { "--script", nullptr, "obeys and answers lines on the standard streams, for tests" },
-               ORVO_HOST_PLUGIN_OPTION },
+               pluginOption },
              runOpen,
              true };
 }

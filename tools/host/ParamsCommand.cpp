@@ -36,6 +36,6 @@ Command paramsCommand()
              "",
              "lists all parameters in the host's order, with their defaults and ranges\n"
              "What the VST3 wrapper adds to Orvo's own is marked \"(wrapper)\".",
-             { ORVO_HOST_PLUGIN_OPTION },
+             { pluginOption },
              runParams };
 }

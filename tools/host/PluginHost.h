@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Arguments.h"
 #include "HostedParameter.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
@@ -63,8 +64,5 @@ private:
 [[nodiscard]] juce::File findModule (const juce::String& path);
 
 /** The option of every command that loads the module. */
-#define ORVO_HOST_PLUGIN_OPTION                                                                              \
-    Option                                                                                                   \
-    {                                                                                                        \
-        "--plugin", "PATH", "the module to load (else the one built with this program)"                      \
-    }
+inline constexpr Option pluginOption { "--plugin", "PATH",
+                                       "the module to load (else the one built with this program)" };

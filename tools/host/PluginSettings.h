@@ -13,12 +13,12 @@ void applyState (PluginHost& host, const juce::File& file);
 void applySetting (PluginHost& host, const juce::String& setting);
 
 /** The options that `applySettings` knows. */
-#define ORVO_HOST_SETTINGS_OPTIONS                                                                           \
-    Option { "--preset", "NAME",                                                                             \
-             "a preset by its name, or by its folders and name, as \"presets\" lists them" },                \
-        Option { "--state", "FILE", "a state that a host or this program saved, applied after --preset" },   \
-        Option                                                                                               \
-    {                                                                                                        \
-        "--set", "ID=VALUE",                                                                                 \
-            "a parameter: a number in its unit (0.5 or 50% of a shape), or a choice; repeatable, last"       \
-    }
+inline constexpr Option presetOption {
+    "--preset", "NAME", "a preset by its name, or by its folders and name, as \"presets\" lists them"
+};
+inline constexpr Option stateOption { "--state", "FILE",
+                                      "a state that a host or this program saved, applied after --preset" };
+inline constexpr Option setOption {
+    "--set", "ID=VALUE",
+    "a parameter: a number in its unit (0.5 or 50% of a shape), or a choice; repeatable, last"
+};

@@ -269,12 +269,14 @@ Command renderCommand()
         ".w64 or .flac. RF64 and W64 may be larger than 2 GB. FLAC holds 16 or 24 bits.\n"
         "The output lines up with the input and has its length. With several inputs, or if it is a folder\n"
         "already, OUT is the folder for files of the same names.",
-        { ORVO_HOST_SETTINGS_OPTIONS,
+        { presetOption,
+          stateOption,
+          setOption,
           { "--bits", "16|24|32|float", "the output's samples (else as in the input)" },
           { "--rate", "keep", "the output's rate: the input's" },
           { "--block", "N", "frames per block, 1 to 65536 (else 512)" },
           { "--force", nullptr, "replaces existing outputs" },
-          ORVO_HOST_PLUGIN_OPTION },
+          pluginOption },
         runRender
     };
 }

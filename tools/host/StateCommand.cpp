@@ -64,8 +64,10 @@ Command stateCommand()
              "save|load FILE",
              "saves the module's state, or loads one and prints what differs from the defaults\n"
              "A file holds the bytes that any host stores for the plug-in.",
-             { ORVO_HOST_SETTINGS_OPTIONS,
+             { presetOption,
+               stateOption,
+               setOption,
                { "--force", nullptr, "replaces an existing file" },
-               ORVO_HOST_PLUGIN_OPTION },
+               pluginOption },
              runState };
 }
