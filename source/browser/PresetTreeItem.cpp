@@ -34,9 +34,10 @@ void PresetTreeItem::setFolder (const juce::ValueTree& newFolder)
 
 void PresetTreeItem::readFolder()
 {
-    hasSubfolders =
-        std::any_of (folder.begin(), folder.end(),
-                     [] (const juce::ValueTree& child) { return ! child.hasType (PresetFiles::presetType); });
+    const auto isFolder = [] (const juce::ValueTree& child)
+    { return ! child.hasType (PresetFiles::presetType); };
+
+    hasSubfolders = std::any_of (folder.begin(), folder.end(), isFolder);
 
     if (folder.getType().toString().startsWith ("f_"))
         tooltip = folder[PresetFiles::description].toString();

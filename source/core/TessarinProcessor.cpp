@@ -22,9 +22,10 @@ void refuseWhatIsNoNumber (Parameter& parameter)
     const auto original = parameter.range;
     auto& range = parameter.range;
 
-    range = { original.start, original.end, {}, {}, [original, &parameter] (float, float, float value) {
-                 return original.snapToLegalValue (std::isfinite (value) ? value : parameter.get());
-             } };
+    const auto snap = [original, &parameter] (float, float, float value)
+    { return original.snapToLegalValue (std::isfinite (value) ? value : parameter.get()); };
+
+    range = { original.start, original.end, {}, {}, snap };
     range.interval = original.interval;
     range.skew = original.skew;
     range.symmetricSkew = original.symmetricSkew;
@@ -214,9 +215,12 @@ NumberValue TessarinProcessor::addParameterFloat (juce::String id, juce::String 
                                                   float defaultValue, juce::String unit, int decimals,
                                                   bool listen)
 {
-    auto toText = [unit = std::move (unit), decimals] (float value) {
-        return (decimals == 0 ? juce::String (juce::roundToInt (value)) : juce::String (value, decimals))
-               + unit;
+    auto toText = [unit = std::move (unit), decimals] (float value)
+    {
+        if (decimals == 0)
+            return juce::String (juce::roundToInt (value)) + unit;
+
+        return juce::String (value, decimals) + unit;
     };
 
     return addParameterRange (std::move (id), std::move (name), { min, max }, defaultValue,

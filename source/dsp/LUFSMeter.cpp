@@ -37,6 +37,11 @@ float toPublishedLoudness (double meanSquare)
 constexpr auto largestHarmlessMagnitude = 1.0e6f;
 
 constexpr size_t channelsPerPass = 2;
+
+simd::Biquad coefficientsOf (const SecondOrderIIRFilter& f)
+{
+    return { f.b0, f.b1, f.b2, f.a1, f.a2 };
+}
 } // namespace
 
 LUFSMeter::LUFSMeter()
@@ -205,10 +210,6 @@ void LUFSMeter::weighAndSquare (const juce::AudioBuffer<float>& buffer)
 bool LUFSMeter::weigh (const juce::AudioBuffer<float>& buffer, size_t channel, size_t count, int start,
                        int length, simd::Channels squares, double* sums) noexcept
 {
-    const auto coefficients = [] (const SecondOrderIIRFilter& f) -> simd::Biquad {
-        return { f.b0, f.b1, f.b2, f.a1, f.a2 };
-    };
-
     const auto state = [&] (const SecondOrderIIRFilter& f) -> simd::BiquadState
     {
         const auto other = channel + count - 1;
@@ -225,7 +226,7 @@ bool LUFSMeter::weigh (const juce::AudioBuffer<float>& buffer, size_t channel, s
     };
 
     auto& second = revisedLowFrequencyBCurveFilter;
-    simd::Weighting weighting { coefficients (preFilter), coefficients (second), state (preFilter),
+    simd::Weighting weighting { coefficientsOf (preFilter), coefficientsOf (second), state (preFilter),
                                 state (second), SecondOrderIIRFilter::quietest };
     const std::array input { buffer.getReadPointer (static_cast<int> (channel), start),
                              buffer.getReadPointer (static_cast<int> (channel + count - 1), start) };

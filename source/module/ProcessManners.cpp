@@ -100,9 +100,7 @@ int __wrap_setenv (const char*, const char*, int)
 /** The working folder stays; the next child begins in this one. */
 int __wrap_chdir (const char* folder)
 {
-    struct stat status
-    {
-    };
+    struct stat status = {};
 
     if (stat (folder, &status) != 0)
         return -1;

@@ -89,10 +89,12 @@ struct NodeOrder
 {
     static int compareElements (const juce::ValueTree& a, const juce::ValueTree& b)
     {
-        const auto rank = [] (const juce::ValueTree& node) {
-            return node.getProperty (name).toString() == initialPatchName ? 0
-                   : node.hasType (presetType)                            ? 1
-                                                                          : 2;
+        const auto rank = [] (const juce::ValueTree& node)
+        {
+            if (node.getProperty (name).toString() == initialPatchName)
+                return 0;
+
+            return node.hasType (presetType) ? 1 : 2;
         };
 
         if (const auto difference = rank (a) - rank (b))

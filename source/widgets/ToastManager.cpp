@@ -40,9 +40,8 @@ void ToastManager::parentHierarchyChanged()
 
 void ToastManager::changeListenerCallback (juce::ChangeBroadcaster* source)
 {
-    const auto dismissed = std::find_if (toasts.begin(), toasts.end(),
-                                         [source] (Toast* toast)
-                                         { return static_cast<juce::ChangeBroadcaster*> (toast) == source; });
+    const auto isSource = [source] (const juce::ChangeBroadcaster* toast) { return toast == source; };
+    const auto dismissed = std::find_if (toasts.begin(), toasts.end(), isSource);
 
     if (dismissed == toasts.end())
         return;
