@@ -111,43 +111,43 @@ Form makeLevels (bool isPlain)
         return left.rms + left.heldPeak + right.rms + right.heldPeak;
     };
 
-    if (! isPlain)
-        return { [levels] (juce::AudioBuffer<float>& buffer)
-                 { levels->process (juce::dsp::AudioBlock<const float> (buffer)); },
-                 reading };
+    const auto kernel = [levels] (juce::AudioBuffer<float>& buffer)
+    { levels->process (juce::dsp::AudioBlock<const float> (buffer)); };
 
-    return { [levels] (juce::AudioBuffer<float>& buffer)
-             {
-                 for (auto channel : { 0, 1 })
-                     for (auto i = 0; i < buffer.getNumSamples(); ++i)
-                         (channel == 0 ? levels->left : levels->right)
-                             .processSample (std::abs (buffer.getSample (channel, i)));
-             },
-             reading };
+    const auto plain = [levels] (juce::AudioBuffer<float>& buffer)
+    {
+        for (auto channel : { 0, 1 })
+            for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                (channel == 0 ? levels->left : levels->right)
+                    .processSample (std::abs (buffer.getSample (channel, i)));
+    };
+
+    return isPlain ? Form { plain, reading } : Form { kernel, reading };
 }
 
 Pair makeCurvePair (const reference::Curve& curve)
 {
-    return {
-        std::string ("curve/") + curve.name,
-        [&curve]
+    const auto makePlain = [&curve]
+    {
+        return [form = curve.plain (-6.0f, 0.5f * curve.most)] (juce::AudioBuffer<float>& buffer)
         {
-            return [form = curve.plain (-6.0f, 0.5f * curve.most)] (juce::AudioBuffer<float>& buffer)
-            {
-                for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
-                    form ({ buffer.getWritePointer (channel), static_cast<size_t> (buffer.getNumSamples()) });
-            };
-        },
-        [&curve]
-        {
-            return [saturator = std::shared_ptr (curve.make (-6.0f, 0.5f * curve.most))] (
-                       juce::AudioBuffer<float>& buffer)
-            {
-                juce::dsp::AudioBlock<float> block (buffer);
-                saturator->processBlock (juce::dsp::ProcessContextReplacing<float> (block));
-            };
-        }
+            for (auto channel = 0; channel < buffer.getNumChannels(); ++channel)
+                form ({ buffer.getWritePointer (channel), static_cast<size_t> (buffer.getNumSamples()) });
+        };
     };
+
+    const auto makeKernel = [&curve]
+    {
+        const auto saturator = std::shared_ptr (curve.make (-6.0f, 0.5f * curve.most));
+
+        return [saturator] (juce::AudioBuffer<float>& buffer)
+        {
+            juce::dsp::AudioBlock<float> block (buffer);
+            saturator->processBlock (juce::dsp::ProcessContextReplacing<float> (block));
+        };
+    };
+
+    return { std::string ("curve/") + curve.name, makePlain, makeKernel };
 }
 
 Form makePlainEnvelope()

@@ -58,6 +58,7 @@ TEST (LUFSMeter, ReadsASteadyToneOnEveryScaleAtEveryRate)
 /** Test signals of EBU Tech 3341 (loudness) and Tech 3342 (range), stereo sine of 1 kHz. */
 TEST (LUFSMeter, ReadsThePublishedSequences)
 {
+    using Reading = float kf::LUFSData::*;
     const auto integrated = &kf::LUFSData::integrated;
     const auto shortTerm = &kf::LUFSData::shortTerm;
     const auto momentary = &kf::LUFSData::momentary;
@@ -66,7 +67,7 @@ TEST (LUFSMeter, ReadsThePublishedSequences)
     struct
     {
         const char* name;
-        float kf::LUFSData::*reading;
+        Reading reading;
         double expected;
         int repeats;
         std::vector<std::pair<double, double>> steps; // level and seconds

@@ -24,14 +24,15 @@ std::complex<double> prototypeAt (const kf::SecondOrderIIRFilter& filter, double
     return (filter.VH * s * s + filter.VB * s / filter.Q + filter.VL) / (s * s + s / filter.Q + 1.0);
 }
 
+std::vector<double> inUse (const kf::SecondOrderIIRFilter& f)
+{
+    return { f.b0, f.b1, f.b2, f.a1, f.a2 };
+}
+
 TEST (SecondOrderIIRFilter, UsesThePublishedCoefficientsAt48k)
 {
     kf::LUFSMeter meter;
     meter.prepareToPlay (48000.0, 2, 512, 30);
-
-    const auto inUse = [] (const kf::SecondOrderIIRFilter& f) {
-        return std::vector { f.b0, f.b1, f.b2, f.a1, f.a2 };
-    };
 
     EXPECT_EQ (inUse (meter.preFilter), (std::vector { 1.53512485958697, -2.69169618940638, 1.19839281085285,
                                                        -1.69065929318241, 0.73248077421585 }));

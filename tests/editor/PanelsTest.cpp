@@ -8,12 +8,15 @@ using juce::Colour;
 
 namespace
 {
+using Editor = OrvoAudioProcessorEditor;
+using Processor = OrvoAudioProcessor;
+
 /** What a panel is made for. The side's identifier is not its name. */
 struct Panel
 {
     std::string id;
-    MultiModeClipperEditor OrvoAudioProcessorEditor::*panel;
-    MultiModeClipper OrvoAudioProcessor::*clipper;
+    decltype (&Editor::singleEditor) panel;
+    decltype (&Processor::singleClipper) clipper;
     int layout;
     const char* name;
     float hueRotation;
@@ -23,9 +26,6 @@ void PrintTo (const Panel& panel, std::ostream* stream)
 {
     *stream << panel.id;
 }
-
-using Editor = OrvoAudioProcessorEditor;
-using Processor = OrvoAudioProcessor;
 
 const std::vector<Panel> allPanels {
     { "low_band", &Editor::lowBandEditor, &Processor::lowBandClipper, 1, "Low", 0.0f },

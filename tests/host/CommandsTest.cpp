@@ -12,9 +12,10 @@ namespace
 juce::Array<juce::File> sortedPresets()
 {
     auto files = trackedBank.findChildFiles (juce::File::findFiles, true, "*.tpre");
-    std::sort (files.begin(), files.end(),
-               [] (const auto& a, const auto& b)
-               { return a.getFullPathName().compareIgnoreCase (b.getFullPathName()) < 0; });
+    const auto precedes = [] (const juce::File& a, const juce::File& b)
+    { return a.getFullPathName().compareIgnoreCase (b.getFullPathName()) < 0; };
+
+    std::sort (files.begin(), files.end(), precedes);
     return files;
 }
 

@@ -137,14 +137,12 @@ TEST (Look, PointsDownAtOpenFoldersAndRightAtClosedOnes)
 
     // The triangle fills 10 by 10 about the middle.
     const juce::Image image (juce::Image::RGB, 20, 20, true, juce::SoftwareImageType());
+    const auto area = image.getBounds().toFloat();
 
     for (const auto isOpen : { true, false })
     {
-        const auto picture =
-            pixels::drawn (image, pixels::black,
-                           [&] (auto& g) {
-                               look.drawTreeviewPlusMinusBox (g, { 20, 20 }, {}, isOpen, false);
-                           });
+        const auto draw = [&] (auto& g) { look.drawTreeviewPlusMinusBox (g, area, {}, isOpen, false); };
+        const auto picture = pixels::drawn (image, pixels::black, draw);
         const auto isInk = [&] (int along, int across)
         {
             const auto colour =

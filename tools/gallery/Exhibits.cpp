@@ -44,6 +44,18 @@ void switchOn (OffscreenWindow&, juce::Component& widget)
     dynamic_cast<juce::Button&> (widget).setToggleState (true, juce::dontSendNotification);
 }
 
+void hoverWhileOn (OffscreenWindow& window, juce::Component& widget)
+{
+    switchOn (window, widget);
+    hover (window, widget);
+}
+
+void disableWhileOn (OffscreenWindow& window, juce::Component& widget)
+{
+    switchOn (window, widget);
+    disable (window, widget);
+}
+
 /** Every state that mouse, keys and switches can bring a button into. */
 std::vector<Exhibit> makeButtonStates (int width, int height, const Make& make)
 {
@@ -51,28 +63,20 @@ std::vector<Exhibit> makeButtonStates (int width, int height, const Make& make)
              { "hover", width, height, make, hover },
              { "pressed", width, height, make, press },
              { "on", width, height, make, switchOn },
-             { "on, hover", width, height, make,
-               [] (auto& window, auto& widget)
-               {
-                   switchOn (window, widget);
-                   hover (window, widget);
-               } },
+             { "on, hover", width, height, make, hoverWhileOn },
              { "focused", width, height, make, focus },
              { "disabled", width, height, make, disable },
-             { "on, disabled", width, height, make,
-               [] (auto& window, auto& widget)
-               {
-                   switchOn (window, widget);
-                   disable (window, widget);
-               } } };
+             { "on, disabled", width, height, make, disableWhileOn } };
 }
 
 Sheet makeIconSheet()
 {
     Sheet sheet { "IconButton", {} };
 
-    const auto makeFrom = [] (const char* data, int size) -> Make {
-        return [data, size] { return std::make_unique<luna::IconButton> (data, static_cast<size_t> (size)); };
+    const auto makeFrom = [] (const char* data, int size) -> Make
+    {
+        const auto length = static_cast<size_t> (size);
+        return [data, length] { return std::make_unique<luna::IconButton> (data, length); };
     };
 
     sheet.exhibits =

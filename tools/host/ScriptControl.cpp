@@ -71,8 +71,8 @@ ScriptControl::ScriptControl (OpenSession& s) : session (s)
         ++index;
     }
 
-    juce::LinuxEventLoop::registerFdCallback (
-        STDIN_FILENO, [this] (int) { inputReady(); }, POLLIN | POLLHUP);
+    const auto onInput = [this] (int) { inputReady(); };
+    juce::LinuxEventLoop::registerFdCallback (STDIN_FILENO, onInput, POLLIN | POLLHUP);
     print ("ready " + describeWindow());
 }
 
