@@ -24,6 +24,7 @@ namespace
 // As JUCE declares them.
 juce::X11Symbols::XOpenDisplay openDisplay = nullptr;
 juce::X11Symbols::XGetInputFocus getInputFocus = nullptr;
+juce::X11Symbols::XGetWindowProperty getWindowProperty = nullptr;
 juce::X11Symbols::XLookupString lookupString = nullptr;
 
 /** What JUCE sets to hear of errors itself, while it tries shared memory. */
@@ -76,20 +77,56 @@ XErrorHandler setTrap (XErrorHandler handler)
     return trap.exchange (handler);
 }
 
+/** Null if the window is not one of JUCE's. */
+juce::ComponentPeer* findPeer (Window window)
+{
+    for (auto i = juce::ComponentPeer::getNumPeers(); --i >= 0;)
+        if (auto* peer = juce::ComponentPeer::getPeer (i);
+            reinterpret_cast<Window> (peer->getNativeHandle()) == window)
+            return peer;
+
+    return nullptr;
+}
+
 /** JUCE goes on to ask which of the focused window's parents is ours. No window of another program lies in one of ours,
     so that only our own are worth a further question. Message thread. */
 void getOwnInputFocus (Display* connection, Window* focused, int* revert)
 {
     getInputFocus (connection, focused, revert);
 
-    if (*focused == None || *focused == PointerRoot)
-        return;
+    if (*focused != None && *focused != PointerRoot && findPeer (*focused) == nullptr)
+        *focused = None;
+}
 
-    for (auto i = juce::ComponentPeer::getNumPeers(); --i >= 0;)
-        if (reinterpret_cast<Window> (juce::ComponentPeer::getPeer (i)->getNativeHandle()) == *focused)
-            return;
+/** Whether the window lies in the host's. A window of JUCE's own has a bar, a place on the taskbar, or is temporary. */
+bool isEmbedded (Window window)
+{
+    using Peer = juce::ComponentPeer;
 
-    *focused = None;
+    const auto* peer = findPeer (window);
+    return peer != nullptr
+           && (peer->getStyleFlags()
+               & (Peer::windowAppearsOnTaskbar | Peer::windowIsTemporary | Peer::windowHasTitleBar))
+                  == 0;
+}
+
+/** JUCE asks for each component that it moves whether the window manager has hidden the window, and waits for the answer.
+    No window manager writes a state to a window that lies in another. Message thread. */
+int getOwnProperty (Display* connection, Window window, Atom property, long offset, long length,
+                    Bool isDeleted, Atom wantedType, Atom* type, int* format, unsigned long* numItems,
+                    unsigned long* numBytesLeft, unsigned char** data)
+{
+    const auto* system = juce::XWindowSystem::getInstanceWithoutCreating();
+
+    if (system == nullptr || property != system->getAtoms().windowState || ! isEmbedded (window))
+        return getWindowProperty (connection, window, property, offset, length, isDeleted, wantedType, type,
+                                  format, numItems, numBytesLeft, data);
+
+    *type = None;
+    *format = 0;
+    *numItems = *numBytesLeft = 0;
+    *data = nullptr;
+    return Success;
 }
 
 /** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. */
@@ -130,6 +167,9 @@ void* tessarin::inPlaceOf (const char* name, void* found)
 
     if (isCalled ("XGetInputFocus"))
         return replace (getInputFocus, found, &getOwnInputFocus);
+
+    if (isCalled ("XGetWindowProperty"))
+        return replace (getWindowProperty, found, &getOwnProperty);
 
     if (isCalled ("XLookupString"))
         return replace (lookupString, found, &lookupText);
