@@ -3,6 +3,7 @@
 #include "common/FontHeights.h"
 #include "common/ParameterIds.h"
 #include "common/Sections.h"
+#include "widgets/PixelPicture.h"
 
 InputPanel::InputPanel (juce::AudioProcessorValueTreeState& state)
     : layoutButtons (ParameterIds::layout, state, toStringArray (Layout::names)),
@@ -22,7 +23,7 @@ InputPanel::InputPanel (juce::AudioProcessorValueTreeState& state)
     {
         label->setFont (juce::FontOptions (luna::FontHeights::control));
         label->setJustificationType (juce::Justification::centred);
-        label->setBufferedToImage (true);
+        luna::bufferToPixels (*label);
     }
 
     setTooltips();

@@ -4,6 +4,7 @@
 #include "common/ParameterIds.h"
 #include "common/Rounding.h"
 #include "state/StateTree.h"
+#include "widgets/PixelPicture.h"
 
 #include <LunaBinary.h>
 
@@ -68,7 +69,7 @@ void MultiModeClipperEditor::addChildren()
         addAndMakeVisible (*child);
 
     for (auto* buffered : std::initializer_list<juce::Component*> { &modeLabel, &enableButton, &linkButton })
-        buffered->setBufferedToImage (true);
+        luna::bufferToPixels (*buffered);
 
     modeLabel.setText ("Mode", juce::dontSendNotification);
     modeLabel.setFont (juce::FontOptions (luna::FontHeights::control));

@@ -131,6 +131,8 @@ void ThreeBandSplitterEditor::readBandColours()
     enableIconOn = makePowerIcon (buttonBackgroundColour);
     enableIconOff = makePowerIcon (enableColour);
     enableIconInactive = makePowerIcon (inactiveColour);
+
+    overlayPicture.invalidate();
 }
 
 //======================================================================================================================

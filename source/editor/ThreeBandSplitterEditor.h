@@ -1,5 +1,6 @@
 #pragma once
 
+#include "widgets/PixelPicture.h"
 #include "widgets/SpectrumAnalyser.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
@@ -58,6 +59,7 @@ public:
     void mouseDrag (const juce::MouseEvent&) override;
     void mouseUp (const juce::MouseEvent&) override;
     void enablementChanged() override;
+    void visibilityChanged() override;
     void timerCallback() override;
     void paintOverChildren (juce::Graphics&) override;
 
@@ -106,7 +108,7 @@ private:
     };
 
     /** All that is painted over the spectrum, as numbers. */
-    using Overlay = std::array<int, 11>;
+    using Overlay = std::array<int, 13>;
 
     [[nodiscard]] Overlay getOverlay() const;
 
@@ -126,6 +128,7 @@ private:
 
     [[nodiscard]] juce::String getButtonTooltip (const Band&) const;
 
+    void paintBands (juce::Graphics&) const;
     void paintBand (juce::Graphics&, const Band&) const;
     void paintButton (juce::Graphics&, const ButtonLook&) const;
     void paintHandle (juce::Graphics&, juce::Rectangle<int> bounds, bool isHovered) const;
@@ -141,6 +144,9 @@ private:
 
     /** Of the last frame. */
     Overlay overlay {};
+
+    Overlay paintedOverlay {};
+    luna::PixelPicture overlayPicture { *this, [this] (juce::Graphics& g) { paintBands (g); } };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ThreeBandSplitterEditor)
 };

@@ -11,10 +11,19 @@ ThreeBandSplitterEditor::Overlay ThreeBandSplitterEditor::getOverlay() const
     const auto stateOf = [] (const Band& band) { return 2 * band.isMuted() + band.isEnabled(); };
     const auto hoveredIndex = hoveredBand != nullptr ? hoveredBand->index : -1;
 
-    return { lowCrossoverX,      highCrossoverX,     bands[0].getSoloBand(),
-             stateOf (bands[0]), stateOf (bands[1]), stateOf (bands[2]),
-             hoveredHandle,      hoveredIndex,       hoverMute,
-             hoverSolo,          hoverEnable };
+    return { lowCrossoverX,
+             highCrossoverX,
+             bands[0].getSoloBand(),
+             stateOf (bands[0]),
+             stateOf (bands[1]),
+             stateOf (bands[2]),
+             hoveredHandle,
+             hoveredIndex,
+             hoverMute,
+             hoverSolo,
+             hoverEnable,
+             isEnabled(),
+             static_cast<int> (gridColour.getARGB()) };
 }
 
 void ThreeBandSplitterEditor::timerCallback()
@@ -29,10 +38,24 @@ void ThreeBandSplitterEditor::timerCallback()
         SpectrumAnalyser::timerCallback();
 }
 
+void ThreeBandSplitterEditor::visibilityChanged()
+{
+    if (! isVisible())
+        overlayPicture.release();
+}
+
 void ThreeBandSplitterEditor::paintOverChildren (juce::Graphics& g)
 {
     refreshBandBounds();
 
+    if (const auto now = getOverlay(); now != std::exchange (paintedOverlay, now))
+        overlayPicture.invalidate();
+
+    overlayPicture.draw (g);
+}
+
+void ThreeBandSplitterEditor::paintBands (juce::Graphics& g) const
+{
     if (isEnabled())
         for (const auto& band : bands)
             paintBand (g, band);

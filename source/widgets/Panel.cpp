@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
+#include "widgets/PixelPicture.h"
 
 #include <LunaBinary.h>
 
@@ -31,7 +32,7 @@ Panel::Panel()
 
     addComponentListener (this);
     setOpaque (true);
-    setBufferedToImage (true);
+    bufferToPixels (*this);
 }
 
 Panel::~Panel()

@@ -1,6 +1,7 @@
 #include "ParameterChoiceButtons.h"
 
 #include "common/Rounding.h"
+#include "widgets/PixelPicture.h"
 
 namespace luna
 {
@@ -14,7 +15,7 @@ ParameterChoiceButtons::ParameterChoiceButtons (juce::String id,
     {
         auto* button = buttons.add (std::make_unique<BetterTextButton> (label));
         addAndMakeVisible (*button);
-        button->setBufferedToImage (true);
+        luna::bufferToPixels (*button);
         button->setToggleable (true);
         button->addListener (this);
     }

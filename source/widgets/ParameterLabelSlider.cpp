@@ -1,6 +1,7 @@
 #include "ParameterLabelSlider.h"
 
 #include "common/FontHeights.h"
+#include "widgets/PixelPicture.h"
 
 namespace tessarin
 {
@@ -21,7 +22,7 @@ ParameterLabelSlider::ParameterLabelSlider (juce::String name, juce::String para
     for (auto* child : std::initializer_list<juce::Component*> { &nameLabel, &valueLabel, &slider })
     {
         addAndMakeVisible (*child);
-        child->setBufferedToImage (true);
+        luna::bufferToPixels (*child);
     }
 
     if (parameter != nullptr)

@@ -37,7 +37,15 @@ void SaturatorGraph::timerCallback()
         repaint();
 
     const auto before = std::exchange (levelArea, getLevelArea (saturator->envelope));
-    tiles.repaintDifference (before, levelArea);
+
+    if (before == levelArea)
+        return;
+
+    juce::RectangleList<int> difference (before.getUnion (levelArea));
+    difference.subtract (before.getIntersection (levelArea));
+
+    for (const auto& area : difference)
+        repaint (area);
 }
 
 void SaturatorGraph::refresh()
@@ -67,7 +75,20 @@ void SaturatorGraph::readColours()
     lineColour = findColour (ColourIds::textColourId);
     disabledLineColour = findColour (ColourIds::disabledTextColourId);
     background.repaint();
+    invalidatePictures();
     refresh();
+}
+
+void SaturatorGraph::invalidatePictures()
+{
+    fillPicture.invalidate();
+    linePicture.invalidate();
+}
+
+void SaturatorGraph::releasePictures()
+{
+    fillPicture.release();
+    linePicture.release();
 }
 
 juce::String SaturatorGraph::getTooltip()
@@ -176,6 +197,7 @@ void SaturatorGraph::rebuildPaths()
                         &referenceStroke })
         path->clear();
 
+    invalidatePictures();
     drawnSaturator = saturator;
     outputs.clear();
 
@@ -331,19 +353,24 @@ void SaturatorGraph::paintOverChildren (juce::Graphics& g)
         levelArea = getLevelArea (saturator->envelope);
     }
 
-    tiles.paint (g, [this, &g] (juce::Range<int>) { paintCurve (g); });
-}
-
-void SaturatorGraph::paintCurve (juce::Graphics& g) const
-{
     if (! levelArea.isEmpty())
     {
         const juce::Graphics::ScopedSaveState state (g);
         g.reduceClipRegion (levelArea);
-        g.setColour (lineColour.withAlpha (0.5f));
-        g.fillPath (fillPath);
+        fillPicture.draw (g);
     }
 
+    linePicture.draw (g);
+}
+
+void SaturatorGraph::paintFill (juce::Graphics& g) const
+{
+    g.setColour (lineColour.withAlpha (0.5f));
+    g.fillPath (fillPath);
+}
+
+void SaturatorGraph::paintLines (juce::Graphics& g) const
+{
     g.setColour (lineColour.withAlpha (0.2f));
     g.fillPath (identityStroke);
 

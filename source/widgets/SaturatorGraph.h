@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dsp/Saturator.h"
-#include "widgets/PaintTiles.h"
+#include "widgets/PixelPicture.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -80,6 +80,12 @@ public:
     /** Runs when the user picks a mode from the menu. */
     std::function<void (ViewMode)> onViewModeChange;
 
+private:
+    // A frame moves the edge of what is filled, and draws no path anew. The background lets go of them until its end.
+    PixelPicture fillPicture { *this, [this] (juce::Graphics& g) { paintFill (g); } };
+    PixelPicture linePicture { *this, [this] (juce::Graphics& g) { paintLines (g); } };
+
+public:
     GraphBackground background { *this };
 
     juce::NormalisableRange<float> amplitudeRange { -1.2f, 1.2f };
@@ -126,9 +132,12 @@ private:
     void addReferenceLine (float value);
     void addColumn (int column, float input);
     void finishPaths();
-    void paintCurve (juce::Graphics&) const;
+    void paintFill (juce::Graphics&) const;
+    void paintLines (juce::Graphics&) const;
+    void invalidatePictures();
+    void releasePictures();
 
-    // The lines as areas, so that a frame strokes nothing anew.
+    // The lines as areas, of which no more is computed when only a colour or the place changes.
     juce::Path curveStroke;
     juce::Path identityStroke;
     juce::Path referenceStroke;
@@ -141,7 +150,6 @@ private:
 
     /** The columns that are filled. */
     juce::Rectangle<int> levelArea;
-    const PaintTiles tiles { *this };
 
     /** All of it is painted next, and need not fit what the screen shows. */
     bool isStale = true;

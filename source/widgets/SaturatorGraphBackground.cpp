@@ -8,7 +8,7 @@ SaturatorGraph::GraphBackground::GraphBackground (SaturatorGraph& owner) : graph
     setInterceptsMouseClicks (false, false);
     setAccessible (false);
     setOpaque (true);
-    setBufferedToImage (true);
+    bufferToPixels (*this, PixelPicture::Parts::any, [this] { graph.releasePictures(); });
 }
 
 void SaturatorGraph::GraphBackground::enablementChanged()

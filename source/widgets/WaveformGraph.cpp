@@ -1,5 +1,7 @@
 #include "WaveformGraph.h"
 
+#include "widgets/PixelPicture.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -15,6 +17,7 @@ constexpr auto lineReach = 5;
 WaveformGraph::WaveformGraph (WaveformHistory& historyToShow) : history (&historyToShow)
 {
     setTitle ("Waveform");
+    bufferToPixels (*this, PixelPicture::Parts::tiles);
     addAndMakeVisible (background);
     readColours();
     startTimer (33);
@@ -84,7 +87,7 @@ void WaveformGraph::paintOverChildren (juce::Graphics& g)
     if (std::exchange (isStale, false))
         readHistory();
 
-    tiles.paint (g, [&] (juce::Range<int> tile) { paintTaps (g, tile.expanded (2 * lineReach)); });
+    paintTaps (g, g.getClipBounds().getHorizontalRange().expanded (2 * lineReach));
     g.setColour (lineColour);
     g.fillRect (picture.writeIndex, 0, 1, getHeight());
 }
@@ -167,7 +170,7 @@ void WaveformGraph::repaintChanges()
     const auto repaintRun = [&]
     {
         if (! run.isEmpty())
-            tiles.repaint (run.expanded (lineReach));
+            repaint (run.getStart() - lineReach, 0, run.getLength() + 2 * lineReach, getHeight());
     };
 
     for (auto x = 0; x < getWidth(); ++x)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "dsp/WaveformHistory.h"
-#include "widgets/PaintTiles.h"
 
 #include <juce_gui_basics/juce_gui_basics.h>
 
@@ -96,7 +95,6 @@ private:
     void paintLine (juce::Graphics&, const Columns&, juce::Range<int> shown, juce::Colour);
 
     Picture picture, previous;
-    const PaintTiles tiles { *this };
 
     /** All of it is painted next, and need not fit what the screen shows. */
     bool isStale = true;

@@ -21,26 +21,41 @@ namespace
 class PartialPaint : public testing::TestWithParam<float>
 {
 protected:
-    /** After each frame, the picture is that of a window in which all is painted at once. */
+    /** After each frame, the picture is that of a second widget, which is painted at once. */
     template <typename Widget>
-    void expectWholePictures (Widget& widget, int width, int height, const std::function<void (int)>& move)
+    void expectWholePictures (Widget& widget, Widget& second, int width, int height,
+                              const std::function<void (int)>& move)
     {
-        juce::Component holder;
-        holder.setSize (juce::roundToInt (GetParam() * static_cast<float> (width)),
-                        juce::roundToInt (GetParam() * static_cast<float> (height)));
-        holder.addAndMakeVisible (widget);
-        widget.setSize (width, height);
-        widget.setTransform (juce::AffineTransform::scale (GetParam()));
-        OffscreenWindow screen (holder);
+        pixels::Ground holder, secondHolder;
+        // At other scales a bar ends between two pixels, and JUCE rounds their mixture by what else is painted.
+        const auto tolerance = juce::exactlyEqual (GetParam(), std::round (GetParam())) ? 0 : 2;
+
+        OffscreenWindow screen (show (widget, holder, width, height));
+        OffscreenWindow secondScreen (show (second, secondHolder, width, height));
 
         for (auto frame = 0; frame < 60; ++frame)
         {
-            const auto parts = screen.render();
-            const auto whole = screen.createComponentSnapshot (screen.getLocalBounds());
-            ASSERT_EQ (pixels::difference (parts, whole), juce::Rectangle<int>()) << "frame " << frame;
+            if (auto* picture = second.getCachedComponentImage())
+                picture->releaseResources();
+
+            const auto whole = secondScreen.createComponentSnapshot (secondScreen.getLocalBounds());
+            ASSERT_EQ (pixels::difference (screen.render(), whole, tolerance), juce::Rectangle<int>())
+                << "frame " << frame;
             move (frame);
             widget.timerCallback();
+            second.timerCallback();
         }
+    }
+
+    /** At a place that is no whole pixel at every scale. */
+    static juce::Component& show (juce::Component& widget, juce::Component& holder, int width, int height)
+    {
+        holder.setSize (juce::roundToInt (GetParam() * static_cast<float> (width)) + 8,
+                        juce::roundToInt (GetParam() * static_cast<float> (height)) + 8);
+        holder.addAndMakeVisible (widget);
+        widget.setBounds (3, 1, width, height);
+        widget.setTransform (juce::AffineTransform::scale (GetParam()));
+        return holder;
     }
 
     /** Rises, falls and stands still. */
@@ -58,9 +73,9 @@ TEST_P (PartialPaint, OfTheWaveform)
     history.addTap (0.0f, ColourIds::primaryColourId, WaveformTap::filledBars);
     history.addTap (100.0f, ColourIds::textColourId, WaveformTap::line);
     history.prepare (48000.0);
-    WaveformGraph graph { history };
+    WaveformGraph graph { history }, second { history };
 
-    expectWholePictures (graph, 230, 94,
+    expectWholePictures (graph, second, 230, 94,
                          [&] (int frame)
                          {
                              std::vector<float> samples (6000, levelAt (frame));
@@ -75,21 +90,26 @@ TEST_P (PartialPaint, OfACurve)
 {
     for (const auto mode : { SaturatorGraph::ViewMode::decibels, SaturatorGraph::ViewMode::amplitude })
     {
-        SoftClipper curve;
-        curve.setParameter (-6.0f, 0);
-        SaturatorGraph graph;
+        SoftClipper curve, secondCurve;
+        SaturatorGraph graph, second;
         graph.saturator = &curve;
-        graph.setViewMode (mode);
+        second.saturator = &secondCurve;
 
-        expectWholePictures (graph, 240, 240,
+        for (auto* each : { &graph, &second })
+            each->setViewMode (mode);
+
+        expectWholePictures (graph, second, 240, 240,
                              [&] (int frame)
                              {
-                                 curve.envelope = levelAt (frame);
-
-                                 if (frame % 16 == 15)
+                                 for (auto* each : { &curve, &secondCurve })
                                  {
-                                     curve.setParameter (static_cast<float> (-frame) / 5.0f, 0);
-                                     curve.raiseChangeCount();
+                                     each->envelope = levelAt (frame);
+
+                                     if (frame % 16 == 0)
+                                     {
+                                         each->setParameter (static_cast<float> (-frame) / 5.0f - 3.0f, 0);
+                                         each->raiseChangeCount();
+                                     }
                                  }
                              });
     }
@@ -99,9 +119,9 @@ TEST_P (PartialPaint, OfAMeter)
 {
     LevelChannel channel;
     channel.prepare (48000.0);
-    temp::LevelMeter meter (&channel);
+    temp::LevelMeter meter (&channel), second (&channel);
 
-    expectWholePictures (meter, 20, 200,
+    expectWholePictures (meter, second, 20, 200,
                          [&] (int frame)
                          {
                              for (auto i = 0; i < 3000; ++i)
@@ -113,9 +133,9 @@ TEST_P (PartialPaint, OfASpectrum)
 {
     SpectrumData data;
     data.prepare (48000.0);
-    SpectrumAnalyser graph (data);
+    SpectrumAnalyser graph (data), second (data);
 
-    expectWholePictures (graph, 640, 240,
+    expectWholePictures (graph, second, 640, 240,
                          [&] (int frame)
                          {
                              for (auto i = 0; i < data.magnitudes.size(); ++i)
@@ -124,42 +144,5 @@ TEST_P (PartialPaint, OfASpectrum)
                          });
 }
 
-/** Half of the light shines through; two coats would show. */
-struct ThinCoat final : juce::Component
-{
-    void paint (juce::Graphics& g) override
-    {
-        tiles.paint (g,
-                     [this, &g] (juce::Range<int>)
-                     {
-                         g.setColour (juce::Colours::white.withAlpha (0.5f));
-                         g.fillRect (getLocalBounds());
-                     });
-    }
-
-    PaintTiles tiles { *this };
-};
-
-TEST (PaintTiles, CoverEachPixelOnceAtAnyScaleAndPlace)
-{
-    for (const auto scale : { 1.0f, 1.1f, 1.25f, 1.5f, 2.0f, 0.75f })
-    {
-        juce::Component parent, holder;
-        ThinCoat coat;
-        parent.setSize (250, 50);
-        holder.setBounds (0, 0, 110, 20);
-        holder.setTransform (juce::AffineTransform::scale (scale));
-        parent.addAndMakeVisible (holder);
-        holder.addAndMakeVisible (coat);
-        coat.setBounds (3, 1, 100, 15);
-
-        const auto row = pixels::runs (OffscreenWindow (parent).render(), false, 8);
-        ASSERT_GE (row.size(), 3u) << scale;
-
-        // Ground, coat, ground; at either end of the coat a pixel may be cut.
-        EXPECT_LE (row.size(), 5u) << scale;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P (Scales, PartialPaint, testing::Values (1.0f, 1.5f, 2.0f));
+INSTANTIATE_TEST_SUITE_P (Scales, PartialPaint, testing::Values (0.75f, 1.0f, 1.25f, 1.5f, 2.0f));
 } // namespace

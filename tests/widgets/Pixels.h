@@ -63,23 +63,40 @@ inline int count (const juce::Image& image, juce::Rectangle<int> area, juce::Col
     return number;
 }
 
+/** Equal but for the rounding of blended colours. */
+inline bool areNear (juce::Colour a, juce::Colour b, int tolerance = 2)
+{
+    return std::abs (a.getRed() - b.getRed()) <= tolerance
+           && std::abs (a.getGreen() - b.getGreen()) <= tolerance
+           && std::abs (a.getBlue() - b.getBlue()) <= tolerance;
+}
+
 /** Where the pictures differ. */
-inline juce::Rectangle<int> difference (const juce::Image& a, const juce::Image& b, juce::Rectangle<int> area)
+inline juce::Rectangle<int> difference (const juce::Image& a, const juce::Image& b, juce::Rectangle<int> area,
+                                        int tolerance = 0)
 {
     juce::Rectangle<int> found;
 
     for (auto y = area.getY(); y < area.getBottom(); ++y)
         for (auto x = area.getX(); x < area.getRight(); ++x)
-            if (a.getPixelAt (x, y) != b.getPixelAt (x, y))
+            if (! areNear (a.getPixelAt (x, y), b.getPixelAt (x, y), tolerance))
                 found = found.getUnion ({ x, y, 1, 1 });
 
     return found;
 }
 
-inline juce::Rectangle<int> difference (const juce::Image& a, const juce::Image& b)
+inline juce::Rectangle<int> difference (const juce::Image& a, const juce::Image& b, int tolerance = 0)
 {
-    return difference (a, b, a.getBounds());
+    return difference (a, b, a.getBounds(), tolerance);
 }
+
+/** What shows through where a widget ends between two pixels. */
+struct Ground final : juce::Component
+{
+    Ground() { setOpaque (true); }
+
+    void paint (juce::Graphics& g) override { g.fillAll (black); }
+};
 
 /** A picture of the same size, as a test draws it. */
 template <typename Paint>
@@ -116,11 +133,4 @@ inline bool showsText (const juce::Image& image, juce::Rectangle<int> area, cons
     return hasInk (expected, area, ground) && difference (image, expected, area).isEmpty();
 }
 
-/** Equal but for the rounding of blended colours. */
-inline bool areNear (juce::Colour a, juce::Colour b, int tolerance = 2)
-{
-    return std::abs (a.getRed() - b.getRed()) <= tolerance
-           && std::abs (a.getGreen() - b.getGreen()) <= tolerance
-           && std::abs (a.getBlue() - b.getBlue()) <= tolerance;
-}
 } // namespace pixels
