@@ -50,6 +50,14 @@ ORVO_EXPORTED int setenv (const char* name, const char* value, int overwrite) no
     return next<int (const char*, const char*, int)> ("setenv") (name, value, overwrite);
 }
 
+/** Of the library that reads fonts, which comes with the module. As if there were no such file. */
+ORVO_EXPORTED int FT_New_Face (void*, const char* file, long, void**) noexcept
+{
+    constexpr auto cannotOpen = 1;
+    calls.push_back (std::string ("FT_New_Face ") + file);
+    return cannotOpen;
+}
+
 namespace
 {
 using Words = std::vector<std::string>;
