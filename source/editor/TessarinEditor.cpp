@@ -1,7 +1,7 @@
 #include "TessarinEditor.h"
 
 #include "common/ColourIds.h"
-#include "common/WindowSystemErrors.h"
+#include "common/WindowSystemNews.h"
 #include "editor/PaintOrigin.h"
 #include "settings/Settings.h"
 

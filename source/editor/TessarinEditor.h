@@ -111,7 +111,9 @@ private:
     RestoreListener restoreListener { *this };
 
     WindowEventPump windowEventPump { *this };
-    luna::FrameClock frameClock { *this, [this] { return isOnScreen (*this); } };
+    WindowVisibility visibility { *this };
+    luna::FrameClock frameClock { *this, [this] { return visibility.isSeen(); } };
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinEditor)
 };
 

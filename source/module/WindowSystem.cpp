@@ -1,6 +1,6 @@
 #include "WindowSystem.h"
 
-#include "common/WindowSystemErrors.h"
+#include "common/WindowSystemNews.h"
 #include "module/KeyText.h"
 
 // The window system's headers define macros with everyday names, which go no further than this file.
@@ -26,6 +26,7 @@ juce::X11Symbols::XOpenDisplay openDisplay = nullptr;
 juce::X11Symbols::XGetInputFocus getInputFocus = nullptr;
 juce::X11Symbols::XGetWindowProperty getWindowProperty = nullptr;
 juce::X11Symbols::XLookupString lookupString = nullptr;
+juce::X11Symbols::XNextEvent nextEvent = nullptr;
 
 /** What JUCE sets to hear of errors itself, while it tries shared memory. */
 std::atomic<XErrorHandler> trap { nullptr };
@@ -129,6 +130,20 @@ int getOwnProperty (Display* connection, Window window, Atom property, long offs
     return Success;
 }
 
+/** JUCE does not ask for this event, and passes it over. Message thread. */
+int noteVisibility (Display* connection, XEvent* event)
+{
+    const auto result = nextEvent (connection, event);
+
+    if (event->type == VisibilityNotify)
+        if (const auto found = tessarin::windowViews.find (event->xvisibility.window);
+            found != tessarin::windowViews.end())
+            found->second = { event->xvisibility.state == VisibilityFullyObscured,
+                              found->second.numChanges + 1 };
+
+    return result;
+}
+
 /** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. */
 int lookupText (XKeyEvent* event, const char* text, int size, KeySym* symbol, XComposeStatus* status)
 {
@@ -173,6 +188,9 @@ void* tessarin::inPlaceOf (const char* name, void* found)
 
     if (isCalled ("XLookupString"))
         return replace (lookupString, found, &lookupText);
+
+    if (isCalled ("XNextEvent"))
+        return replace (nextEvent, found, &noteVisibility);
 
     return found;
 }

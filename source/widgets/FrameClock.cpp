@@ -36,14 +36,7 @@ void FrameClock::beat (double now)
     if (movers.empty())
         takeOver (window);
 
-    if (now >= nextLook)
-    {
-        constexpr auto secondsBetweenLooks = 1.0;
-        nextLook = now + secondsBetweenLooks;
-        wasSeen = isSeen();
-    }
-
-    if (wasSeen)
+    if (isSeen())
         showFrame();
 }
 

@@ -20,8 +20,8 @@ public:
     /** Of the timers that it takes over, in milliseconds, and between two frames. */
     static constexpr int interval = 33;
 
-    /** What moves in the window lives as long as the clock. `isSeen` is asked about once a second; while it says no, there
-        are no frames. */
+    /** What moves in the window lives as long as the clock. `isSeen` is asked before each frame, of which there is none if
+        it says no. */
     FrameClock (juce::Component& window, std::function<bool()> isSeen);
 
 private:
@@ -40,8 +40,7 @@ private:
     std::vector<Mover> movers;
 
     /** In the screen's time, in seconds. */
-    double nextFrame = 0.0, nextLook = 0.0;
-    bool wasSeen = true;
+    double nextFrame = 0.0;
 
     juce::VBlankAttachment screen;
 

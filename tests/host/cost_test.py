@@ -12,7 +12,7 @@ import unittest
 
 LAYOUTS = ("Single Band", "Multi Band", "Mid / Side", "Left / Right")
 SCALES = ("1", "1.5", "2")
-STATES = ("large", "automated", "resized", "hidden", "at rest", "hidden")
+STATES = ("large", "automated", "resized", "hidden", "covered", "at rest", "hidden")
 
 
 class CostTest(unittest.TestCase):
@@ -44,7 +44,7 @@ class CostTest(unittest.TestCase):
                 self.assertLessEqual(max(longest * 5, frames * median / 2) * 0.9, share * 10 + 1)
 
                 # What is not on the screen is not painted, and a window with audio has meters.
-                is_still = name.endswith("hidden") or name.endswith(", at rest")
+                is_still = name.endswith(("hidden", "covered", ", at rest"))
                 self.assertEqual(paints == pixels == 0, is_still)
                 self.assertTrue(is_still or 0 < pixels * 1e6 <= paints * 2136 * 1600 and frames > 0)
 

@@ -119,6 +119,33 @@ void SessionThread::hide (bool shouldBeHidden)
         throw Failure ("the window manager does not hide or show the window");
 }
 
+void SessionThread::cover (bool shouldBeCovered)
+{
+    /** Everything before the screen's end, and black. */
+    struct Cover final : juce::Component
+    {
+        Cover()
+        {
+            setOpaque (true);
+            setBounds (juce::Desktop::getInstance().getDisplays().getTotalBounds (false));
+            addToDesktop (juce::ComponentPeer::windowIsTemporary);
+            setVisible (true);
+            toFront (false);
+        }
+
+        void paint (juce::Graphics& g) override { g.fillAll (juce::Colours::black); }
+    };
+
+    onMessageThread (
+        [&]
+        {
+            if (shouldBeCovered)
+                blanket = std::make_unique<Cover>();
+            else
+                blanket.reset();
+        });
+}
+
 void SessionThread::setSize (EditorSize size)
 {
     onMessageThread ([&] { session.getWindow().setEditorSize (size.width, size.height); });

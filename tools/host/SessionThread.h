@@ -4,6 +4,7 @@
 #include "PaintWatch.h"
 
 #include <functional>
+#include <memory>
 
 /** A thread that goes through a session from its beginning to its end, in the order in which its work is written
     down. It asks the message thread for what only that may do, and otherwise leaves it alone. */
@@ -36,6 +37,9 @@ protected:
 
     /** Makes an icon of the host's window, or brings it back. */
     void hide (bool shouldBeHidden);
+
+    /** With a window of the program's. */
+    void cover (bool shouldBeCovered);
     void setSize (EditorSize size);
 
     static constexpr auto mostSecondsToAnswer = 10.0;
@@ -44,6 +48,9 @@ protected:
     PaintWatch paints;
 
 private:
+    /** Made and deleted on the message thread. */
+    std::unique_ptr<juce::Component> blanket;
+
     struct Interrupted
     {
     };

@@ -176,6 +176,9 @@ void WindowCost::judgeRest()
     hide (true);
     printLoad (fullestLayout, "hidden");
     hide (false);
+    cover (true);
+    printLoad (fullestLayout, "covered");
+    cover (false);
 
     onMessageThread ([this] { session.audio.stop(); });
     const auto stop = now();
