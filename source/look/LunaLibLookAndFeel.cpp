@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
+#include "widgets/Contrast.h"
 
 #include <LunaBinary.h>
 
@@ -13,9 +14,6 @@ using namespace ColourIds;
 namespace
 {
 constexpr auto cornerRadius = 3.0f;
-constexpr auto menuRowHeight = 22;
-constexpr auto menuSeparatorHeight = 5;
-constexpr auto menuTextInset = 10;
 
 juce::Font makeControlFont()
 {
@@ -99,6 +97,21 @@ void LunaLibLookAndFeel::drawButtonBackground (juce::Graphics& g, juce::Button& 
                                               : shadeForMouse (colour, isHighlighted, isDown);
 
     drawElement (g, button.getLocalBounds().toFloat(), button, fill, button.hasKeyboardFocus (false));
+
+    if (button.getToggleState() && ! button.isEnabled())
+        drawDisabledOnMark (g, button);
+}
+
+/** A bar at the left, where neither icon nor text stands: the fill of what is disabled tells nothing. */
+void LunaLibLookAndFeel::drawDisabledOnMark (juce::Graphics& g, juce::Button& button)
+{
+    constexpr auto inset = 3.0f;
+    constexpr auto width = 3.0f;
+    const auto bar = button.getLocalBounds().toFloat().reduced (inset).withWidth (width);
+
+    g.setColour (Contrast::moveAway (button.findColour (disabledTextColourId),
+                                     button.findColour (disabledElementColourId)));
+    g.fillRoundedRectangle (bar, 0.5f * width);
 }
 
 void LunaLibLookAndFeel::drawButtonText (juce::Graphics& g, juce::TextButton& button, bool isHighlighted,
@@ -120,7 +133,7 @@ juce::Font LunaLibLookAndFeel::getTextButtonFont (juce::TextButton&, int)
 }
 
 //======================================================================================================================
-// Combo boxes and menus
+// Combo boxes
 
 void LunaLibLookAndFeel::drawComboBox (juce::Graphics& g, int width, int height, bool isDown, int, int, int,
                                        int, juce::ComboBox& box)
@@ -153,80 +166,6 @@ void LunaLibLookAndFeel::positionComboBoxText (juce::ComboBox& box, juce::Label&
 juce::Label* LunaLibLookAndFeel::createComboBoxTextBox (juce::ComboBox&)
 {
     return new juce::Label();
-}
-
-/** A list that is higher than the screen gets columns, rather than to scroll. */
-juce::PopupMenu::Options LunaLibLookAndFeel::getOptionsForComboBoxPopupMenu (juce::ComboBox& box,
-                                                                             juce::Label& label)
-{
-    constexpr auto mostColumns = 7;
-    return LookAndFeel_V4::getOptionsForComboBoxPopupMenu (box, label).withMaximumNumColumns (mostColumns);
-}
-
-void LunaLibLookAndFeel::drawPopupMenuBackgroundWithOptions (juce::Graphics& g, int width, int height,
-                                                             const juce::PopupMenu::Options&)
-{
-    g.fillAll (findColour (juce::PopupMenu::backgroundColourId));
-    g.setColour (findColour (elementBorderColourId));
-    g.drawRect (0, 0, width, height, 1);
-}
-
-void LunaLibLookAndFeel::drawPopupMenuItem (juce::Graphics& g, const juce::Rectangle<int>& area,
-                                            bool isSeparator, bool isActive, bool isHighlighted, bool,
-                                            bool hasSubMenu, const juce::String& text,
-                                            const juce::String& shortcutKeyText, const juce::Drawable*,
-                                            const juce::Colour* textColour)
-{
-    if (isSeparator)
-    {
-        g.setColour (findColour (elementBorderColourId));
-        g.fillRect (area.withSizeKeepingCentre (area.getWidth() - 2 * menuTextInset, 1));
-        return;
-    }
-
-    if (isHighlighted && isActive)
-    {
-        g.setColour (findColour (juce::PopupMenu::highlightedBackgroundColourId));
-        g.fillRect (area.reduced (1, 0));
-    }
-
-    const auto id = ! isActive      ? static_cast<int> (disabledTextColourId)
-                    : isHighlighted ? static_cast<int> (juce::PopupMenu::highlightedTextColourId)
-                                    : static_cast<int> (juce::PopupMenu::textColourId);
-    g.setColour (textColour != nullptr ? *textColour : findColour (id));
-    g.setFont (getPopupMenuFont());
-
-    const auto textArea = area.reduced (menuTextInset, 0);
-    g.drawText (text, textArea, juce::Justification::centredLeft, true);
-    g.drawText (shortcutKeyText, textArea, juce::Justification::centredRight, true);
-
-    if (hasSubMenu)
-        g.drawText (juce::String::charToString (0x203a), textArea, juce::Justification::centredRight, false);
-}
-
-void LunaLibLookAndFeel::getIdealPopupMenuItemSize (const juce::String& text, bool isSeparator, int,
-                                                    int& idealWidth, int& idealHeight)
-{
-    constexpr auto longestText = 300;
-
-    idealHeight = isSeparator ? menuSeparatorHeight : menuRowHeight;
-    idealWidth =
-        isSeparator
-            ? 50
-            : juce::jmin (longestText, juce::GlyphArrangement::getStringWidthInt (getPopupMenuFont(), text))
-                  + 2 * menuTextInset + 20;
-}
-
-void LunaLibLookAndFeel::getIdealPopupMenuSectionHeaderSizeWithOptions (const juce::String& text, int,
-                                                                        int& idealWidth, int& idealHeight,
-                                                                        const juce::PopupMenu::Options&)
-{
-    getIdealPopupMenuItemSize (text, false, 0, idealWidth, idealHeight);
-}
-
-juce::Font LunaLibLookAndFeel::getPopupMenuFont()
-{
-    return makeControlFont();
 }
 
 //======================================================================================================================
@@ -269,13 +208,65 @@ void LunaLibLookAndFeel::fillTextEditorBackground (juce::Graphics& g, int width,
 void LunaLibLookAndFeel::drawTextEditorOutline (juce::Graphics& g, int width, int height,
                                                 juce::TextEditor& editor)
 {
+    // The ring of all that has the focus, since one theme's borders have the same colour.
+    const auto hasRing = editor.isEnabled() && editor.hasKeyboardFocus (true);
     const auto id = ! editor.isEnabled() ? static_cast<int> (disabledElementBorderColourId)
-                    : editor.hasKeyboardFocus (true)
-                        ? static_cast<int> (juce::TextEditor::focusedOutlineColourId)
-                        : static_cast<int> (juce::TextEditor::outlineColourId);
+                    : hasRing            ? static_cast<int> (highlightedTextColourId)
+                                         : static_cast<int> (juce::TextEditor::outlineColourId);
+    const auto thickness = hasRing ? 2.0f : 1.0f;
     g.setColour (editor.findColour (id));
-    g.drawRoundedRectangle (juce::Rectangle<int> (width, height).toFloat().reduced (0.5f), cornerRadius,
-                            1.0f);
+    g.drawRoundedRectangle (juce::Rectangle<int> (width, height).toFloat().reduced (0.5f * thickness),
+                            cornerRadius, thickness);
+}
+
+//======================================================================================================================
+// JUCE's own file dialog, where the desktop has none
+
+void LunaLibLookAndFeel::drawFileBrowserRow (juce::Graphics& g, int width, int height, const juce::File&,
+                                             const juce::String& fileName, juce::Image* icon,
+                                             const juce::String& size, const juce::String& time,
+                                             bool isFolder, bool isSelected, int,
+                                             juce::DirectoryContentsDisplayComponent&)
+{
+    constexpr auto iconWidth = 32;
+    constexpr auto inset = 4;
+    constexpr auto narrowWidth = 450;
+
+    auto row = juce::Rectangle<int> (width, height);
+    const auto text = findColour (highlightedTextColourId);
+
+    if (isSelected)
+        g.fillAll (Contrast::darkenFor (text, findColour (primaryColourId)));
+
+    const auto iconArea = row.removeFromLeft (iconWidth).reduced (2).toFloat();
+
+    if (icon != nullptr && icon->isValid())
+        g.drawImage (*icon, iconArea,
+                     juce::RectanglePlacement::centred | juce::RectanglePlacement::onlyReduceInSize);
+    else if (const auto* image = isFolder ? getDefaultFolderImage() : getDefaultDocumentFileImage())
+        image->drawWithin (g, iconArea, juce::RectanglePlacement::centred, 1.0f);
+
+    g.setFont (makeControlFont());
+    g.setColour (text);
+    row.removeFromRight (inset);
+
+    if (width > narrowWidth && ! isFolder)
+    {
+        g.drawText (time, row.removeFromRight (width / 4), juce::Justification::centredRight, true);
+        g.drawText (size, row.removeFromRight (width / 8), juce::Justification::centredRight, true);
+    }
+
+    g.drawText (fileName, row, juce::Justification::centredLeft, true);
+}
+
+juce::AttributedString LunaLibLookAndFeel::createFileChooserHeaderText (const juce::String& title,
+                                                                        const juce::String&)
+{
+    juce::AttributedString text;
+    text.setJustification (juce::Justification::centred);
+    text.append (title, juce::FontOptions (FontHeights::title),
+                 findColour (juce::FileChooserDialogBox::titleTextColourId));
+    return text;
 }
 
 //======================================================================================================================

@@ -58,6 +58,13 @@ public:
     void fillTextEditorBackground (juce::Graphics&, int width, int height, juce::TextEditor&) override;
     void drawTextEditorOutline (juce::Graphics&, int width, int height, juce::TextEditor&) override;
 
+    void drawFileBrowserRow (juce::Graphics&, int width, int height, const juce::File&,
+                             const juce::String& fileName, juce::Image* icon, const juce::String& size,
+                             const juce::String& time, bool isFolder, bool isSelected, int index,
+                             juce::DirectoryContentsDisplayComponent&) override;
+    juce::AttributedString createFileChooserHeaderText (const juce::String& title,
+                                                        const juce::String& instructions) override;
+
     void drawTableHeaderBackground (juce::Graphics&, juce::TableHeaderComponent&) override;
     void drawTableHeaderColumn (juce::Graphics&, juce::TableHeaderComponent&, const juce::String& columnName,
                                 int columnId, int width, int height, bool isMouseOver, bool isMouseDown,
@@ -72,6 +79,8 @@ public:
 private:
     void drawElement (juce::Graphics&, juce::Rectangle<float> bounds, juce::Component&, juce::Colour fill,
                       bool hasFocusRing);
+    void drawDisabledOnMark (juce::Graphics&, juce::Button&);
+    void drawMenuHighlight (juce::Graphics&, juce::Rectangle<int> area);
 
     juce::Typeface::Ptr typeface;
 

@@ -184,6 +184,9 @@ void TessarinLookAndFeel::drawTreeviewPlusMinusBox (juce::Graphics& g, const juc
 void TessarinLookAndFeel::drawPopupMenuSectionHeader (juce::Graphics& g, const juce::Rectangle<int>& area,
                                                       const juce::String& sectionName)
 {
+    // The typeface has one weight, so the ground tells a heading from the choices.
+    g.setColour (findColour (backgroundColourId));
+    g.fillRect (area);
     g.setFont (getPopupMenuFont().boldened());
     g.setColour (findColour (juce::PopupMenu::headerTextColourId));
     g.drawText (sectionName, area.reduced (10, 0), juce::Justification::centredLeft, true);

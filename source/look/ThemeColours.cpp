@@ -68,6 +68,27 @@ const std::vector<DerivedColours>& getDerivedColours()
     return table;
 }
 
+/** Of what JUCE opens by itself: its file dialog, and the questions that it asks. */
+const std::vector<DerivedColours>& getDialogColours()
+{
+    using Files = juce::DirectoryContentsDisplayComponent;
+    using Browser = juce::FileBrowserComponent;
+
+    static const std::vector<DerivedColours> table {
+        { panelColourId, { juce::AlertWindow::backgroundColourId } },
+        { primaryColourId, { Files::highlightColourId } },
+        { elementColourId,
+          { Browser::currentPathBoxBackgroundColourId, Browser::filenameBoxBackgroundColourId } },
+        { textColourId,
+          { juce::AlertWindow::textColourId, juce::AlertWindow::outlineColourId,
+            juce::FileChooserDialogBox::titleTextColourId, Browser::currentPathBoxTextColourId,
+            Browser::currentPathBoxArrowColourId, Browser::filenameBoxTextColourId } },
+        { highlightedTextColourId, { Files::textColourId, Files::highlightedTextColourId } },
+    };
+
+    return table;
+}
+
 void setAll (juce::LookAndFeel& lookAndFeel, std::initializer_list<int> targets, juce::Colour colour)
 {
     for (const auto target : targets)
@@ -115,9 +136,10 @@ void apply (juce::LookAndFeel& lookAndFeel, const std::function<juce::Colour (co
     for (const auto& colour : getSystemColours())
         lookAndFeel.setColour (colour.id, resolve (colour.key));
 
-    for (const auto& derived : getDerivedColours())
-        for (const auto target : derived.targets)
-            lookAndFeel.setColour (target, lookAndFeel.findColour (derived.source));
+    for (const auto* table : { &getDerivedColours(), &getDialogColours() })
+        for (const auto& derived : *table)
+            for (const auto target : derived.targets)
+                lookAndFeel.setColour (target, lookAndFeel.findColour (derived.source));
 
     lookAndFeel.setColour (juce::MidiKeyboardComponent::mouseOverKeyOverlayColourId,
                            lookAndFeel.findColour (primaryColourId).brighter());

@@ -128,8 +128,8 @@ void SaturatorGraph::showMenu()
     constexpr auto amplitudeItem = 2;
 
     juce::PopupMenu menu;
-    menu.addItem (decibelItem, "Decibels");
-    menu.addItem (amplitudeItem, "Amplitude");
+    menu.addItem (decibelItem, "Decibels", true, viewMode == ViewMode::decibels);
+    menu.addItem (amplitudeItem, "Amplitude", true, viewMode == ViewMode::amplitude);
 
     // Inside the editor, so that the menu has its scale; the window around it belongs to the host.
     juce::Component* editor = findParentComponentOfClass<juce::AudioProcessorEditor>();
