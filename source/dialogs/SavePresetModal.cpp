@@ -3,6 +3,9 @@
 #include "common/FontHeights.h"
 #include "presets/PresetFiles.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace tessarin
 {
 
@@ -75,6 +78,7 @@ void SavePresetModal::visibilityChanged()
     }
 
     fillFields();
+    restoreDraft();
     cancelButton.toFront (false);
     saveButton.toFront (false);
 }
@@ -117,7 +121,7 @@ bool SavePresetModal::prepareUserFolder()
 
 void SavePresetModal::fillFields()
 {
-    for (auto* field : { &nameField, &descriptionField, &categoriesField, &authorField })
+    for (auto* field : fields)
         field->clear();
 
     authorField.setText (licenceManager.getRegisteredName(), false);
@@ -130,6 +134,41 @@ void SavePresetModal::fillFields()
     nameField.setText (current.name, true);
     categoriesField.setText (current.categories.joinIntoString (","), true);
     descriptionField.setText (current.description, true);
+
+    // Another name is typed over it.
+    nameField.selectAll();
+}
+
+SavePresetModal::Texts SavePresetModal::getTexts() const
+{
+    Texts texts;
+    std::transform (fields.begin(), fields.end(), texts.begin(),
+                    [] (const auto* field) { return field->getText(); });
+    return texts;
+}
+
+void SavePresetModal::mouseDown (const juce::MouseEvent& event)
+{
+    const auto texts = getTexts();
+    ModalWindow::mouseDown (event);
+
+    if (! isVisible() && texts != filledTexts)
+        draft = texts;
+}
+
+/** Unless it belongs to another preset. */
+void SavePresetModal::restoreDraft()
+{
+    const auto previouslyFilled = std::exchange (filledTexts, getTexts());
+    const auto kept = std::exchange (draft, std::nullopt);
+
+    if (! kept.has_value() || previouslyFilled != filledTexts)
+        return;
+
+    for (size_t i = 0; i < fields.size(); ++i)
+        fields[i]->setText ((*kept)[i], true);
+
+    nameField.moveCaretToEnd();
 }
 
 bool SavePresetModal::keyPressed (const juce::KeyPress& key)
@@ -143,8 +182,10 @@ bool SavePresetModal::keyPressed (const juce::KeyPress& key)
 
 void SavePresetModal::lookAndFeelChanged()
 {
+    colourAsDefault (saveButton);
+
     // A text keeps the colour that it was typed in.
-    for (auto* field : { &nameField, &descriptionField, &categoriesField, &authorField })
+    for (auto* field : fields)
         field->applyColourToAllText (field->findColour (juce::TextEditor::textColourId));
 }
 

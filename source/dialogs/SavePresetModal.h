@@ -5,6 +5,9 @@
 #include "widgets/ModalWindow.h"
 #include "widgets/ToastManager.h"
 
+#include <array>
+#include <optional>
+
 namespace tessarin
 {
 
@@ -20,6 +23,9 @@ public:
     SavePresetModal (PresetManager&, const LicenceManager&, ToastManager&);
 
     void resized() override;
+
+    /** A click beside the panel closes the dialog, and what had been typed comes back when it opens again. */
+    void mouseDown (const juce::MouseEvent&) override;
 
     /** When shown: makes the user's folder and fills in the fields. Hides itself again, with a toast, if there
         can be no folder. */
@@ -42,15 +48,25 @@ public:
     juce::TextButton saveButton { "Save" };
 
 private:
+    using Texts = std::array<juce::String, 4>;
+
     void addField (juce::TextEditor&, juce::Label&, const juce::String& text);
     bool prepareUserFolder();
     void fillFields();
+    void restoreDraft();
     void save();
+    [[nodiscard]] Texts getTexts() const;
 
     PresetManager& presetManager;
     const LicenceManager& licenceManager;
     ToastManager& toastManager;
     juce::Label nameLabel, descriptionLabel, categoriesLabel, authorLabel;
+    const std::array<juce::TextEditor*, 4> fields { &nameField, &descriptionField, &categoriesField,
+                                                    &authorField };
+
+    /** As the fields were filled, and what a click beside the panel has closed them with. */
+    Texts filledTexts;
+    std::optional<Texts> draft;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (SavePresetModal)
 };

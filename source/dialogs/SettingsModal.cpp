@@ -82,6 +82,7 @@ void SettingsModal::addChildren()
 
     addAndMakeVisible (scaleBox);
     scaleBox.setTitle (scaleLabel.getText());
+    scaleBox.setMouseClickGrabsKeyboardFocus (false);
     addAndMakeVisible (logButton);
     logButton.addListener (this);
 }

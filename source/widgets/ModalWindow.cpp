@@ -1,5 +1,8 @@
 #include "ModalWindow.h"
 
+#include "common/ColourIds.h"
+#include "widgets/Contrast.h"
+
 namespace tessarin
 {
 
@@ -22,6 +25,10 @@ void ModalWindow::mouseDown (const juce::MouseEvent& event)
 
 bool ModalWindow::keyPressed (const juce::KeyPress& key)
 {
+    // Without a control that has the keyboard, the next one would lie behind the dialog.
+    if (key.isKeyCode (juce::KeyPress::tabKey))
+        return hasKeyboardFocus (false);
+
     if (key != juce::KeyPress (juce::KeyPress::escapeKey))
         return false;
 
@@ -40,6 +47,17 @@ void ModalWindow::close()
 void ModalWindow::paint (juce::Graphics& g)
 {
     g.fillAll (juce::Colour (0xbb000000));
+}
+
+void ModalWindow::colourAsDefault (juce::TextButton& button)
+{
+    using namespace luna::ColourIds;
+
+    const auto text = findColour (highlightedTextColourId);
+    const auto fill = luna::Contrast::darkenFor (text, findColour (primaryColourId));
+    button.setColour (juce::TextButton::buttonColourId, fill);
+    button.setColour (juce::TextButton::textColourOffId, text);
+    button.setColour (elementBorderColourId, findColour (textColourId));
 }
 
 void ModalWindow::placePanel (int panelHeight)

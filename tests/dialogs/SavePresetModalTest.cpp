@@ -68,6 +68,8 @@ TEST_F (SavePresetModal, FillsInTheCurrentPreset)
     modal.setVisible (false);
     show();
     EXPECT_EQ (texts(), "Loud|So|B,C|Ann Example");
+    type ("New");
+    EXPECT_EQ (modal.nameField.getText(), "New") << "over the name";
 }
 
 TEST_F (SavePresetModal, TakesTheCharactersThatBelong)
@@ -157,6 +159,40 @@ TEST_F (SavePresetModal, HandsItsTextsToTheFileDialog)
     modal.buttonClicked (&modal.saveButton);
     EXPECT_EQ (fileDialog.readLastArgument(), "--version");
     EXPECT_EQ (fileDialog.readLastArgument(), "--filename=User") << "the folder itself, without a name";
+}
+
+TEST (SaveDialog, KeepsWhatWasTypedWhenAClickBesideItClosesIt)
+{
+    OpenEditor open;
+    auto& modal = open.editor->savePresetModal;
+    const auto type = [&] (char letter)
+    { open.window->typeKey (KeyPress (letter, 0, static_cast<juce::juce_wchar> (letter))); };
+    const auto close = [&] (bool byClick)
+    {
+        byClick ? open.window->clickMouse (modal, { 5, 5 })
+                : open.window->typeKey (KeyPress (KeyPress::escapeKey));
+        EXPECT_FALSE (modal.isVisible());
+    };
+    const auto reopen = [&]
+    {
+        open.window->clickMouse (open.editor->topBar.saveButton, { 5, 5 });
+        return modal.nameField.getText() + "|" + modal.categoriesField.getText();
+    };
+
+    open.window->clickMouse (open.editor->topBar.saveButton, { 5, 5 });
+    type ('A');
+    modal.categoriesField.setText ("Bass");
+    close (true);
+    EXPECT_EQ (reopen(), "A|Bass");
+    type ('b');
+    close (true);
+    EXPECT_EQ (reopen(), "Ab|Bass") << "and goes on";
+    close (false);
+    EXPECT_EQ (reopen(), "|") << "given up";
+    type ('A');
+    close (true);
+    open.plugin.processor.presetManager.loadPreset (1);
+    EXPECT_EQ (reopen(), "Loud|") << "of another preset";
 }
 
 TEST (SaveDialog, IsReplacedByASecondAndOutlivesTheWindow)
