@@ -52,6 +52,10 @@ OutputPanel::OutputPanel (OrvoAudioProcessor& owner)
         readout->onClick = [this] { resetMeters(); };
     }
 
+    // Full scale, which what comes in may exceed.
+    for (auto* peak : { &peakInLabel, &peakOutLabel })
+        peak->greatestPlainValue = 0.0f;
+
     // Two readouts show the same name, which tells nothing to those who only hear it.
     lufsDifferenceLabel.setTitle ("Loudness difference");
     peakDifferenceLabel.setTitle ("Peak difference");

@@ -1,5 +1,7 @@
 #include "LevelMeterPeakValue.h"
 
+#include "common/ColourIds.h"
+#include "widgets/Contrast.h"
 #include "widgets/VisibleInWindow.h"
 
 namespace luna::temp
@@ -10,6 +12,7 @@ LevelMeterPeakValue::LevelMeterPeakValue (LevelMeter* meterToRead, int kindToSho
 {
     setJustificationType (juce::Justification::centred);
     setText ("-", juce::dontSendNotification);
+    setMouseCursor (juce::MouseCursor::PointingHandCursor);
     startTimer (33);
 }
 
@@ -30,7 +33,31 @@ void LevelMeterPeakValue::timerCallback()
 
     wasLive = isLive;
     shownLevel = level;
+    updateColour();
     setText (isLive ? format (level, kind) : juce::String ("-"), juce::dontSendNotification);
+}
+
+/** Above 0 dB, that of the meter, as far as it is legible on the ground that meters stand on. */
+void LevelMeterPeakValue::updateColour()
+{
+    if (! wasLive || ! (toDecibels (shownLevel, kind) > 0.0))
+    {
+        removeColour (textColourId);
+        return;
+    }
+
+    setColour (textColourId,
+               Contrast::moveAway (findColour (luna::ColourIds::meterOverColourId),
+                                   findColour (luna::ColourIds::backgroundColourId), Contrast::required));
+}
+
+double LevelMeterPeakValue::toDecibels (double level, int kind)
+{
+    constexpr auto smallestRms = 0.01;
+    constexpr auto sineCrestDb = 3.0;
+
+    const auto correction = kind == maximumRms && level > smallestRms ? sineCrestDb : 0.0;
+    return LevelMeter::toDecibels (level) + correction;
 }
 
 juce::String LevelMeterPeakValue::format (double level, int kind)
@@ -39,12 +66,8 @@ juce::String LevelMeterPeakValue::format (double level, int kind)
     if (! (level > 0.0))
         return juce::String::fromUTF8 ("-\xe2\x88\x9e");
 
-    constexpr auto smallestRms = 0.01;
-    constexpr auto sineCrestDb = 3.0;
     constexpr auto largestDb = 999.9;
-
-    const auto correction = kind == maximumRms && level > smallestRms ? sineCrestDb : 0.0;
-    return juce::String (juce::jmin (largestDb, LevelMeter::toDecibels (level) + correction), 1);
+    return juce::String (juce::jmin (largestDb, toDecibels (level, kind)), 1);
 }
 
 /** A label's own handler would read the number for a title, and could not be pressed. */

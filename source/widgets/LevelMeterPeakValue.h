@@ -24,14 +24,21 @@ public:
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
     void timerCallback() override;
 
+    void lookAndFeelChanged() override { updateColour(); }
+
     /** RMS is shown 3 dB higher, as the meter does, but for the faintest levels. */
     [[nodiscard]] static juce::String format (double level, int kind);
+
+    /** As shown, but for the greatest. */
+    [[nodiscard]] static double toDecibels (double level, int kind);
 
     std::function<void()> onClick;
     LevelMeter* meter;
     int kind;
 
 private:
+    void updateColour();
+
     /** Of the text. */
     bool wasLive = false;
     double shownLevel = 0.0;

@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
+#include "widgets/Contrast.h"
 
 using namespace luna;
 
@@ -17,6 +18,7 @@ RealtimeLabel::RealtimeLabel (const float* valueSource, juce::String nameToShow,
         valueToString = [] (float value) { return juce::String (value, 2); };
 
     setTitle (name);
+    setMouseCursor (juce::MouseCursor::PointingHandCursor);
     readLookAndFeel();
     startTimer (33);
 }
@@ -40,7 +42,7 @@ void RealtimeLabel::timerCallback()
 
     comparedValue = *source;
 
-    if (getValueText() != shownText)
+    if (getValueText() != shownText || standsOut() != hasFrame)
         refresh();
 }
 
@@ -89,6 +91,7 @@ void RealtimeLabel::readLookAndFeel()
 void RealtimeLabel::refresh()
 {
     shownText = getValueText();
+    hasFrame = standsOut();
     repaint();
 }
 
@@ -106,6 +109,20 @@ void RealtimeLabel::paint (juce::Graphics& g)
 
     drawRow (0, name, nameFont, isEnabled() ? textColour : disabledTextColour);
     drawRow (1, shownText, valueFont, isEnabled() ? highlightedTextColour : textColour);
+
+    if (hasFrame)
+        drawFrame (g);
+}
+
+/** Of a lamp's colour, as far as that is seen on the ground. The text keeps its own. */
+void RealtimeLabel::drawFrame (juce::Graphics& g) const
+{
+    constexpr auto thickness = 1.5f;
+    constexpr auto margin = 8.0f;
+    const auto row = rows.items.getReference (1).currentBounds;
+
+    g.setColour (Contrast::moveAway (findColour (ColourIds::warningColourId), backgroundColour));
+    g.drawRoundedRectangle (row.reduced (margin, 0.0f).reduced (0.5f * thickness), 3.0f, thickness);
 }
 
 void RealtimeLabel::resized()

@@ -38,6 +38,10 @@ public:
     std::function<void()> onClick;
     std::function<juce::String (float)> valueToString;
     const float* source;
+
+    /** Above it, the value has a frame. */
+    float greatestPlainValue = std::numeric_limits<float>::infinity();
+
     juce::String name;
     juce::Colour textColour, highlightedTextColour, backgroundColour, disabledTextColour;
     juce::Font nameFont, valueFont;
@@ -46,8 +50,12 @@ public:
 private:
     void readLookAndFeel();
     void refresh();
+    void drawFrame (juce::Graphics&) const;
+
+    [[nodiscard]] bool standsOut() const { return isEnabled() && *source > greatestPlainValue; }
 
     juce::String shownText;
+    bool hasFrame = false;
 
     /** The last one that was compared with the text; no number before. */
     float comparedValue = std::numeric_limits<float>::quiet_NaN();

@@ -142,6 +142,7 @@ TEST (OutputPanel, ClearsAllHeldValuesOnAClickOnAny)
         open.plugin.render (signals::sine (2, 48000, 997.0, 48000.0));
         ASSERT_GT (p.inputLoudness.shortTerm, -10.0f);
         ASSERT_GT (p.outputMaxPeakDb, -0.1f);
+        EXPECT_EQ (target->getMouseCursor(), juce::MouseCursor::PointingHandCursor);
         open.window->clickMouse (*target, { 5, 5 }, juce::ModifierKeys::rightButtonModifier);
 
         // At once: the transport may have stopped.
