@@ -6,7 +6,6 @@
 #include "widgets/Contrast.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace tessarin
 {
@@ -181,44 +180,70 @@ void PresetTableView::showMenu (int row)
 
 bool PresetTableView::keyPressed (const juce::KeyPress& key)
 {
+    const auto rows = getLoadableRows();
+    const auto target = findTarget (key, rows);
+
+    if (target.has_value() && *target != rows.indexOf (table.getSelectedRow())
+        && juce::isPositiveAndBelow (*target, rows.size()))
+        clickRow (rows[*target]);
+
+    return target.has_value();
+}
+
+/** The keys pass the rows whose presets are gone. */
+juce::Array<int> PresetTableView::getLoadableRows() const
+{
     juce::Array<int> rows;
 
-    // The keys pass the rows whose presets are gone.
     for (auto row = 0; row < shownPresets.size(); ++row)
         if (shownPresets.getReference (row).index >= 0)
             rows.add (row);
 
+    return rows;
+}
+
+/** The place among the rows to which a key goes, or one outside them; nothing for a key that has no use here. */
+std::optional<int> PresetTableView::findTarget (const juce::KeyPress& key, const juce::Array<int>& rows)
+{
     const auto selected = rows.indexOf (table.getSelectedRow());
     const auto last = rows.size() - 1;
     const auto page = juce::jmax (1, table.getNumRowsOnScreen() - 1);
 
-    const auto target = [&]() -> std::optional<int>
-    {
-        if (key == juce::KeyPress::upKey)
-            return selected - 1;
+    if (key == juce::KeyPress::upKey)
+        return selected - 1;
 
-        if (key == juce::KeyPress::downKey)
-            return selected + 1;
+    if (key == juce::KeyPress::downKey)
+        return selected + 1;
 
-        if (key == juce::KeyPress::pageUpKey)
-            return juce::jmax (0, selected - page);
+    if (key == juce::KeyPress::pageUpKey)
+        return juce::jmax (0, selected - page);
 
-        if (key == juce::KeyPress::pageDownKey)
-            return juce::jmin (last, selected + page);
+    if (key == juce::KeyPress::pageDownKey)
+        return juce::jmin (last, selected + page);
 
-        if (key == juce::KeyPress::homeKey)
-            return 0;
+    if (key == juce::KeyPress::homeKey)
+        return 0;
 
-        if (key == juce::KeyPress::endKey)
-            return last;
+    if (key == juce::KeyPress::endKey)
+        return last;
 
-        return {};
-    }();
+    const auto isShortcut = key.getModifiers().isCtrlDown() || key.getModifiers().isAltDown();
+    const auto character = key.getTextCharacter();
 
-    if (target.has_value() && *target != selected && juce::isPositiveAndBelow (*target, rows.size()))
-        clickRow (rows[*target]);
+    if (! isShortcut && ! rows.isEmpty() && TypedName::takes (character))
+        return findTyped (character, rows);
 
-    return target.has_value();
+    return {};
+}
+
+int PresetTableView::findTyped (juce::juce_wchar character, const juce::Array<int>& rows)
+{
+    juce::StringArray names;
+
+    for (const auto row : rows)
+        names.add (shownPresets.getReference (row).name);
+
+    return typedName.type (character, names, rows.indexOf (table.getSelectedRow()));
 }
 
 void PresetTableView::mouseUp (const juce::MouseEvent&)

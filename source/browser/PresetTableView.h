@@ -1,11 +1,13 @@
 #pragma once
 
 #include "browser/BrowserList.h"
+#include "browser/TypedName.h"
 #include "presets/Preset.h"
 
 #include <juce_data_structures/juce_data_structures.h>
 
 #include <functional>
+#include <optional>
 
 namespace tessarin
 {
@@ -86,6 +88,9 @@ public:
     bool filterShow = true;
     bool filterAll = true;
 
+    /** By which letters go to a row. */
+    TypedName typedName;
+
 private:
     void addPresets (const juce::ValueTree& folder);
     [[nodiscard]] bool passesFilter (const Preset&) const;
@@ -93,6 +98,9 @@ private:
     void updateRowHeight();
     void clickRow (int row);
     void showMenu (int row);
+    [[nodiscard]] juce::Array<int> getLoadableRows() const;
+    [[nodiscard]] std::optional<int> findTarget (const juce::KeyPress&, const juce::Array<int>& rows);
+    [[nodiscard]] int findTyped (juce::juce_wchar character, const juce::Array<int>& rows);
     [[nodiscard]] juce::String getCellText (int row, int column) const;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PresetTableView)

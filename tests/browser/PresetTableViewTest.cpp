@@ -1,5 +1,7 @@
 #include "browser/BrowserUnderTest.h"
 
+#include <tuple>
+
 namespace
 {
 using juce::KeyPress;
@@ -15,6 +17,41 @@ TEST_F (Browser, StepsThroughTheRowsByKeysAndStopsAtTheEnds)
                    { KeyPress::upKey, "Two" },
                    { KeyPress::leftKey, "Two" },
                    { KeyPress::homeKey, "Initial Patch" } });
+}
+
+TEST_F (Browser, JumpsToTheNameThatIsTyped)
+{
+    for (const auto* name : { "Tom", "Twist 2", "Two step" })
+        config.addPreset (String ("User/") + name + ".tpre", stateText());
+
+    manager.loadPresets();
+    showAgain();
+    juce::uint32 time = 0;
+    browser.table.typedName.getMillisecondCounter = [&time] { return time; };
+    press (KeyPress::homeKey);
+
+    // Each by the time since the key before: a name goes on within a second, and from the last round to the first.
+    for (const auto& [pause, letter, name] : { std::tuple { 5000, 't', "Tom" },
+                                               { 300, 'W', "Twist 2" },
+                                               { 1000, 'o', "Two" },
+                                               { 1001, 't', "Two step" },
+                                               { 300, 't', "Tom" },
+                                               { 300, 't', "Twist 2" },
+                                               { 1001, 'd', "Deep" },
+                                               { 1001, 'x', "Deep" },
+                                               { 1001, 'd', "Deep" } })
+    {
+        time += static_cast<juce::uint32> (pause);
+        const auto isUsed =
+            window.getPeer()->handleKeyPress (KeyPress (letter, 0, static_cast<juce::juce_wchar> (letter)));
+        EXPECT_TRUE (isUsed) << letter;
+        EXPECT_EQ (current(), name) << letter;
+    }
+
+    // What is not for names goes on to the host.
+    for (const auto& key : { KeyPress (' ', 0, ' '), KeyPress ('-', 0, '-'),
+                             KeyPress ('t', juce::ModifierKeys::ctrlModifier, 0) })
+        EXPECT_FALSE (window.getPeer()->handleKeyPress (key)) << key.getTextDescription();
 }
 
 TEST_F (Browser, TurnsAPageByKeys)
