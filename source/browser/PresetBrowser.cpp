@@ -44,6 +44,7 @@ PresetBrowser::PresetBrowser (PresetManager& manager) : presetManager (manager)
 
     // The tab key stays within the browser: what it covers takes no clicks either.
     setFocusContainerType (FocusContainerType::keyboardFocusContainer);
+    setWantsKeyboardFocus (true);
 
     // Tree and table keep their shares when the window grows; a dragged bar changes them.
     layout.setItemLayout (0, 100, -0.6, 220);

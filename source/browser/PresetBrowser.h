@@ -29,6 +29,10 @@ public:
 
     void visibilityChanged() override;
     bool keyPressed (const juce::KeyPress&) override;
+
+    /** Hands the keyboard to the presets. */
+    void focusGained (FocusChangeType) override { table.grabKeyboardFocus(); }
+
     void paint (juce::Graphics&) override;
     void resized() override;
     void lookAndFeelChanged() override;

@@ -47,15 +47,19 @@ void ClickFocus::focusWasLost()
         });
 }
 
+bool ClickFocus::wasJustClicked() const
+{
+    constexpr auto longestAnswerInMs = 500;
+    return juce::Time::getMillisecondCounter() - clickTime < longestAnswerInMs;
+}
+
 void ClickFocus::takeBackForMenu()
 {
-    // Later, it is the user who goes elsewhere.
-    constexpr auto longestAnswerInMs = 500;
-    const auto isAnswer = juce::Time::getMillisecondCounter() - clickTime < longestAnswerInMs;
     const auto hasMenu = juce::Component::getNumCurrentlyModalComponents() > 0;
     auto* peer = editor.getPeer();
 
-    if (! mayTakeBack || ! isAnswer || ! hasMenu || peer == nullptr)
+    // Later, it is the user who goes elsewhere.
+    if (! mayTakeBack || ! wasJustClicked() || ! hasMenu || peer == nullptr)
         return;
 
     mayTakeBack = false;

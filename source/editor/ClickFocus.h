@@ -21,6 +21,9 @@ public:
     /** To be told when nothing in the editor has the keyboard any more, before JUCE does anything about it. */
     void focusWasLost();
 
+    /** Not longer ago than the window system takes for its answer. */
+    [[nodiscard]] bool wasJustClicked() const;
+
 private:
     void mouseDown (const juce::MouseEvent&) override
     {

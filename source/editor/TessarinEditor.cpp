@@ -23,15 +23,6 @@ juce::SharedResourcePointer<DLAF> withTheme (SettingsFile& settings)
     shared->lookAndFeel.setTheme (settings.getValue (Settings::themeKey, Settings::defaultTheme));
     return shared;
 }
-
-/** With focus, so that its keys work; a dialog may have hidden itself again. */
-void open (juce::Component& dialog)
-{
-    dialog.setVisible (true);
-
-    if (dialog.isVisible())
-        dialog.toFront (true);
-}
 } // namespace
 
 TessarinEditor::TessarinEditor (TessarinProcessor& owner)
@@ -72,16 +63,15 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
 
     addChildren();
     presetBrowser.onCloseRequest = [this] { topBar.closePresetBrowser(); };
-    licenceOverlay.onClick = [this]
-    {
-        licenceDialog.setVisible (true);
-        licenceDialog.toFront (true);
-    };
+    licenceOverlay.onClick = [this] { open (licenceDialog); };
+    overlayFocus.watch ({ &presetBrowser, &settingsModal, &savePresetModal, &licenceDialog, toastManager });
     showLicence();
 }
 
 TessarinEditor::~TessarinEditor()
 {
+    overlayFocus.stop();
+
     {
         const juce::ScopedLock scope (processor.stateLock);
         parameters.state.removeListener (&restoreListener);
@@ -96,6 +86,14 @@ TessarinEditor::~TessarinEditor()
     if (const auto errors = windowSystemErrors.exchange (0); errors > 0)
         juce::Logger::writeToLog ("Errors of the window system, kept from the host: "
                                   + juce::String (errors));
+}
+
+/** With focus, so that its keys work; a dialog may have hidden itself again, and a message may lie on top. */
+void TessarinEditor::open (juce::Component& dialog)
+{
+    dialog.setVisible (true);
+    dialog.toFront (false);
+    overlayFocus.takeFocus();
 }
 
 void TessarinEditor::addChildren()
@@ -151,21 +149,7 @@ void TessarinEditor::setPresetBrowserVisible (bool shouldBeVisible)
     raiseOverlays();
 
     if (shouldBeVisible)
-        presetBrowser.table.grabKeyboardFocus();
-}
-
-/** A click on what takes no keys gives the keyboard to the frame, which passes it on to whatever lies on top. */
-void TessarinEditor::focusGained (FocusChangeType)
-{
-    for (auto* open : std::initializer_list<juce::Component*> { &licenceDialog, &savePresetModal,
-                                                                &settingsModal, &presetBrowser.table })
-    {
-        if (! open->isShowing())
-            continue;
-
-        open->grabKeyboardFocus();
-        return;
-    }
+        overlayFocus.takeFocus();
 }
 
 /** Also where it was the frame's own. */

@@ -8,6 +8,7 @@
 #include "dialogs/SettingsModal.h"
 #include "editor/ClickFocus.h"
 #include "editor/HeldMouse.h"
+#include "editor/OverlayFocus.h"
 #include "editor/PostedUpdate.h"
 #include "editor/TopBar.h"
 #include "editor/WindowEventPump.h"
@@ -68,6 +69,7 @@ public:
 
     /** Before the children, which may have the keyboard as they go. */
     ClickFocus clickFocus { *this };
+    OverlayFocus overlayFocus { *this, [this] { return clickFocus.wasJustClicked(); } };
 
     LicenceDialog licenceDialog;
     SavePresetModal savePresetModal;
@@ -87,9 +89,11 @@ public:
     PresetBrowser presetBrowser;
 
 private:
-    void focusGained (FocusChangeType) override;
+    void focusGained (FocusChangeType) override { overlayFocus.editorGotFocus(); }
+
     void focusOfChildComponentChanged (FocusChangeType) override;
     void addChildren();
+    void open (juce::Component& dialog);
     void applyScale();
     void showLicence();
     void raiseOverlays();

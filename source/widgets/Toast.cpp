@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
+#include "widgets/Contrast.h"
 
 namespace tessarin
 {
@@ -10,6 +11,7 @@ Toast::Toast (const juce::String& textToShow, ToastType typeToShow, bool canBeDi
     : text (textToShow), type (typeToShow), dismissible (canBeDismissed)
 {
     setTitle (text);
+    setWantsKeyboardFocus (dismissible);
 }
 
 void Toast::paint (juce::Graphics& g)
@@ -27,13 +29,53 @@ void Toast::paint (juce::Graphics& g)
 
     if (dismissible)
         g.drawText ("DISMISS", getWidth() - 70, 0, 60, getHeight(), juce::Justification::centred, true);
+
+    if (hasKeyboardFocus (false))
+        drawFocusRing (g);
+}
+
+/** Around the word, in whichever colour is seen on the toast's. */
+void Toast::drawFocusRing (juce::Graphics& g) const
+{
+    constexpr auto thickness = 2.0f;
+    const juce::Rectangle<int> ring (getWidth() - 75, 10, 70, getHeight() - 20);
+
+    g.setColour (luna::Contrast::clearer (findColour (luna::ColourIds::toastTextColourId),
+                                          findColour (luna::ColourIds::highlightedTextColourId),
+                                          findColour (getBackgroundColourId())));
+    g.drawRoundedRectangle (ring.toFloat().reduced (0.5f * thickness), 3.0f, thickness);
+}
+
+bool Toast::dismisses (const juce::MouseEvent& event) const
+{
+    // One pixel to the right of where the word's box begins.
+    return dismissible && juce::roundToInt (event.position.x) >= getWidth() - 69;
 }
 
 void Toast::mouseDown (const juce::MouseEvent& event)
 {
-    // One pixel to the right of where the word's box begins.
-    if (dismissible && juce::roundToInt (event.position.x) >= getWidth() - 69)
+    if (dismisses (event))
         sendChangeMessage();
+}
+
+void Toast::mouseMove (const juce::MouseEvent& event)
+{
+    setMouseCursor (dismisses (event) ? juce::MouseCursor::PointingHandCursor
+                                      : juce::MouseCursor::NormalCursor);
+}
+
+bool Toast::keyPressed (const juce::KeyPress& key)
+{
+    using juce::KeyPress;
+
+    const auto isUsed =
+        dismissible
+        && (key == KeyPress::returnKey || key == KeyPress::spaceKey || key == KeyPress::escapeKey);
+
+    if (isUsed)
+        sendChangeMessage();
+
+    return isUsed;
 }
 
 std::unique_ptr<juce::AccessibilityHandler> Toast::createAccessibilityHandler()

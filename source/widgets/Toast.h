@@ -18,7 +18,8 @@ enum ToastType
     toastFatal = 3
 };
 
-/** A message bar of one line. It stays until the user dismisses it, which it broadcasts as a change. */
+/** A message bar of one line. It stays until the user dismisses it, with a click on the word or with return, space or
+    escape while it has the keyboard; it broadcasts that as a change. */
 class Toast final : public juce::Component, public juce::ChangeBroadcaster
 {
 public:
@@ -26,6 +27,13 @@ public:
 
     void paint (juce::Graphics&) override;
     void mouseDown (const juce::MouseEvent&) override;
+    void mouseMove (const juce::MouseEvent&) override;
+    bool keyPressed (const juce::KeyPress&) override;
+
+    void focusGained (FocusChangeType) override { repaint(); }
+
+    void focusLost (FocusChangeType) override { repaint(); }
+
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
 
     const juce::String text;
@@ -33,7 +41,9 @@ public:
     const bool dismissible;
 
 private:
-    int getBackgroundColourId() const;
+    [[nodiscard]] bool dismisses (const juce::MouseEvent&) const;
+    void drawFocusRing (juce::Graphics&) const;
+    [[nodiscard]] int getBackgroundColourId() const;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (Toast)
 };

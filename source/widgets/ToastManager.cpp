@@ -5,6 +5,13 @@
 namespace tessarin
 {
 
+ToastManager::ToastManager()
+{
+    // While a message is up, the keyboard stays here, as the mouse does.
+    setWantsKeyboardFocus (true);
+    setFocusContainerType (FocusContainerType::keyboardFocusContainer);
+}
+
 void ToastManager::showToast (const juce::String& text, ToastType type, bool dismissible)
 {
     const auto isError = type == toastError || type == toastFatal;
@@ -38,6 +45,20 @@ void ToastManager::parentHierarchyChanged()
     layOutIfAdopted();
 }
 
+void ToastManager::passKeyboardOn()
+{
+    const auto first =
+        std::find_if (toasts.begin(), toasts.end(), [] (const Toast* toast) { return toast->dismissible; });
+
+    if (first != toasts.end())
+        (*first)->grabKeyboardFocus();
+}
+
+bool ToastManager::keyPressed (const juce::KeyPress& key)
+{
+    return key.isKeyCode (juce::KeyPress::tabKey) && hasKeyboardFocus (false);
+}
+
 void ToastManager::changeListenerCallback (juce::ChangeBroadcaster* source)
 {
     const auto isSource = [source] (const juce::ChangeBroadcaster* toast) { return toast == source; };
@@ -64,6 +85,9 @@ void ToastManager::layOutIfAdopted()
 
     setVisible (! toasts.isEmpty());
     toFront (false);
+
+    if (hasKeyboardFocus (false))
+        passKeyboardOn();
 }
 
 } // namespace tessarin

@@ -13,7 +13,7 @@ namespace tessarin
 class ToastManager final : public juce::Component, public juce::ChangeListener
 {
 public:
-    ToastManager() = default;
+    ToastManager();
 
     /** Errors get the prefix "ERROR: ". Every toast is also a line of the log. */
     void showToast (const juce::String& text, ToastType type, bool dismissible);
@@ -22,6 +22,11 @@ public:
 
     void paint (juce::Graphics&) override;
     void resized() override;
+
+    void focusGained (FocusChangeType) override { passKeyboardOn(); }
+
+    /** With nothing but toasts that stay, the tab key has nowhere to go. */
+    bool keyPressed (const juce::KeyPress&) override;
 
     /** An editor of the same size as the last one sends no resize. */
     void parentHierarchyChanged() override;
@@ -32,6 +37,9 @@ public:
 
 private:
     void layOutIfAdopted();
+
+    /** To the oldest toast that can be dismissed. */
+    void passKeyboardOn();
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ToastManager)
 };

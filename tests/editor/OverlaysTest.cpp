@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <tuple>
 
 using juce::Colour;
@@ -82,6 +83,84 @@ TEST (Overlays, DrawLogAndDismissToastsByTheirType)
     toasts.showError ("In a wider window");
     open.editor->setSize (1200, 900);
     EXPECT_EQ (toasts.toasts[0]->getBounds(), Rectangle<int> (10, 20, 1180, 50));
+}
+
+TEST (Overlays, HoldTheKeyboardAndGiveItBack)
+{
+    using juce::KeyPress;
+    OpenEditor open;
+    auto& e = *open.editor;
+    auto& knob = e.singleEditor.makeupSlider.slider;
+    auto& toasts = open.plugin.processor.toastManager;
+    const auto focused = [] { return juce::Component::getCurrentlyFocusedComponent(); };
+    const auto press = [&] (int key)
+    {
+        const auto isUsed = open.window->getPeer()->handleKeyPress (KeyPress (key));
+        dispatchMessages();
+        return isUsed;
+    };
+    const auto expectInside = [&] (juce::Component& overlay)
+    {
+        for (auto i = 0; i < 4; ++i, press (KeyPress::tabKey))
+            EXPECT_TRUE (focused() == &overlay || overlay.isParentOf (focused())) << overlay.getTitle() << i;
+    };
+
+    const std::vector<std::pair<juce::Component*, std::function<void()>>> overlays {
+        { &e.settingsModal,
+          [&] {
+              open.window->clickMouse (e.topBar.settingsButton, { 5, 5 });
+          } },
+        { &e.savePresetModal,
+          [&] {
+              open.window->clickMouse (e.topBar.saveButton, { 5, 5 });
+          } },
+        { &e.presetBrowser,
+          [&] {
+              open.window->clickMouse (e.topBar.presetBrowserButton, { 5, 5 });
+          } },
+        { &e.licenceDialog, [&] { e.topBar.buttonClicked (&e.topBar.licenceButton); } },
+        { &toasts, [&] { toasts.showToast ("Note", tessarin::toastNotice, true); } },
+    };
+
+    for (const auto& [overlay, show] : overlays)
+    {
+        knob.grabKeyboardFocus();
+        show();
+        expectInside (*overlay);
+
+        // A message over it, and out of the way again.
+        if (overlay != &toasts)
+        {
+            const juce::Component::SafePointer<juce::Component> inside = focused();
+            toasts.showError ("Wrong");
+            expectInside (toasts);
+            EXPECT_TRUE (press (KeyPress::returnKey));
+            EXPECT_EQ (focused(), inside.getComponent()) << overlay->getTitle();
+        }
+
+        // Nor does what comes later and in the background.
+        knob.grabKeyboardFocus();
+        dispatchMessages();
+        expectInside (*overlay);
+        EXPECT_TRUE (press (KeyPress::escapeKey));
+        EXPECT_FALSE (overlay->isVisible());
+        EXPECT_EQ (focused(), &knob) << overlay->getTitle();
+    }
+
+    // Each key takes one of them, but for the one that stays.
+    toasts.showToast ("Stays", tessarin::toastFatal, false);
+    toasts.showError ("A");
+    toasts.showError ("B");
+    toasts.showError ("C");
+    expectInside (toasts);
+
+    for (const auto key : { KeyPress::spaceKey, KeyPress::escapeKey, KeyPress::returnKey })
+        EXPECT_TRUE (press (key));
+
+    EXPECT_EQ (toasts.toasts.size(), 1);
+    EXPECT_FALSE (press (KeyPress::spaceKey)) << "goes on to the host";
+    expectInside (toasts);
+    EXPECT_FALSE (e.presetBrowser.isVisible());
 }
 
 TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
