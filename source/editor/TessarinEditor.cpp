@@ -58,7 +58,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
     {
         // Hosts restore state on any thread, which calls the tree's listeners.
         const juce::ScopedLock scope (processor.stateLock);
-        parameters.state.addListener (&restoreListener);
+        parameters.state.addListener (&stateListener);
     }
 
     addChildren();
@@ -74,7 +74,7 @@ TessarinEditor::~TessarinEditor()
 
     {
         const juce::ScopedLock scope (processor.stateLock);
-        parameters.state.removeListener (&restoreListener);
+        parameters.state.removeListener (&stateListener);
     }
 
     savePresetModal.removeChangeListener (&topBar);

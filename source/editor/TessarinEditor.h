@@ -98,21 +98,32 @@ private:
     void showLicence();
     void raiseOverlays();
 
-    /** Hears of a restore on any thread, also while the editor is being made or destroyed. So it is an object of its
+    /** Hears of a restore and of changed parameters on any thread, also while the editor is being made or destroyed. So it is an object of its
         own, whose class does not change meanwhile. */
-    struct RestoreListener final : juce::ValueTree::Listener
+    struct StateListener final : juce::ValueTree::Listener
     {
-        explicit RestoreListener (TessarinEditor& editor)
-            : update ([&editor] { editor.stateReloaded (editor.parameters.state); })
+        explicit StateListener (TessarinEditor& editor)
+            : update ([&editor] { editor.stateReloaded (editor.parameters.state); }),
+              changeUpdate ([&editor] { editor.topBar.showPresetChange(); })
         {
         }
 
-        void valueTreeRedirected (juce::ValueTree&) override { update.post(); }
+        void valueTreeRedirected (juce::ValueTree&) override
+        {
+            update.post();
+            changeUpdate.post();
+        }
 
-        PostedUpdate update;
+        /** JUCE brings values into the tree some time after they have changed, and not on the audio thread. */
+        void valueTreePropertyChanged (juce::ValueTree&, const juce::Identifier&) override
+        {
+            changeUpdate.post();
+        }
+
+        PostedUpdate update, changeUpdate;
     };
 
-    RestoreListener restoreListener { *this };
+    StateListener stateListener { *this };
 
     WindowEventPump windowEventPump { *this };
     WindowVisibility visibility { *this };

@@ -18,18 +18,36 @@ namespace
 {
 constexpr auto updatePageBase = "https://tessarin.example/updates/";
 
-/** The menu of a folder's presets and folders; the items' identifiers are the list's indices plus 1. */
-juce::PopupMenu makeMenu (const juce::ValueTree& folder)
+/** The menu of a folder's presets and folders; the items' identifiers are the list's indices plus 1. The current preset's
+    item loads it again, which the box would take for no choice; the folders around it are ticked, as it is. */
+juce::PopupMenu makeMenu (const juce::ValueTree& folder, int currentIndex,
+                          const std::function<void()>& loadAgain, bool& holdsCurrent)
 {
     juce::PopupMenu menu;
 
     for (const auto& child : folder)
     {
-        if (child.hasType (PresetFiles::presetType))
-            menu.addItem (static_cast<int> (child[PresetFiles::presetIndex]) + 1,
-                          child[PresetFiles::name].toString());
-        else
-            menu.addSubMenu (child[PresetFiles::folderName].toString(), makeMenu (child));
+        if (! child.hasType (PresetFiles::presetType))
+        {
+            auto isInside = false;
+            auto subMenu = makeMenu (child, currentIndex, loadAgain, isInside);
+            menu.addSubMenu (child[PresetFiles::folderName].toString(), std::move (subMenu), true, nullptr,
+                             isInside);
+            holdsCurrent = holdsCurrent || isInside;
+            continue;
+        }
+
+        const int index = child[PresetFiles::presetIndex];
+        juce::PopupMenu::Item item (child[PresetFiles::name].toString());
+        item.itemID = index + 1;
+
+        if (index == currentIndex)
+        {
+            item.action = loadAgain;
+            holdsCurrent = true;
+        }
+
+        menu.addItem (std::move (item));
     }
 
     return menu;
@@ -48,7 +66,8 @@ TopBar::TopBar (TessarinProcessor& owner, Slots slotsToUse)
       settingsButton (LunaBinary::cog_svg, LunaBinary::cog_svgSize),
       bypassButton (LunaBinary::poweroff_svg, LunaBinary::poweroff_svgSize),
       processor (owner),
-      slots (std::move (slotsToUse))
+      slots (std::move (slotsToUse)),
+      presetComparison (owner.presetManager, owner.parameters)
 {
     addChildren();
     lookAndFeelChanged();
@@ -89,11 +108,9 @@ void TopBar::addChildren()
     nameLabel.setBorderSize ({});
 
     addAndMakeVisible (presetBox);
-    presetBox.setTitle ("Preset");
     presetBox.setTextWhenNothingSelected ("Select a preset");
     presetBox.addItem (PresetFiles::initialPatchName, 1);
     presetBox.setSelectedId (1, juce::dontSendNotification);
-    presetBox.setMouseClickGrabsKeyboardFocus (false);
     presetBox.addListener (this);
 
     const auto addButton = [this] (luna::IconButton& button, const juce::String& tooltip)
@@ -125,11 +142,21 @@ void TopBar::addChildren()
 
 void TopBar::rebuildPresetMenu()
 {
-    const auto& tree = processor.presetManager.getPresetTree();
+    const auto& manager = processor.presetManager;
+    const auto current = manager.getCurrentPreset().index;
+    const std::function<void()> loadAgain = [bar = juce::Component::SafePointer<TopBar> (this)]
+    {
+        if (bar != nullptr)
+            bar->comboBoxChanged (&bar->presetBox);
+    };
+    const auto makeFolder = [&] (const char* type, bool& holdsCurrent)
+    { return makeMenu (manager.getPresetTree().getChildWithName (type), current, loadAgain, holdsCurrent); };
 
-    auto menu = makeMenu (tree.getChildWithName ("f_factory"));
+    auto isFactory = false, isUser = false;
+    auto menu = makeFolder ("f_factory", isFactory);
+    auto user = makeFolder ("f_user", isUser);
     menu.addSeparator();
-    menu.addSubMenu ("User", makeMenu (tree.getChildWithName ("f_user")));
+    menu.addSubMenu ("User", std::move (user), true, nullptr, isUser);
     *presetBox.getRootMenu() = std::move (menu);
 }
 
@@ -142,6 +169,14 @@ void TopBar::refreshPresetDisplay()
     nextButton.setEnabled (index < manager.getNumPresets() - 1);
     rebuildPresetMenu();
     presetBox.setSelectedId (index + 1, juce::dontSendNotification);
+
+    presetComparison.readPreset();
+    showPresetChange();
+}
+
+void TopBar::showPresetChange()
+{
+    presetBox.setChanged (presetComparison.isChanged());
 }
 
 void TopBar::comboBoxChanged (juce::ComboBox*)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editor/PresetBox.h"
+#include "presets/PresetComparison.h"
 #include "presets/PresetManager.h"
 #include "widgets/IconButton.h"
 #include "widgets/Panel.h"
@@ -46,6 +48,10 @@ public:
 
     /** Takes the list and the current preset from the preset manager. */
     void refreshPresetDisplay();
+
+    /** Looks whether the parameters differ from the preset. */
+    void showPresetChange();
+
     void closePresetBrowser();
 
     void buttonClicked (juce::Button*) override;
@@ -67,7 +73,7 @@ public:
     void resized() override;
 
     luna::IconButton presetBrowserButton;
-    juce::ComboBox presetBox;
+    PresetBox presetBox;
     luna::IconButton previousButton;
     luna::IconButton nextButton;
     luna::IconButton saveButton;
@@ -92,6 +98,7 @@ private:
 
     TessarinProcessor& processor;
     const Slots slots;
+    PresetComparison presetComparison;
     std::unique_ptr<juce::AudioProcessorValueTreeState::ButtonAttachment> bypassAttachment;
     bool updateAvailable = false;
 

@@ -88,28 +88,46 @@ std::unique_ptr<juce::XmlElement> PresetManager::select (int index)
         selected = currentPreset = presets[index];
     }
 
-    if (index == 0 && initialState != nullptr)
+    return readXml (selected);
+}
+
+/** The first preset is the default patch, whatever lies there. */
+std::unique_ptr<juce::XmlElement> PresetManager::readXml (const Preset& preset) const
+{
+    if (preset.index == 0 && initialState != nullptr)
         return std::make_unique<juce::XmlElement> (*initialState);
 
-    return parseCheckedXml (juce::File (selected.path));
+    return parseCheckedXml (juce::File (preset.path));
+}
+
+juce::ValueTree PresetManager::readCurrentPreset() const
+{
+    const auto xml = readXml (getCurrentPreset());
+    return xml != nullptr ? makeTree (*xml) : juce::ValueTree();
 }
 
 /** Another product's state gives the default patch. */
-void PresetManager::applyState (juce::XmlElement& xml)
+juce::ValueTree PresetManager::makeTree (juce::XmlElement& xml) const
 {
     StateTree::normaliseTag (xml);
-    auto tree = juce::ValueTree::fromXml (xml);
-
-    if (! tree.hasType (StateTree::makeTag (parameters.processor.getName())))
-    {
-        if (toastManager != nullptr)
-            toastManager->showError ("Invalid preset");
-
-        tree = juce::ValueTree::fromXml (*initialState);
-    }
+    auto tree = juce::ValueTree::fromXml (isOwn (xml) ? xml : *initialState);
 
     StateTree::sanitise (tree);
     StateTree::addMissingParameters (tree, parameters, StateTree::MissingValue::defaultValue);
+    return tree;
+}
+
+bool PresetManager::isOwn (const juce::XmlElement& xml) const
+{
+    return xml.getTagName() == StateTree::makeTag (parameters.processor.getName());
+}
+
+void PresetManager::applyState (juce::XmlElement& xml)
+{
+    auto tree = makeTree (xml);
+
+    if (! isOwn (xml) && toastManager != nullptr)
+        toastManager->showError ("Invalid preset");
 
     if (*onStateRestored)
         (*onStateRestored) (tree);

@@ -95,6 +95,9 @@ public:
     [[nodiscard]] int getNumPresets() const;
     [[nodiscard]] Preset getCurrentPreset() const;
 
+    /** What a load of the current preset sets, without loading it; invalid where that cannot be read. */
+    [[nodiscard]] juce::ValueTree readCurrentPreset() const;
+
     /** For a host's restore: makes the first preset with this path current, as a state holds it (see `makeValidText`),
         else the first of all; with an empty list nothing changes. No file is looked at. The listeners are told later, on
         the message thread. */
@@ -126,6 +129,9 @@ private:
     };
 
     std::unique_ptr<juce::XmlElement> select (int index);
+    [[nodiscard]] std::unique_ptr<juce::XmlElement> readXml (const Preset&) const;
+    [[nodiscard]] bool isOwn (const juce::XmlElement&) const;
+    [[nodiscard]] juce::ValueTree makeTree (juce::XmlElement&) const;
     void applyState (juce::XmlElement& xml);
     bool selectFirst (const std::function<bool (const Preset&)>& isWanted);
     void selectFile (const juce::File& file);

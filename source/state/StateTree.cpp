@@ -76,6 +76,18 @@ void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValu
     }
 }
 
+std::vector<std::pair<const juce::RangedAudioParameter*, float>>
+getValues (const juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters)
+{
+    std::vector<std::pair<const juce::RangedAudioParameter*, float>> values;
+
+    for (const auto& child : root)
+        if (const auto* parameter = parameters.getParameter (child[parameterId].toString()))
+            values.emplace_back (parameter, parameter->convertTo0to1 (child[parameterValue]));
+
+    return values;
+}
+
 juce::ValueTree makeBareState (const juce::ValueTree& root,
                                const juce::AudioProcessorValueTreeState& parameters)
 {

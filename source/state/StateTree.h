@@ -2,6 +2,9 @@
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
+#include <utility>
+#include <vector>
+
 /** What the host's state and preset files have in common: the tree of the parameters and the editor's view
     modes. */
 namespace tessarin::StateTree
@@ -34,6 +37,10 @@ enum class MissingValue
     default, and, where it stands there already, leave an entry without a value in the tree. */
 void addMissingParameters (juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters,
                            MissingValue missingValue);
+
+/** What a tree sets, from 0 to 1, in the order of its entries. */
+[[nodiscard]] std::vector<std::pair<const juce::RangedAudioParameter*, float>>
+getValues (const juce::ValueTree& root, const juce::AudioProcessorValueTreeState& parameters);
 
 /** The parameters alone, with their present values, and the root's version and path: for a tree that came with so
     much else that nothing would read it again. */

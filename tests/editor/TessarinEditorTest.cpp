@@ -13,6 +13,8 @@ void addPictures (std::vector<juce::Image>& pictures, OpenEditor& open, int layo
 {
     auto& e = *open.editor;
     open.set ("layout", layout);
+    const auto isMarked = [&] { return e.topBar.presetBox.getTitle().contains ("changed") == (layout > 0); };
+    EXPECT_TRUE (eventually (isMarked));
     std::vector<Rectangle<int>> ownColours;
 
     if (e.bandEditor.isVisible())

@@ -75,6 +75,47 @@ TEST_F (TopBar, ListsThePresetsAndStepsThroughThemAcrossFolders)
     EXPECT_EQ (bar.presetBox.getTextWhenNothingSelected(), "Select a preset");
 }
 
+TEST_F (TopBar, MarksAPresetThatIsNoLongerAsItWasLoaded)
+{
+    const auto expectMark = [&] (bool isChanged, const char* when)
+    {
+        const auto title = isChanged ? "Preset, changed" : "Preset";
+        EXPECT_TRUE (eventually ([&] { return bar.presetBox.getTitle() == title; })) << when;
+        EXPECT_EQ (bar.presetBox.getText(), processor.presetManager.getCurrentPreset().name);
+        return window.render().getClippedImage (
+            editor.getLocalArea (&bar.presetBox, bar.presetBox.getLocalBounds()));
+    };
+
+    const auto plain = expectMark (false, "at the start");
+    std::thread ([&] { plugin.set ("in_gain", 3.0); }).join();
+    const auto mark = pixels::difference (plain, expectMark (true, "after the host's automation"));
+    const auto end =
+        7 + juce::GlyphArrangement::getStringWidthInt (juce::FontOptions (14.0f), "Initial Patch");
+    EXPECT_TRUE (juce::Rectangle<int> (end, 3, 10, 12).contains (mark) && ! mark.isEmpty())
+        << mark.toString();
+    const auto changed = plugin.capture();
+    plugin.set ("in_gain", 0.0);
+    expectMark (false, "put back");
+    plugin.set ("mode_single", 3.0);
+    processor.presetManager.loadPreset (1);
+    expectMark (false, "after a load");
+    plugin.set ("mode_single", 3.0);
+    processor.presetManager.finishSaving (config.preset ("User/Zed.tpre"),
+                                          processor.presetManager.makePresetText ({}, {}, {}));
+    expectMark (false, "saved");
+    plugin.restore (changed);
+    expectMark (true, "a project with a changed one");
+    OrvoAudioProcessorEditor second { processor };
+    EXPECT_EQ (second.topBar.presetBox.getTitle(), "Preset, changed") << "in a window that opens later";
+    processor.presetManager.loadPreset (1);
+    plugin.restore (plugin.capture());
+    expectMark (false, "a project with one as it is");
+    presets[1].deleteFile();
+    processor.presetManager.loadPreset (2);
+    bar.refreshPresetDisplay();
+    expectMark (true, "which cannot be read");
+}
+
 TEST_F (TopBar, StandsInTheMiddleOfItsBarWithTheNameAtTheLeft)
 {
     for (const auto hasLicence : { true, false })
