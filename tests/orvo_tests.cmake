@@ -9,6 +9,7 @@ list(REMOVE_ITEM orvo_test_sources support/AllocationGuardTest.cpp)
 
 add_executable(orvo_tests ${orvo_test_sources})
 target_include_directories(orvo_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+target_compile_definitions(orvo_tests PRIVATE ORVO_APPEARANCE="${PROJECT_SOURCE_DIR}/docs/appearance.md")
 target_link_libraries(orvo_tests PRIVATE orvo_offscreen orvo_reference orvo_scratch LunaBinary GTest::gtest)
 orvo_strict_warnings(orvo_tests)
 orvo_precompile(orvo_tests <juce_audio_utils/juce_audio_utils.h> <juce_dsp/juce_dsp.h> <gtest/gtest.h>)
