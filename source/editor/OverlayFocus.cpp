@@ -55,6 +55,16 @@ bool OverlayFocus::holds (const Level& level, const juce::Component& focused) co
     return level.overlay == &focused || level.overlay->isParentOf (&focused);
 }
 
+void OverlayFocus::editorGotFocus (juce::Component::FocusChangeType cause)
+{
+    // A click on what takes no keys lets go of what had them. The window system, too, brings the editor the focus with
+    // a click, which may be one on a button.
+    if (cause == juce::Component::focusChangedByMouseClick)
+        levels.front().lastFocus = nullptr;
+
+    update();
+}
+
 void OverlayFocus::update()
 {
     auto* focused = juce::Component::getCurrentlyFocusedComponent();
@@ -65,13 +75,19 @@ void OverlayFocus::update()
     const auto before = std::exchange (top, findTop());
 
     // What comes on top of it finds there what to give back.
-    if (top > before && holds (levels[before], *focused))
-        levels[before].lastFocus = focused;
+    if (top > before)
+        keep (levels[before], focused);
 
     if (top >= before && holds (levels[top], *focused))
-        levels[top].lastFocus = focused;
+        keep (levels[top], focused);
     else
         giveFocusTo (levels[top]);
+}
+
+void OverlayFocus::keep (Level& level, juce::Component* focused) const
+{
+    if (focused != &editor && holds (level, *focused))
+        level.lastFocus = focused;
 }
 
 void OverlayFocus::giveFocusTo (const Level& level)

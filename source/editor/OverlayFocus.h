@@ -25,7 +25,7 @@ public:
     void stop();
 
     /** The keyboard has come to the editor itself: it goes on to what lies on top. */
-    void editorGotFocus() { update(); }
+    void editorGotFocus (juce::Component::FocusChangeType);
 
     /** The user has opened something, and is to have the keyboard there. */
     void takeFocus();
@@ -43,6 +43,7 @@ private:
     void update();
     [[nodiscard]] size_t findTop() const;
     [[nodiscard]] bool holds (const Level&, const juce::Component& focused) const;
+    void keep (Level&, juce::Component* focused) const;
     void giveFocusTo (const Level&);
 
     juce::Component& editor;

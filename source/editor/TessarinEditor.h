@@ -89,7 +89,7 @@ public:
     PresetBrowser presetBrowser;
 
 private:
-    void focusGained (FocusChangeType) override { overlayFocus.editorGotFocus(); }
+    void focusGained (FocusChangeType cause) override { overlayFocus.editorGotFocus (cause); }
 
     void focusOfChildComponentChanged (FocusChangeType) override;
     void addChildren();
