@@ -59,7 +59,7 @@ class OverlayTest(window_test.WindowTest):
 
         def reaches_knob():
             self.host.key("Tab")
-            return self.host.look(*value) != plain
+            return self.host.comes(lambda: self.host.look(*value) != plain, seconds=0.3)
 
         self.host.await_that(reaches_knob, "the tab key reaches the knob")
         for opener, keys, closing in ((MANUAL, ["Tab", "Up", "Tab", "Down"], ["Return", "Escape"]),
