@@ -77,6 +77,7 @@ void SavePresetModal::visibilityChanged()
         return;
     }
 
+    colourAsDefault (saveButton);
     fillFields();
     restoreDraft();
     cancelButton.toFront (false);

@@ -60,8 +60,8 @@ struct Theme
         add ("frame of the choice under the mouse", image.getPixelAt (100, 22), ground);
         add ("tick", clearestIn (image, tick, ground), ground);
         add ("tick under the mouse", clearestIn (image, tick.translated (0, 22), fill), fill);
-        look.drawPopupMenuSectionHeader (g, { 1, 22, 198, 22 }, "Clippers");
-        EXPECT_NE (image.getPixelAt (150, 27), ground) << "no choice";
+        look.drawPopupMenuSectionHeader (g, { 1, 0, 198, 22 }, "Clippers");
+        EXPECT_NE (image.getPixelAt (150, 5), ground) << "no choice";
         add ("arrow of a submenu", clearestIn (image, { 175, 46, 20, 18 }, ground), ground);
     }
 

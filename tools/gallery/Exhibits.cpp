@@ -168,11 +168,11 @@ struct MenuRows : public juce::Component
         const auto drawRow =
             [&] (const juce::String& text, bool isActive, bool isHighlighted, bool hasSubMenu)
         {
-            look.drawPopupMenuItem (g, area.removeFromTop (22), false, isActive, isHighlighted, false,
-                                    hasSubMenu, text, {}, nullptr, nullptr);
+            look.drawPopupMenuItem (g, area.removeFromTop (22), false, isActive, isHighlighted,
+                                    text.contains ("current"), hasSubMenu, text, {}, nullptr, nullptr);
         };
 
-        drawRow ("Hard", true, false, false);
+        drawRow ("Hard, current", true, false, false);
         drawRow ("Soft I, under the mouse", true, true, false);
         drawRow ("Soft II, disabled", false, false, false);
         look.drawPopupMenuItem (g, area.removeFromTop (5), true, true, false, false, false, {}, {}, nullptr,
@@ -295,6 +295,7 @@ Sheet makeToastSheet()
     return { "Toast",
              { { "error", 500, 50, makeToast ("ERROR: Couldn't save preset!", toastError, true), {} },
                { "success", 500, 50, makeToast ("Preset saved", toastSuccess, true), {} },
+               { "focused", 500, 50, makeToast ("Preset saved", toastSuccess, true), focus },
                { "notice", 500, 50, makeToast ("The manual lies beside the presets", toastNotice, true), {} },
                { "fatal", 500, 50, makeToast ("ERROR: Something that stays", toastFatal, false), {} },
                { "too long",
