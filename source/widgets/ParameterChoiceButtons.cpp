@@ -1,6 +1,7 @@
 #include "ParameterChoiceButtons.h"
 
 #include "common/Rounding.h"
+#include "widgets/ParameterGesture.h"
 #include "widgets/PixelPicture.h"
 
 namespace luna
@@ -9,7 +10,7 @@ namespace luna
 ParameterChoiceButtons::ParameterChoiceButtons (juce::String id,
                                                 juce::AudioProcessorValueTreeState& stateToUse,
                                                 juce::StringArray labels)
-    : parameterId (std::move (id)), state (&stateToUse)
+    : parameterId (std::move (id)), state (&stateToUse), menu (*this, state->getParameter (parameterId))
 {
     for (const auto& label : labels)
     {
@@ -68,12 +69,7 @@ void ParameterChoiceButtons::buttonClicked (juce::Button* button)
     const auto index = buttons.indexOf (static_cast<BetterTextButton*> (button));
     const auto newValue = state->getParameterRange (parameterId).convertTo0to1 (static_cast<float> (index));
 
-    if (juce::approximatelyEqual (newValue, parameter->getValue()))
-        return;
-
-    parameter->beginChangeGesture();
-    parameter->setValueNotifyingHost (newValue);
-    parameter->endChangeGesture();
+    setInOneGesture (*parameter, newValue);
 }
 
 void ParameterChoiceButtons::parameterChanged (const juce::String&, float newValue)

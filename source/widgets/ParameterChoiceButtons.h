@@ -1,6 +1,7 @@
 #pragma once
 
 #include "widgets/BetterTextButton.h"
+#include "widgets/ParameterMenu.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
@@ -46,6 +47,8 @@ public:
     int spacing = 0;
 
 private:
+    ParameterMenu menu;
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ParameterChoiceButtons)
 };
 

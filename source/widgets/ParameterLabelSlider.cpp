@@ -8,7 +8,7 @@ namespace tessarin
 
 ParameterLabelSlider::ParameterLabelSlider (juce::String name, juce::String parameterId,
                                             juce::AudioProcessorValueTreeState& state)
-    : parameter (state.getParameter (parameterId))
+    : slider (state.getParameter (parameterId)), parameter (state.getParameter (parameterId))
 {
     nameLabel.setText (name, juce::dontSendNotification);
     valueLabel.setText ("10%", juce::dontSendNotification);
@@ -37,6 +37,7 @@ ParameterLabelSlider::ParameterLabelSlider (juce::String name, juce::String para
     slider.onValueChange = [this] { showValue(); };
     slider.onDragStart = [this] { isDragged = true; };
     slider.onDragEnd = [this] { isDragged = false; };
+    slider.onTypingWanted = [this] (auto typed) { typeValue (typed); };
 
     applyLayout();
 }
@@ -143,6 +144,23 @@ void ParameterLabelSlider::setTooltip (const juce::String& text)
 void ParameterLabelSlider::showValue()
 {
     valueLabel.setText (slider.getTextFromValue (slider.getValue()), juce::dontSendNotification);
+}
+
+void ParameterLabelSlider::typeValue (const juce::String& typed)
+{
+    if (! slider.steps)
+        return;
+
+    if (field == nullptr)
+        field = std::make_unique<luna::ValueField> (slider, [this] (const auto& text)
+                                                    { return slider.steps->type (text); });
+
+    // A little larger than the value, and not over the name above it.
+    constexpr auto width = 64, height = 18;
+    const auto shown = slider.getLookAndFeel().getSliderLayout (slider).textBoxBounds;
+    const auto area = shown.isEmpty() ? slider.getLocalBounds() : shown.withHeight (height);
+    field->open (area.withSizeKeepingCentre (width, height),
+                 slider.steps->getText(), typed);
 }
 
 } // namespace tessarin

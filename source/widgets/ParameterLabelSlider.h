@@ -1,6 +1,8 @@
 #pragma once
 
-#include "widgets/CommaValueSlider.h"
+#include "widgets/ParameterMenu.h"
+#include "widgets/ParameterSlider.h"
+#include "widgets/ValueField.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
@@ -10,7 +12,8 @@ namespace tessarin
 {
 
 /** The standard value control: a rotary slider of 60 by 95 tied to one parameter, its name and its value
-    below the knob. Other layouts are linear. Message thread. */
+    below the knob. Other layouts are linear. A value can be typed in a field over the one that is shown. Message
+    thread. */
 class ParameterLabelSlider : public juce::Component, public juce::SettableTooltipClient
 {
 public:
@@ -45,16 +48,21 @@ public:
 
     /** For the linear layouts. */
     juce::Label valueLabel;
-    CommaValueSlider slider;
+    ParameterSlider slider;
     std::unique_ptr<juce::SliderParameterAttachment> attachment;
     bool textBoxEditable = false;
 
 private:
     void applyLayout();
     void showValue();
+    void typeValue (const juce::String& typed);
 
     juce::RangedAudioParameter* const parameter;
     bool isDragged = false;
+    luna::ParameterMenu menu { slider, parameter, [this] { typeValue ({}); } };
+
+    /** Made when it is needed first. */
+    std::unique_ptr<luna::ValueField> field;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (ParameterLabelSlider)
 };
