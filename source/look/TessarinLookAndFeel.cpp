@@ -192,6 +192,32 @@ void TessarinLookAndFeel::drawPopupMenuSectionHeader (juce::Graphics& g, const j
     g.drawText (sectionName, area.reduced (10, 0), juce::Justification::centredLeft, true);
 }
 
+std::unique_ptr<juce::FocusOutline>
+TessarinLookAndFeel::createFocusOutlineForComponent (juce::Component& focused)
+{
+    struct Ring final : public juce::FocusOutline::OutlineWindowProperties
+    {
+        explicit Ring (juce::Colour colourToUse) : colour (colourToUse) {}
+
+        juce::Rectangle<int> getOutlineBounds (juce::Component& component) override
+        {
+            return component.getScreenBounds();
+        }
+
+        void drawOutline (juce::Graphics& g, int width, int height) override
+        {
+            g.setColour (colour);
+            g.drawRoundedRectangle (juce::Rectangle<int> (width, height).toFloat().reduced (1.0f), 3.0f,
+                                    2.0f);
+        }
+
+        const juce::Colour colour;
+    };
+
+    return std::make_unique<juce::FocusOutline> (
+        std::make_unique<Ring> (focused.findColour (highlightedTextColourId)));
+}
+
 DLAF::DLAF()
 {
     juce::LookAndFeel::setDefaultLookAndFeel (&lookAndFeel);

@@ -38,6 +38,9 @@ public:
     void drawPopupMenuSectionHeader (juce::Graphics&, const juce::Rectangle<int>& area,
                                      const juce::String& sectionName) override;
 
+    /** For what does not draw its focus itself: the ring that buttons have. */
+    std::unique_ptr<juce::FocusOutline> createFocusOutlineForComponent (juce::Component&) override;
+
     juce::String themeName;
 
     /** The parsed document; void for an unknown theme. */

@@ -29,4 +29,13 @@ void LeftClickButton::mouseUp (const juce::MouseEvent& event)
         juce::Button::mouseUp (event);
 }
 
+bool LeftClickButton::keyPressed (const juce::KeyPress& key)
+{
+    if (! isEnabled() || key != juce::KeyPress (juce::KeyPress::spaceKey))
+        return juce::Button::keyPressed (key);
+
+    triggerClick();
+    return true;
+}
+
 } // namespace luna

@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "widgets/Contrast.h"
+#include "widgets/PressKey.h"
 #include "widgets/VisibleInWindow.h"
 
 namespace luna::temp
@@ -13,13 +14,28 @@ LevelMeterPeakValue::LevelMeterPeakValue (LevelMeter* meterToRead, int kindToSho
     setJustificationType (juce::Justification::centred);
     setText ("-", juce::dontSendNotification);
     setMouseCursor (juce::MouseCursor::PointingHandCursor);
+    setWantsKeyboardFocus (true);
+    setMouseClickGrabsKeyboardFocus (false);
+    setHasFocusOutline (true);
     startTimer (33);
 }
 
 void LevelMeterPeakValue::mouseDown (const juce::MouseEvent&)
 {
-    if (onClick != nullptr)
+    press();
+}
+
+bool LevelMeterPeakValue::keyPressed (const juce::KeyPress& key)
+{
+    return isPress (key) && press();
+}
+
+bool LevelMeterPeakValue::press()
+{
+    if (onClick)
         onClick();
+
+    return onClick != nullptr;
 }
 
 void LevelMeterPeakValue::timerCallback()
@@ -73,16 +89,9 @@ juce::String LevelMeterPeakValue::format (double level, int kind)
 /** A label's own handler would read the number for a title, and could not be pressed. */
 std::unique_ptr<juce::AccessibilityHandler> LevelMeterPeakValue::createAccessibilityHandler()
 {
-    juce::AccessibilityActions actions;
-    actions.addAction (juce::AccessibilityActionType::press,
-                       [this]
-                       {
-                           if (onClick)
-                               onClick();
-                       });
-
-    return std::make_unique<juce::AccessibilityHandler> (*this, juce::AccessibilityRole::button,
-                                                         std::move (actions));
+    return std::make_unique<juce::AccessibilityHandler> (
+        *this, juce::AccessibilityRole::button,
+        juce::AccessibilityActions().addAction (juce::AccessibilityActionType::press, [this] { press(); }));
 }
 
 } // namespace luna::temp

@@ -21,6 +21,7 @@ public:
     LevelMeterPeakValue (LevelMeter* meter, int kind);
 
     void mouseDown (const juce::MouseEvent&) override;
+    bool keyPressed (const juce::KeyPress&) override;
     std::unique_ptr<juce::AccessibilityHandler> createAccessibilityHandler() override;
     void timerCallback() override;
 
@@ -38,6 +39,9 @@ public:
 
 private:
     void updateColour();
+
+    /** False if that means nothing. */
+    bool press();
 
     /** Of the text. */
     bool wasLive = false;

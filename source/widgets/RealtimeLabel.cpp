@@ -3,6 +3,7 @@
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
 #include "widgets/Contrast.h"
+#include "widgets/PressKey.h"
 
 using namespace luna;
 
@@ -19,14 +20,29 @@ RealtimeLabel::RealtimeLabel (const float* valueSource, juce::String nameToShow,
 
     setTitle (name);
     setMouseCursor (juce::MouseCursor::PointingHandCursor);
+    setWantsKeyboardFocus (true);
+    setMouseClickGrabsKeyboardFocus (false);
+    setHasFocusOutline (true);
     readLookAndFeel();
     startTimer (33);
 }
 
 void RealtimeLabel::mouseDown (const juce::MouseEvent&)
 {
+    press();
+}
+
+bool RealtimeLabel::keyPressed (const juce::KeyPress& key)
+{
+    return luna::isPress (key) && press();
+}
+
+bool RealtimeLabel::press()
+{
     if (onClick)
         onClick();
+
+    return onClick != nullptr;
 }
 
 juce::String RealtimeLabel::getValueText() const
@@ -65,15 +81,9 @@ struct ReadoutText final : public juce::AccessibilityTextValueInterface
 
 std::unique_ptr<juce::AccessibilityHandler> RealtimeLabel::createAccessibilityHandler()
 {
-    const auto press = [this]
-    {
-        if (onClick)
-            onClick();
-    };
-
     return std::make_unique<juce::AccessibilityHandler> (
         *this, juce::AccessibilityRole::button,
-        juce::AccessibilityActions().addAction (juce::AccessibilityActionType::press, press),
+        juce::AccessibilityActions().addAction (juce::AccessibilityActionType::press, [this] { press(); }),
         juce::AccessibilityHandler::Interfaces { std::make_unique<ReadoutText> (*this) });
 }
 

@@ -16,6 +16,7 @@ public:
     RealtimeLabel (const float* source, juce::String name, std::function<juce::String (float)> valueToString);
 
     void mouseDown (const juce::MouseEvent&) override;
+    bool keyPressed (const juce::KeyPress&) override;
 
     void lookAndFeelChanged() override { readLookAndFeel(); }
 
@@ -34,7 +35,7 @@ public:
     /** The value as shown. */
     [[nodiscard]] juce::String getValueText() const;
 
-    /** Any mouse button. */
+    /** Any mouse button, the space bar and the return key. */
     std::function<void()> onClick;
     std::function<juce::String (float)> valueToString;
     const float* source;
@@ -48,6 +49,9 @@ public:
     juce::FlexBox rows;
 
 private:
+    /** False if that means nothing. */
+    bool press();
+
     void readLookAndFeel();
     void refresh();
     void drawFrame (juce::Graphics&) const;

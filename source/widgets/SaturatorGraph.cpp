@@ -2,8 +2,8 @@
 
 #include "common/ColourIds.h"
 #include "common/Decibels.h"
-
-#include <juce_audio_processors/juce_audio_processors.h>
+#include "widgets/ParameterMenu.h"
+#include "widgets/PressKey.h"
 
 #include <array>
 #include <cmath>
@@ -15,6 +15,9 @@ namespace luna
 SaturatorGraph::SaturatorGraph()
 {
     setTitle ("Clipper shape");
+    setWantsKeyboardFocus (true);
+    setMouseClickGrabsKeyboardFocus (false);
+    setHasFocusOutline (true);
     addAndMakeVisible (background);
     readColours();
     startTimer (33);
@@ -119,10 +122,19 @@ void SaturatorGraph::setViewMode (ViewMode newMode)
 void SaturatorGraph::mouseDown (const juce::MouseEvent& event)
 {
     if (menuEnabled && event.mods.isRightButtonDown())
-        showMenu();
+        showMenu (juce::Rectangle<int>().withPosition (event.getScreenPosition()));
 }
 
-void SaturatorGraph::showMenu()
+bool SaturatorGraph::keyPressed (const juce::KeyPress& key)
+{
+    if (! menuEnabled || ! isPress (key))
+        return false;
+
+    showMenu (getScreenBounds());
+    return true;
+}
+
+void SaturatorGraph::showMenu (juce::Rectangle<int> areaOnScreen)
 {
     constexpr auto decibelItem = 1;
     constexpr auto amplitudeItem = 2;
@@ -131,14 +143,7 @@ void SaturatorGraph::showMenu()
     menu.addItem (decibelItem, "Decibels", true, viewMode == ViewMode::decibels);
     menu.addItem (amplitudeItem, "Amplitude", true, viewMode == ViewMode::amplitude);
 
-    // Inside the editor, so that the menu has its scale; the window around it belongs to the host.
-    juce::Component* editor = findParentComponentOfClass<juce::AudioProcessorEditor>();
-    const auto options = juce::PopupMenu::Options()
-                             .withParentComponent (editor != nullptr ? editor : getTopLevelComponent())
-                             .withMousePosition()
-                             .withDeletionCheck (*this);
-
-    menu.showMenuAsync (options,
+    menu.showMenuAsync (ParameterMenu::getOptionsFor (*this).withTargetScreenArea (areaOnScreen),
                         [graph = SafePointer<SaturatorGraph> (this)] (int item)
                         {
                             if (graph == nullptr || item == 0)

@@ -60,6 +60,7 @@ public:
 
     void paintOverChildren (juce::Graphics&) override;
     void mouseDown (const juce::MouseEvent&) override;
+    bool keyPressed (const juce::KeyPress&) override;
     void timerCallback() override;
 
     /** The background's, unless this has its own. */
@@ -111,7 +112,7 @@ public:
     juce::Colour lineColour;
     juce::Colour disabledLineColour;
 
-    /** Whether a right click opens the menu. */
+    /** Whether a right click opens the menu, or the keyboard. */
     bool menuEnabled = false;
 
 private:
@@ -119,7 +120,7 @@ private:
     [[nodiscard]] float proportionOf (float value) const noexcept;
 
     void readColours();
-    void showMenu();
+    void showMenu (juce::Rectangle<int> areaOnScreen);
 
     void refresh();
     bool updateCurve();
