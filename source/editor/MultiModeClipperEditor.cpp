@@ -28,7 +28,10 @@ MultiModeClipperEditor::MultiModeClipperEditor (MultiModeClipper* clipperToEdit,
       currentSaturator (clipper->current),
       sectionId (std::move (id)),
       state (&stateToUse),
-      stateLock (stateLockToUse)
+      stateLock (stateLockToUse),
+      modeMenu (modeBox, state->getParameter (ParameterIds::modePrefix + sectionId)),
+      enableMenu (enableButton, state->getParameter (ParameterIds::enablePrefix + sectionId)),
+      linkMenu (linkButton, state->getParameter (ParameterIds::linkPrefix + sectionId))
 {
     setUpGraph();
     addChildren();
@@ -75,6 +78,9 @@ void MultiModeClipperEditor::addChildren()
     modeLabel.setFont (juce::FontOptions (luna::FontHeights::control));
 
     modeBox.setTitle ("Mode");
+
+    // Or the cursor keys would go on choosing after the mouse has.
+    modeBox.setMouseClickGrabsKeyboardFocus (false);
     enableButton.setTitle ("Enable");
     linkButton.setTitle ("Link");
 }
@@ -166,6 +172,15 @@ void MultiModeClipperEditor::saveViewMode (luna::SaturatorGraph::ViewMode mode)
 
     if (modes.isValid())
         modes.setProperty (getGraphModeOf (sectionId), static_cast<int> (mode), nullptr);
+}
+
+bool MultiModeClipperEditor::keyPressed (const juce::KeyPress& key)
+{
+    if (! modeBox.hasKeyboardFocus (true) || key != juce::KeyPress (juce::KeyPress::spaceKey))
+        return false;
+
+    modeBox.showPopup();
+    return true;
 }
 
 void MultiModeClipperEditor::modeChanged()

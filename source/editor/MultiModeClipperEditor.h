@@ -5,6 +5,7 @@
 #include "widgets/IconButton.h"
 #include "widgets/Panel.h"
 #include "widgets/ParameterLabelSlider.h"
+#include "widgets/ParameterMenu.h"
 #include "widgets/SaturatorGraph.h"
 
 #include <memory>
@@ -27,6 +28,9 @@ public:
 
     void lookAndFeelChanged() override;
     void layoutContent() override;
+
+    /** The space bar opens the mode's menu. */
+    bool keyPressed (const juce::KeyPress&) override;
 
     /** Takes the graph's view from the tree. */
     void loadViewMode();
@@ -75,6 +79,8 @@ private:
 
     /** They tell of every change of "enable" and "link" once the section has it. */
     std::vector<std::unique_ptr<juce::ParameterAttachment>> enablementWatches;
+
+    luna::ParameterMenu modeMenu, enableMenu, linkMenu;
 
     tessarin::PostedUpdate modeUpdate { [this] { modeChanged(); } };
 
