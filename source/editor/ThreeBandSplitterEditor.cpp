@@ -17,30 +17,9 @@ namespace
 constexpr auto handleWidth = 20;
 constexpr auto buttonSize = 20;
 
-void setInOneGesture (juce::RangedAudioParameter& parameter, float normalisedValue)
-{
-    parameter.beginChangeGesture();
-    parameter.setValueNotifyingHost (normalisedValue);
-    parameter.endChangeGesture();
-}
-
-void toggle (juce::RangedAudioParameter* parameter)
-{
-    if (parameter != nullptr)
-        setInOneGesture (*parameter, roundToSwitch (parameter->getValue()) ? 0.0f : 1.0f);
-}
-
 bool isOn (const juce::RangedAudioParameter* parameter)
 {
     return parameter != nullptr && roundToSwitch (parameter->getValue());
-}
-
-/** Another band's solo moves here in one step. */
-void toggleSolo (const ThreeBandSplitterEditor::Band& band)
-{
-    if (auto* parameter = band.soloParameter)
-        setInOneGesture (*parameter, parameter->convertTo0to1 (static_cast<float> (
-                                         band.getSoloBand() == band.index ? Solo::none : band.index)));
 }
 
 std::unique_ptr<juce::Drawable> makePowerIcon (juce::Colour colour)
@@ -81,6 +60,8 @@ ThreeBandSplitterEditor::ThreeBandSplitterEditor (const SpectrumData& spectrum,
     layers = spectrumLayer | frequencyLabelLayer;
     fillAlpha = 0.1f;
     setTitle ("Bands");
+    setWantsKeyboardFocus (true);
+    setMouseClickGrabsKeyboardFocus (false);
 
     for (size_t i = 0; i < numBands; ++i)
     {
@@ -89,6 +70,10 @@ ThreeBandSplitterEditor::ThreeBandSplitterEditor (const SpectrumData& spectrum,
         bands[i].soloParameter = state->getParameter (ParameterIds::soloBand);
         bands[i].enableParameter = state->getParameter (sectionTable[i].idOf (ParameterIds::enablePrefix));
     }
+
+    for (const size_t bar : { 0u, 1u })
+        if (auto* crossover = getParameter ({ Spot::bar, bar }))
+            steps[bar].emplace (*crossover);
 
     for (const auto& id : getShownParameters())
         state->addParameterListener (id, this);
@@ -138,7 +123,7 @@ void ThreeBandSplitterEditor::readBandColours()
 //======================================================================================================================
 // Places
 
-int ThreeBandSplitterEditor::getBarPosition (const juce::String& crossoverId) const
+double ThreeBandSplitterEditor::getExactBarPosition (const juce::String& crossoverId) const
 {
     const auto* frequency = state->getRawParameterValue (crossoverId);
 
@@ -146,7 +131,50 @@ int ThreeBandSplitterEditor::getBarPosition (const juce::String& crossoverId) co
         return plot.getX();
 
     const auto decadesUp = std::log10 (static_cast<double> (frequency->load()) / minFrequency);
-    return static_cast<int> (plot.getX() + plot.getWidth() / getDecades() * decadesUp);
+    return plot.getX() + plot.getWidth() / getDecades() * decadesUp;
+}
+
+int ThreeBandSplitterEditor::getBarPosition (const juce::String& crossoverId) const
+{
+    return static_cast<int> (getExactBarPosition (crossoverId));
+}
+
+juce::Rectangle<int> ThreeBandSplitterEditor::getBounds (const Spot& spot) const
+{
+    const auto& band = bands[spot.index];
+
+    return spot.kind == Spot::bar    ? (spot.index == 0 ? lowHandleBounds : highHandleBounds)
+           : spot.kind == Spot::mute ? band.muteBounds
+           : spot.kind == Spot::solo ? band.soloBounds
+                                     : band.enableBounds;
+}
+
+juce::Rectangle<int> ThreeBandSplitterEditor::getReadoutBounds (size_t bar) const
+{
+    constexpr auto width = 64, height = 20, gap = 6;
+    const auto x = bar == 0 ? lowCrossoverX : highCrossoverX;
+    const auto hasRoom = x + gap + width <= plot.getRight();
+    return { hasRoom ? x + gap : x - gap - width, plot.getBottom() - height - 2, width, height };
+}
+
+juce::RangedAudioParameter* ThreeBandSplitterEditor::getParameter (const Spot& spot) const
+{
+    const auto& band = bands[spot.index];
+
+    return spot.kind == Spot::bar ? state->getParameter (spot.index == 0 ? lowCrossoverId : highCrossoverId)
+           : spot.kind == Spot::mute ? band.muteParameter
+           : spot.kind == Spot::solo ? band.soloParameter
+                                     : band.enableParameter;
+}
+
+const ThreeBandSplitterEditor::Spot* ThreeBandSplitterEditor::getSpotAt (juce::Point<int> position) const
+{
+    for (const auto isBar : { true, false })
+        for (const auto& spot : spots)
+            if ((spot.kind == Spot::bar) == isBar && getBounds (spot).contains (position))
+                return &spot;
+
+    return nullptr;
 }
 
 void ThreeBandSplitterEditor::updateBandBounds()
@@ -182,6 +210,11 @@ void ThreeBandSplitterEditor::mouseMove (const juce::MouseEvent& event)
 {
     const auto position = event.getPosition();
 
+    // The wheel's own button moves nothing, and would lose the bar that it has moved.
+    if (position == wheelPosition)
+        return;
+
+    wheelPosition = nowhere;
     hoveredBand = nullptr;
     hoveredHandle = -1;
     hoverMute = hoverSolo = hoverEnable = false;
@@ -233,40 +266,41 @@ void ThreeBandSplitterEditor::mouseExit (const juce::MouseEvent&)
     setMouseCursor (juce::MouseCursor::NormalCursor);
 }
 
-juce::RangedAudioParameter* ThreeBandSplitterEditor::getHoveredCrossover() const
-{
-    return hoveredHandle == 0   ? state->getParameter (lowCrossoverId)
-           : hoveredHandle == 1 ? state->getParameter (highCrossoverId)
-                                : nullptr;
-}
-
 void ThreeBandSplitterEditor::mouseDown (const juce::MouseEvent& event)
 {
     if (! isEnabled())
         return;
 
     refreshBandBounds();
+    const auto* spot = getSpotAt (event.getPosition());
 
-    if (auto* crossover = getHoveredCrossover())
+    if (event.mods.isRightButtonDown())
     {
         endDrag();
-        draggedCrossover = crossover;
-        draggedCrossover->beginChangeGesture();
-        return;
-    }
 
-    if (hoveredBand != nullptr)
-        clickButtons (*hoveredBand, event.getPosition());
+        if (spot != nullptr)
+            showMenu (*spot, event.getScreenPosition());
+    }
+    else if (hoveredHandle >= 0)
+        beginDrag (event);
+    else if (spot != nullptr && spot->kind != Spot::bar && hoveredBand != nullptr)
+        press (*spot);
 }
 
-void ThreeBandSplitterEditor::clickButtons (Band& band, juce::Point<int> position)
+void ThreeBandSplitterEditor::beginDrag (const juce::MouseEvent& event)
 {
-    if (band.muteBounds.contains (position))
-        toggle (band.muteParameter);
-    else if (band.soloBounds.contains (position))
-        toggleSolo (band);
-    else if (band.enableBounds.contains (position))
-        toggle (band.enableParameter);
+    endDrag();
+    const auto isLow = hoveredHandle == 0;
+    draggedCrossover = getParameter ({ Spot::bar, isLow ? 0u : 1u });
+
+    if (draggedCrossover == nullptr)
+        return;
+
+    // A slow drag is about what the bar has, and not about where on it the mouse is.
+    const auto exactX = getExactBarPosition (isLow ? lowCrossoverId : highCrossoverId);
+    dragX = event.mods.isShiftDown() ? static_cast<float> (exactX) : event.position.x;
+    drag.begin (event);
+    draggedCrossover->beginChangeGesture();
 }
 
 void ThreeBandSplitterEditor::mouseDrag (const juce::MouseEvent& event)
@@ -274,16 +308,22 @@ void ThreeBandSplitterEditor::mouseDrag (const juce::MouseEvent& event)
     if (! isEnabled() || draggedCrossover == nullptr || plot.isEmpty())
         return;
 
-    const auto decadesUp = (event.x - plot.getX()) / (plot.getWidth() / getDecades());
+    constexpr auto fineSpeed = 0.1f;
+    dragX += drag.move (event).x * (event.mods.isShiftDown() ? fineSpeed : 1.0f);
+
+    const auto decadesUp = (static_cast<double> (dragX) - plot.getX()) / (plot.getWidth() / getDecades());
     const auto frequency = static_cast<float> (minFrequency * std::pow (10.0, decadesUp));
 
     // The parameter's range limits the frequency; a bar may pass the other one.
     draggedCrossover->setValueNotifyingHost (draggedCrossover->convertTo0to1 (frequency));
 }
 
-void ThreeBandSplitterEditor::mouseUp (const juce::MouseEvent&)
+void ThreeBandSplitterEditor::mouseUp (const juce::MouseEvent& event)
 {
     endDrag();
+
+    if (drag.isOn())
+        drag.end (event.source, drag.getStart());
 }
 
 /** Also where the mouse cannot: a host waits for the end of each gesture that it was told of. */
@@ -291,6 +331,26 @@ void ThreeBandSplitterEditor::endDrag()
 {
     if (auto* dragged = std::exchange (draggedCrossover, nullptr))
         dragged->endChangeGesture();
+}
+
+void ThreeBandSplitterEditor::mouseDoubleClick (const juce::MouseEvent& event)
+{
+    if (isEnabled() && hoveredHandle >= 0 && event.mods.isLeftButtonDown())
+        if (auto& hovered = steps[static_cast<size_t> (hoveredHandle)])
+            hovered->reset();
+}
+
+/** The bar under the mouse keeps the wheel when it moves away from there, until the mouse moves. */
+void ThreeBandSplitterEditor::mouseWheelMove (const juce::MouseEvent& event,
+                                              const juce::MouseWheelDetails& wheel)
+{
+    if (! isEnabled() || hoveredHandle < 0)
+        SpectrumAnalyser::mouseWheelMove (event, wheel);
+    else if (auto& hovered = steps[static_cast<size_t> (hoveredHandle)])
+    {
+        wheelPosition = event.getPosition();
+        hovered->wheelMoved (event, wheel);
+    }
 }
 
 void ThreeBandSplitterEditor::enablementChanged()

@@ -1,16 +1,21 @@
 #pragma once
 
+#include "widgets/EndlessDrag.h"
+#include "widgets/ParameterSteps.h"
 #include "widgets/PixelPicture.h"
 #include "widgets/SpectrumAnalyser.h"
+#include "widgets/ValueField.h"
 
 #include <juce_audio_processors/juce_audio_processors.h>
 
 #include <array>
 #include <atomic>
+#include <memory>
+#include <optional>
 
 /** The spectrum of the multi-band layout with the bands over it: two bars that move the crossovers, and three
     round buttons a band to mute, solo and enable it. There are no child components: all of it is painted with
-    the spectrum, and tested for hits by hand.
+    the spectrum, tested for hits by hand, and reached by the tab key as if each were one.
 
     Message thread, but for `parameterChanged`, which any thread may call.
 */
@@ -58,6 +63,11 @@ public:
     void mouseDown (const juce::MouseEvent&) override;
     void mouseDrag (const juce::MouseEvent&) override;
     void mouseUp (const juce::MouseEvent&) override;
+    void mouseDoubleClick (const juce::MouseEvent&) override;
+    void mouseWheelMove (const juce::MouseEvent&, const juce::MouseWheelDetails&) override;
+    bool keyPressed (const juce::KeyPress&) override;
+    void focusGained (FocusChangeType) override;
+    void focusLost (FocusChangeType) override;
     void enablementChanged() override;
     void visibilityChanged() override;
     void timerCallback() override;
@@ -96,6 +106,37 @@ public:
     bool hoverSolo = false;
     bool hoverEnable = false;
 
+    /** What the mouse and the keyboard find in here. */
+    struct Spot
+    {
+        enum Kind
+        {
+            mute,
+            solo,
+            enable,
+            bar
+        };
+
+        Kind kind;
+
+        /** Of the band, or of the bar: 0 or 1. */
+        size_t index;
+    };
+
+    /** From the left to the right, which is the tab key's order. */
+    static constexpr std::array spots {
+        Spot { Spot::mute, 0 }, Spot { Spot::solo, 0 }, Spot { Spot::enable, 0 }, Spot { Spot::bar, 0 },
+        Spot { Spot::mute, 1 }, Spot { Spot::solo, 1 }, Spot { Spot::enable, 1 }, Spot { Spot::bar, 1 },
+        Spot { Spot::mute, 2 }, Spot { Spot::solo, 2 }, Spot { Spot::enable, 2 }
+    };
+
+    [[nodiscard]] juce::Rectangle<int> getBounds (const Spot&) const;
+
+    /** Beside the bar, where its frequency is shown and typed. */
+    [[nodiscard]] juce::Rectangle<int> getReadoutBounds (size_t bar) const;
+
+    using SpectrumAnalyser::getBounds;
+
 private:
     struct ButtonLook
     {
@@ -108,7 +149,7 @@ private:
     };
 
     /** All that is painted over the spectrum, as numbers. */
-    using Overlay = std::array<int, 13>;
+    using Overlay = std::array<int, 16>;
 
     [[nodiscard]] Overlay getOverlay() const;
 
@@ -122,8 +163,24 @@ private:
     [[nodiscard]] juce::StringArray getShownParameters() const;
 
     [[nodiscard]] int getBarPosition (const juce::String& crossoverId) const;
-    [[nodiscard]] juce::RangedAudioParameter* getHoveredCrossover() const;
-    void clickButtons (Band&, juce::Point<int> position);
+    [[nodiscard]] double getExactBarPosition (const juce::String& crossoverId) const;
+    [[nodiscard]] juce::RangedAudioParameter* getParameter (const Spot&) const;
+    [[nodiscard]] juce::String getSpotTitle (const Spot&) const;
+
+    /** Null where there is none. A bar lies over the buttons. */
+    [[nodiscard]] const Spot* getSpotAt (juce::Point<int> position) const;
+
+    /** Null without the keyboard. */
+    [[nodiscard]] const Spot* getFocusedSpot() const;
+
+    /** Whether the bar's frequency is shown: under the mouse, in a drag, or with the keyboard's focus. */
+    [[nodiscard]] bool showsFrequency (size_t bar) const;
+
+    void press (const Spot&);
+    void focusSpot (int place);
+    void typeFrequency (size_t bar, const juce::String& typed);
+    void showMenu (const Spot&, juce::Point<int> placeOnScreen);
+    void beginDrag (const juce::MouseEvent&);
     void endDrag();
 
     [[nodiscard]] juce::String getButtonTooltip (const Band&) const;
@@ -132,6 +189,8 @@ private:
     void paintBand (juce::Graphics&, const Band&) const;
     void paintButton (juce::Graphics&, const ButtonLook&) const;
     void paintHandle (juce::Graphics&, juce::Rectangle<int> bounds, bool isHovered) const;
+    void paintFrequency (juce::Graphics&, size_t bar) const;
+    void paintFocus (juce::Graphics&) const;
 
     std::unique_ptr<juce::Drawable> enableIconOn;
     std::unique_ptr<juce::Drawable> enableIconOff;
@@ -139,6 +198,21 @@ private:
 
     /** Whose gesture is open. */
     juce::RangedAudioParameter* draggedCrossover = nullptr;
+
+    /** Where the pointer would be if it had never been slowed down or set back. */
+    float dragX = 0.0f;
+    luna::EndlessDrag drag { *this, luna::EndlessDrag::Direction::horizontal };
+
+    /** Where the mouse stood when the wheel turned a bar, until it moves. */
+    static constexpr juce::Point<int> nowhere { -1, -1 };
+    juce::Point<int> wheelPosition = nowhere;
+
+    /** Of the two crossovers. */
+    std::array<std::optional<luna::ParameterSteps>, 2> steps;
+    std::array<std::unique_ptr<luna::ValueField>, 2> fields;
+
+    /** The place among the spots that has the keyboard, or had it last. */
+    int focusedPlace = 0;
 
     std::atomic<bool> boundsAreStale { false };
 

@@ -1,5 +1,6 @@
 // What the band editor paints over the spectrum, and when it has to.
 
+#include "common/ColourIds.h"
 #include "common/FontHeights.h"
 #include "common/Sections.h"
 #include "ThreeBandSplitterEditor.h"
@@ -10,6 +11,16 @@ ThreeBandSplitterEditor::Overlay ThreeBandSplitterEditor::getOverlay() const
 {
     const auto stateOf = [] (const Band& band) { return 2 * band.isMuted() + band.isEnabled(); };
     const auto hoveredIndex = hoveredBand != nullptr ? hoveredBand->index : -1;
+    const auto focusedIndex = getFocusedSpot() != nullptr ? focusedPlace : -1;
+
+    // In the tenths of a hertz that are shown.
+    const auto shownFrequency = [this] (size_t bar)
+    {
+        const auto* frequency =
+            showsFrequency (bar) ? state->getRawParameterValue (bar == 0 ? lowCrossoverId : highCrossoverId)
+                                 : nullptr;
+        return frequency != nullptr ? juce::roundToInt (10.0f * frequency->load()) : -1;
+    };
 
     return { lowCrossoverX,
              highCrossoverX,
@@ -22,6 +33,9 @@ ThreeBandSplitterEditor::Overlay ThreeBandSplitterEditor::getOverlay() const
              hoverMute,
              hoverSolo,
              hoverEnable,
+             focusedIndex,
+             shownFrequency (0),
+             shownFrequency (1),
              isEnabled(),
              static_cast<int> (gridColour.getARGB()) };
 }
@@ -65,6 +79,12 @@ void ThreeBandSplitterEditor::paintBands (juce::Graphics& g) const
 
     paintHandle (g, lowHandleBounds, hoveredHandle == 0);
     paintHandle (g, highHandleBounds, hoveredHandle == 1);
+
+    for (const size_t bar : { 0u, 1u })
+        if (showsFrequency (bar))
+            paintFrequency (g, bar);
+
+    paintFocus (g);
 }
 
 void ThreeBandSplitterEditor::paintBand (juce::Graphics& g, const Band& band) const
@@ -132,4 +152,34 @@ void ThreeBandSplitterEditor::paintHandle (juce::Graphics& g, juce::Rectangle<in
     g.fillRect (centre - 1, plot.getY(), 2, plot.getHeight());
     g.fillRoundedRectangle (
         juce::Rectangle<int> (centre - dotSize / 2, middle - dotSize / 2, dotSize, dotSize).toFloat(), 8.0f);
+}
+
+void ThreeBandSplitterEditor::paintFrequency (juce::Graphics& g, size_t bar) const
+{
+    const auto area = getReadoutBounds (bar);
+
+    g.setColour (buttonBackgroundColour.withAlpha (0.8f));
+    g.fillRoundedRectangle (area.toFloat(), 3.0f);
+    g.setColour (labelColour);
+    g.setFont (juce::FontOptions (luna::FontHeights::control));
+    g.drawText (steps[bar] ? steps[bar]->getText() : juce::String(), area, juce::Justification::centred,
+                false);
+}
+
+void ThreeBandSplitterEditor::paintFocus (juce::Graphics& g) const
+{
+    constexpr auto ring = 2.0f, barWidth = 14.0f;
+    const auto* spot = getFocusedSpot();
+
+    if (spot == nullptr || ! isEnabled())
+        return;
+
+    const auto bounds = getBounds (*spot).toFloat();
+    g.setColour (findColour (luna::ColourIds::highlightedTextColourId));
+
+    if (spot->kind == Spot::bar)
+        g.drawRoundedRectangle (bounds.withSizeKeepingCentre (barWidth, bounds.getHeight() - ring), 3.0f,
+                                ring);
+    else
+        g.drawEllipse (bounds.expanded (ring), ring);
 }
