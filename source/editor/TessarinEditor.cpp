@@ -1,6 +1,7 @@
 #include "TessarinEditor.h"
 
 #include "common/ColourIds.h"
+#include "common/HostKeys.h"
 #include "common/WindowSystemNews.h"
 #include "editor/PaintOrigin.h"
 #include "settings/Settings.h"
@@ -150,6 +151,17 @@ void TessarinEditor::setPresetBrowserVisible (bool shouldBeVisible)
 
     if (shouldBeVisible)
         overlayFocus.takeFocus();
+}
+
+bool TessarinEditor::keyPressed (const juce::KeyPress& key)
+{
+    // JUCE moves the focus by the tab key after this.
+    const auto pass = passKeyToHost.load();
+
+    if (pass != nullptr && ! key.isKeyCode (juce::KeyPress::tabKey))
+        pass();
+
+    return false;
 }
 
 /** Also where it was the frame's own. */

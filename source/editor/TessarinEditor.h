@@ -36,6 +36,9 @@ public:
     void paint (juce::Graphics&) override;
     void resized() override;
 
+    /** What nothing in here has used is the host's. */
+    bool keyPressed (const juce::KeyPress&) override;
+
     /** A factor that is not above 0 keeps the host's last one. */
     void setScaleFactor (float newScale) override;
 

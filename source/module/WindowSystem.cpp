@@ -1,5 +1,6 @@
 #include "WindowSystem.h"
 
+#include "common/HostKeys.h"
 #include "common/WindowSystemNews.h"
 #include "module/KeyText.h"
 
@@ -7,9 +8,12 @@
 #define JUCE_GUI_BASICS_INCLUDE_XHEADERS 1
 #include <juce_gui_basics/juce_gui_basics.h>
 
-#include <X11/Xlibint.h>
-
+#include <bitset>
 #include <cstring>
+#include <utility>
+
+// It defines more of them.
+#include <X11/Xlibint.h>
 
 // JUCE asks the X server about windows of other programs, such as the one that has the focus, and any of them may be gone
 // before the question arrives. The X library hands such an error to the one error handler of the process. A program
@@ -18,6 +22,9 @@
 // JUCE looks up the functions of the X library by name. Some it gets from here instead (the module is linked with
 // "--wrap=dlsym"), so that errors of JUCE's connection stay with that connection and fewer come about. The handler of
 // the process, other connections and other plug-ins are not concerned. A connection that breaks stays the host's affair.
+//
+// The server gives a key to the window with the focus, which is ours after a click into it, and to no other. JUCE has no use
+// for one that no component wants, so it is sent on to the window around ours from here, with its release.
 
 namespace
 {
@@ -27,6 +34,13 @@ juce::X11Symbols::XGetInputFocus getInputFocus = nullptr;
 juce::X11Symbols::XGetWindowProperty getWindowProperty = nullptr;
 juce::X11Symbols::XLookupString lookupString = nullptr;
 juce::X11Symbols::XNextEvent nextEvent = nullptr;
+
+/** An event's type, whose name in the X library is a class of JUCE's. */
+constexpr auto keyPress = 2;
+
+/** The last key that came from the keyboard, and those whose release belongs to the host. Message thread. */
+XKeyEvent heardKey {};
+std::bitset<256> passedKeys;
 
 /** What JUCE sets to hear of errors itself, while it tries shared memory. */
 std::atomic<XErrorHandler> trap { nullptr };
@@ -161,6 +175,57 @@ int lookupText (XKeyEvent* event, const char* text, int size, KeySym* symbol, XC
     return static_cast<int> (ours.size());
 }
 
+/** To the window that the host has given to ours, or one around that which hears keys. */
+void sendToHost (XKeyEvent key)
+{
+    const auto* x = juce::X11Symbols::getInstance();
+    Window root = None, parent = None, *children = nullptr;
+    unsigned int numChildren = 0;
+
+    if (x->xQueryTree (key.display, key.window, &root, &parent, &children, &numChildren) == 0)
+        return;
+
+    if (children != nullptr)
+        x->xFree (children);
+
+    if (parent == None || parent == root)
+        return;
+
+    key.window = parent;
+    XEvent event {};
+    event.xkey = key;
+    x->xSendEvent (key.display, parent, True, key.type == keyPress ? KeyPressMask : KeyReleaseMask, &event);
+}
+
+void passHeardKey()
+{
+    if (heardKey.type != keyPress)
+        return;
+
+    passedKeys.set (heardKey.keycode & 0xff);
+    sendToHost (std::exchange (heardKey, {}));
+}
+
+/** A key that was sent by a program is not sent on: a host that gives its keys to the window with the focus would get it
+    back for ever. */
+int hearNextEvent (Display* connection, XEvent* event)
+{
+    const auto result = noteVisibility (connection, event);
+    const auto isRelease = event->type == KeyRelease;
+
+    if ((event->type != keyPress && ! isRelease) || event->xkey.send_event)
+        heardKey = {};
+    else if (! isRelease)
+        heardKey = event->xkey;
+    else if (const auto code = event->xkey.keycode & 0xff; passedKeys.test (code))
+    {
+        passedKeys.reset (code);
+        sendToHost (event->xkey);
+    }
+
+    return result;
+}
+
 /** Keeps the function that was found, and gives ours in its place. */
 template <typename Function>
 void* replace (Function& original, void* found, Function ours)
@@ -190,7 +255,10 @@ void* tessarin::inPlaceOf (const char* name, void* found)
         return replace (lookupString, found, &lookupText);
 
     if (isCalled ("XNextEvent"))
-        return replace (nextEvent, found, &noteVisibility);
+    {
+        passKeyToHost = &passHeardKey;
+        return replace (nextEvent, found, &hearNextEvent);
+    }
 
     return found;
 }

@@ -163,6 +163,17 @@ BareHost::~BareHost()
     component->release();
 }
 
+std::u16string BareHost::getTitleOf (Vst::ParamID parameter) const
+{
+    Vst::ParameterInfo info {};
+
+    for (int32 i = 0; i < controller->getParameterCount(); ++i)
+        if (controller->getParameterInfo (i, info) == kResultOk && info.id == parameter)
+            return info.title;
+
+    return {};
+}
+
 void BareHost::openWindow()
 {
     view = controller->createView (Vst::ViewType::kEditor);

@@ -88,6 +88,15 @@ public:
     BareHost (const LoadedModule&, Display*, EventLoop*);
     ~BareHost();
 
+    /** What the plug-in may call; before its window is opened. */
+    void setHandler (Steinberg::Vst::IComponentHandler& handler)
+    {
+        controller->setComponentHandler (&handler);
+    }
+
+    /** Empty if there is none. */
+    [[nodiscard]] std::u16string getTitleOf (Steinberg::Vst::ParamID) const;
+
     /** In a new window of the host's, mapped. */
     void openWindow();
 
