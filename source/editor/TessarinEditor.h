@@ -1,6 +1,7 @@
 #pragma once
 
 #include "browser/PresetBrowser.h"
+#include "common/ParameterIds.h"
 #include "core/TessarinProcessor.h"
 #include "dialogs/LicenceDialog.h"
 #include "dialogs/LicenceOverlay.h"
@@ -15,6 +16,7 @@
 #include "editor/WindowVisibility.h"
 #include "look/TessarinLookAndFeel.h"
 #include "widgets/FrameClock.h"
+#include "widgets/ParameterMenu.h"
 #include "widgets/TooltipPanel.h"
 
 namespace tessarin
@@ -127,6 +129,8 @@ private:
     };
 
     StateListener stateListener { *this };
+
+    luna::ParameterMenu bypassMenu { topBar.bypassButton, parameters.getParameter (ParameterIds::enable) };
 
     WindowEventPump windowEventPump { *this };
     WindowVisibility visibility { *this };
