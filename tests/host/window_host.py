@@ -9,11 +9,12 @@ PATIENCE = 60.0  # seconds until something that should happen is given up, for s
 
 
 class Host:
-    """One running program. Positions are pixels of the plug-in's view, which fills the window."""
+    """One running program. Positions are pixels of the plug-in's view, which fills the window, before it is scaled."""
 
-    def __init__(self, program, *options):
+    def __init__(self, program, *options, scale=1.0):
+        self.scale = scale
         self.process = subprocess.Popen(
-            [program, "open", "--script", *options],
+            [program, "open", "--script", "--scale", str(scale), *options],
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
         self.lines = queue.Queue()
         self.events = []  # what the module told its host since `forget`
@@ -69,7 +70,7 @@ class Host:
 
     def look(self, x, y, width, height):
         """Equal for equal pixels in the area, and for no others."""
-        return self.ask(f"look {x} {y} {width} {height}")
+        return self.ask("look " + " ".join(str(round(edge * self.scale)) for edge in (x, y, width, height)))
 
     def comes(self, condition, seconds=PATIENCE):
         """Whether the condition holds within that time, or sooner."""
@@ -112,7 +113,7 @@ class Host:
         words = []
         for action in actions:
             if isinstance(action, tuple):
-                words += ["mousemove", "--window", self.window, *map(str, action)]
+                words += ["mousemove", "--window", self.window, *(str(round(place * self.scale)) for place in action)]
             else:
                 words += action.split(" ")
         subprocess.run(["xdotool", *words], check=True)
@@ -121,10 +122,15 @@ class Host:
         self.pointer(position, f"click {button}")
 
     def type(self, text):
-        subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+        subprocess.run(["xdotool", "type", "--delay", "5", "--", text], check=True)
 
-    def key(self, name):
-        subprocess.run(["xdotool", "key", name], check=True)
+    def key(self, *names):
+        subprocess.run(["xdotool", "key", "--delay", "2", *names], check=True)
+
+    def pointer_place(self):
+        """On the screen."""
+        shown = subprocess.run(["xdotool", "getmouselocation"], check=True, capture_output=True, text=True).stdout
+        return tuple(int(part.split(":")[1]) for part in shown.split()[:2])
 
     def quit(self):
         self.ask("quit")

@@ -78,6 +78,7 @@ def text_of(knob):
 
 class WindowTest(unittest.TestCase):
     layout = "Multi Band"
+    scale = 1.0
     is_silent = True  # so that only the waveform's place moves
 
     def setUp(self):
@@ -101,7 +102,7 @@ class WindowTest(unittest.TestCase):
 
     def open_host(self, *options):
         """With its window on top and at rest."""
-        host = Host(sys.argv[1], *self.options, *options)
+        host = Host(sys.argv[1], *self.options, *options, scale=self.scale)
         self.addCleanup(host.process.kill)
         host.pointer(AWAY)
         host.await_still((0, PANEL_TOP, WIDTH if self.is_silent else 760, 60))
@@ -157,6 +158,7 @@ class BandEditorTest(WindowTest):
             self.assertAlmostEqual(
                 float(self.host.text(parameter).removesuffix("Hz")), frequency_at(new), delta=0.06)
             self.assertAlmostEqual(told, (frequency_at(new) - lowest) / (highest - lowest), places=4)
+            self.host.pointer(BESIDE_PLOT)  # or the frequency is shown where the bar was
             self.host.await_that(lambda: bar(new) != plain, "the bar is where the pointer left it")
             self.host.await_that(lambda: bar(old) == self.host.look(old - 3, PLOT_Y + 2, 2, PLOT_HEIGHT - 4),
                                  "no bar is where it was")
