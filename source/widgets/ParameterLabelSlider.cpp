@@ -159,8 +159,7 @@ void ParameterLabelSlider::typeValue (const juce::String& typed)
     constexpr auto width = 64, height = 18;
     const auto shown = slider.getLookAndFeel().getSliderLayout (slider).textBoxBounds;
     const auto area = shown.isEmpty() ? slider.getLocalBounds() : shown.withHeight (height);
-    field->open (area.withSizeKeepingCentre (width, height),
-                 slider.steps->getText(), typed);
+    field->open (area.withSizeKeepingCentre (width, height), slider.steps->getText(), typed);
 }
 
 } // namespace tessarin
