@@ -17,23 +17,6 @@ MODE = (331, 628)
 BESIDE = (60, 700)  # beside every dialog
 
 
-class ScaledHost(Host):
-    """Takes places at scale 1."""
-
-    def __init__(self, scale, *arguments):
-        self.scale = scale
-        super().__init__(*arguments, "--scale", str(scale))
-
-    def at_scale(self, numbers):
-        return tuple(round(number * self.scale) for number in numbers)
-
-    def look(self, *area):
-        return super().look(*self.at_scale(area))
-
-    def pointer(self, *actions):
-        super().pointer(*(self.at_scale(action) if isinstance(action, tuple) else action for action in actions))
-
-
 class OverlayTest(window_test.WindowTest):
     layout = "Single Band"
     scale = 1
@@ -42,7 +25,7 @@ class OverlayTest(window_test.WindowTest):
     loaded_values = window_test.PresetsTest.loaded_values
 
     def open_host(self, *options):
-        host = ScaledHost(self.scale, sys.argv[1], *self.options, *options)
+        host = Host(sys.argv[1], *self.options, *options, scale=self.scale)
         self.addCleanup(host.process.kill)
         host.pointer(window_test.AWAY)
         host.await_still(self.whole)
