@@ -8,7 +8,7 @@ SaturatorGraph::GraphBackground::GraphBackground (SaturatorGraph& owner) : graph
     setInterceptsMouseClicks (false, false);
     setAccessible (false);
     setOpaque (true);
-    bufferToPixels (*this, PixelPicture::Parts::any, [this] { graph.releasePictures(); });
+    bufferToPixels (*this, PixelPicture::Parts::any, [&owner] { owner.releasePictures(); });
 }
 
 void SaturatorGraph::GraphBackground::enablementChanged()
