@@ -46,11 +46,16 @@ OutputPanel::OutputPanel (OrvoAudioProcessor& owner)
     addAndMakeVisible (meters);
     meters.onMaxClick = [this] { resetMeters(); };
 
+    auto place = 0;
+
     for (auto* readout : getReadouts())
     {
         addAndMakeVisible (*readout);
+        readout->setExplicitFocusOrder (++place);
         readout->onClick = [this] { resetMeters(); };
     }
+
+    meters.setExplicitFocusOrder (++place);
 
     // Full scale, which what comes in may exceed.
     for (auto* peak : { &peakInLabel, &peakOutLabel })

@@ -73,6 +73,10 @@ KEYS = (
 
 
 class ControlsTest(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.host.click(AWAY)  # for the keyboard
+
     def plain(self, parameter, normalised):
         """The value in the parameter's own units."""
         ranges = {"threshold": (-18, 0), "shape": (0, 1), "gain": (-18, 18), "crossover_low": (60, 1000),
@@ -130,6 +134,15 @@ class ControlsTest(WindowTest):
                     else:
                         self.host.key(keys)
                     self.assert_gestures(parameter, [expected], keys)
+
+    def test_the_view_of_a_curve_is_chosen_by_keys(self):
+        self.host.key(*["Tab"] * (TO_BANDS + TO_LOW_BAR + TO_HIGH_BAR + 3 + 10 + 3))
+        for keys, mode in ((("space", "Down", "Down", "Return"), 1), (("Return", "Down", "Return"), 0)):
+            for key in keys:
+                self.host.key(key)
+                self.host.await_still((0, 308, 760, 200))
+            self.host.ask(f"save {self.folder}/state")
+            self.assertIn(f'clipper_low_band="{mode}"'.encode(), (self.folder / "state").read_bytes())
 
     def test_a_drag_goes_on_past_the_edge_of_the_screen(self):
         for parameter, highest, start, way, pixels in (

@@ -1,0 +1,91 @@
+#include "editor/OpenEditor.h"
+
+#include <gtest/gtest.h>
+
+using juce::KeyPress;
+
+namespace
+{
+/** What the tab key finds in "Multi Band", in its order. */
+juce::StringArray getStops()
+{
+    juce::StringArray stops { "Open the preset browser",
+                              "Preset",
+                              "Next preset",
+                              "Save the current state as a preset",
+                              "Open the user manual",
+                              "Open the plugin settings",
+                              "Bypass the processing" };
+
+    for (const auto* band : { "Low", "Mid", "High" })
+    {
+        for (const auto* button : { "Mute", "Solo", "Enable" })
+            stops.add (juce::String (band) + " Band " + button);
+
+        stops.addArray (juce::String (band) == "Low"   ? juce::StringArray ("Low/Mid Crossover")
+                        : juce::String (band) == "Mid" ? juce::StringArray ("Mid/High Crossover")
+                                                       : juce::StringArray());
+    }
+
+    stops.addArray ({ "Single Band", "Multi Band", "Mid / Side", "Left / Right", "Off", "2x", "4x", "8x",
+                      "16x", "In Gain" });
+
+    for (auto panel = 0; panel < 4; ++panel)
+        stops.addArray ({ "Link", "Enable", "Clipper shape", "Mode", "Threshold", "Shape", "Makeup" });
+
+    stops.addArray ({ "Short Term In", "Short Term Out", "Loudness difference", "Peak In", "Peak Out",
+                      "Peak difference" });
+    return stops;
+}
+} // namespace
+
+TEST (Keyboard, ReachesEveryControlDrawsARingThereAndPressesIt)
+{
+    OpenEditor open;
+    open.set ("layout", 1);
+    auto& p = open.plugin.processor;
+    auto numReadouts = 0;
+    open.editor->grabKeyboardFocus();
+    juce::StringArray titles;
+
+    for (auto before = open.pictureOf (*open.editor); titles.size() < 70;)
+    {
+        open.window->typeKey (KeyPress (KeyPress::tabKey));
+        dispatchMessages();
+        auto* focused = juce::Component::getCurrentlyFocusedComponent();
+        const auto* button = dynamic_cast<juce::Button*> (focused);
+        const auto title =
+            button != nullptr && focused->getTitle().isEmpty() ? button->getName() : focused->getTitle();
+
+        if (titles.size() > 0 && title == titles[0])
+            break;
+
+        titles.add (title);
+        const auto area = open.editor->getLocalArea (focused, focused->getLocalBounds());
+        const auto after = open.pictureOf (*open.editor);
+        EXPECT_FALSE (pixels::difference (before, after, area).isEmpty()) << title;
+        before = after;
+
+        if (open.editor->outputPanel.isParentOf (focused))
+        {
+            ++numReadouts;
+            p.inputMaxPeakDb = -3.0f;
+            open.window->typeKey (KeyPress (numReadouts % 2 == 0 ? KeyPress::spaceKey : KeyPress::returnKey));
+            EXPECT_EQ (p.inputMaxPeakDb, -100.0f) << title;
+        }
+        else if (auto* graph = dynamic_cast<luna::SaturatorGraph*> (focused))
+        {
+            for (const auto key :
+                 { KeyPress::spaceKey, KeyPress::downKey, KeyPress::downKey, KeyPress::returnKey })
+                open.window->typeKey (KeyPress (key));
+
+            dispatchMessages();
+            EXPECT_EQ (graph->viewMode, luna::SaturatorGraph::ViewMode::amplitude);
+            before = open.pictureOf (*open.editor);
+        }
+    }
+
+    EXPECT_EQ (numReadouts, 6 + 8);
+    titles.removeRange (titles.size() - 8, 8);
+    EXPECT_EQ (titles.joinIntoString ("|"), getStops().joinIntoString ("|"));
+}
