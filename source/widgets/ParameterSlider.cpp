@@ -28,7 +28,7 @@ bool ParameterSlider::keyPressed (const juce::KeyPress& key)
 
 void ParameterSlider::mouseDown (const juce::MouseEvent& event)
 {
-    if (! event.mods.isLeftButtonDown() || event.mods.isRightButtonDown())
+    if (! isEnabled() || ! event.mods.isLeftButtonDown() || event.mods.isRightButtonDown())
         return;
 
     pressedValue = getValue();
