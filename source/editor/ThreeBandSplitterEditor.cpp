@@ -263,6 +263,7 @@ void ThreeBandSplitterEditor::mouseExit (const juce::MouseEvent&)
         return;
 
     hoveredHandle = -1;
+    wheelPosition = nowhere;
     setMouseCursor (juce::MouseCursor::NormalCursor);
 }
 
