@@ -6,11 +6,11 @@ using juce::KeyPress;
 
 namespace
 {
-/** What the tab key finds in "Multi Band", in its order. */
+/** What the tab key finds in "Multi Band", in its order. The initial preset has another layout. */
 juce::StringArray getStops()
 {
     juce::StringArray stops { "Open the preset browser",
-                              "Preset",
+                              "Preset, changed",
                               "Next preset",
                               "Save the current state as a preset",
                               "Open the user manual",
