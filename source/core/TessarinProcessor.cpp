@@ -37,6 +37,9 @@ TessarinProcessor::TessarinProcessor (const BusesProperties& buses)
       parameters (*this, nullptr),
       presetManager (*this, parameters, &toastManager, &onStateRestored),
       logger (TessarinLogger::getDefaultFile()),
+      editHistory (*this, presetManager,
+                   { .capture = [this] { return captureState(); },
+                     .restore = [this] (const juce::ValueTree& state) { restoreState (state); } }),
       liveTreeMarker (*this)
 {
 }
@@ -84,8 +87,11 @@ void TessarinProcessor::setCurrentProgram (int index)
     // A restore that comes in between would be overwritten.
     const juce::ScopedLock scope (stateLock);
 
-    if (getMillisecondCounter() - lastStateRestoreTime >= quietTimeMs && ! presetManager.isStandIn (index))
-        presetManager.loadPreset (index);
+    if (getMillisecondCounter() - lastStateRestoreTime < quietTimeMs || presetManager.isStandIn (index))
+        return;
+
+    if (presetManager.loadPreset (index))
+        editHistory.forget();
 }
 
 const juce::String TessarinProcessor::getProgramName (int index)
@@ -129,8 +135,7 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
 
     beforeStateCapture (false, false);
 
-    auto state = parameters.copyState();
-    markCaptured (state);
+    const auto state = captureState();
     copyXmlToBinary (*state.createXml(), destData);
 
     if (! isReadableStateBlock (destData.getData(), static_cast<int> (destData.getSize())))
@@ -142,6 +147,16 @@ void TessarinProcessor::getStateInformation (juce::MemoryBlock& destData)
         liveTreeMarker.triggerAsyncUpdate();
 
     afterStateCapture (false, false);
+}
+
+/** With preset and version, which the live tree has only after a capture for the host. Any thread. */
+juce::ValueTree TessarinProcessor::captureState()
+{
+    const juce::ScopedLock scope (stateLock);
+
+    auto state = parameters.copyState();
+    markCaptured (state);
+    return state;
 }
 
 void TessarinProcessor::markCaptured (juce::ValueTree& state)
@@ -176,8 +191,17 @@ void TessarinProcessor::setStateInformation (const void* data, int sizeInBytes)
 
     lastRestoredState.replaceAll (data, static_cast<size_t> (sizeInBytes));
 
-    if (! licenceManager.isRestoreRefused())
-        applyRestoredState (tree);
+    if (licenceManager.isRestoreRefused())
+        return;
+
+    editHistory.forget();
+    applyRestoredState (tree);
+}
+
+void TessarinProcessor::restoreState (const juce::ValueTree& state)
+{
+    const juce::ScopedLock scope (stateLock);
+    applyRestoredState (state.createCopy());
 }
 
 void TessarinProcessor::applyRestoredState (juce::ValueTree tree)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/EditHistory.h"
 #include "core/LicenceManager.h"
 #include "core/ParameterValue.h"
 #include "presets/PresetManager.h"
@@ -123,6 +124,9 @@ public:
     /** The bytes of the last accepted state. */
     juce::MemoryBlock lastRestoredState;
 
+    /** Of what the user does in the window; it outlives that. */
+    EditHistory editHistory;
+
     /** The clock of the state calls; replaced by tests. */
     std::function<juce::uint32()> getMillisecondCounter = juce::Time::getMillisecondCounter;
 
@@ -148,7 +152,9 @@ private:
         TessarinProcessor& owner;
     };
 
+    [[nodiscard]] juce::ValueTree captureState();
     void markCaptured (juce::ValueTree& state);
+    void restoreState (const juce::ValueTree& state);
     void applyRestoredState (juce::ValueTree tree);
 
     LiveTreeMarker liveTreeMarker;

@@ -67,6 +67,7 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
     licenceOverlay.onClick = [this] { open (licenceDialog); };
     overlayFocus.watch ({ &presetBrowser, &settingsModal, &savePresetModal, &licenceDialog, toastManager });
     showLicence();
+    showHeardSide();
 }
 
 TessarinEditor::~TessarinEditor()
@@ -153,8 +154,23 @@ void TessarinEditor::setPresetBrowserVisible (bool shouldBeVisible)
         overlayFocus.takeFocus();
 }
 
+bool TessarinEditor::isUnderDialog() const
+{
+    return toastManager->isVisible() || settingsModal.isVisible() || savePresetModal.isVisible()
+           || licenceDialog.isVisible() || licenceOverlay.isVisible();
+}
+
 bool TessarinEditor::keyPressed (const juce::KeyPress& key)
 {
+    // The host has such keys too, and would take back something of its own.
+    if (EditCommands::isCommand (key))
+    {
+        if (! isUnderDialog())
+            editCommands.perform (key);
+
+        return true;
+    }
+
     // JUCE moves the focus by the tab key after this.
     const auto pass = passKeyToHost.load();
 
@@ -221,6 +237,11 @@ void TessarinEditor::changeListenerCallback (juce::ChangeBroadcaster* source)
     processor.settings.refresh();
     applyScale();
     loadTheme();
+}
+
+void TessarinEditor::showHeardSide()
+{
+    tooltipPanel.setMark (processor.editHistory.getHeardSide() == EditHistory::Side::b ? "B" : "");
 }
 
 void TessarinEditor::showLicence()

@@ -8,6 +8,7 @@
 #include "dialogs/SavePresetModal.h"
 #include "dialogs/SettingsModal.h"
 #include "editor/ClickFocus.h"
+#include "editor/EditCommands.h"
 #include "editor/HeldMouse.h"
 #include "editor/OverlayFocus.h"
 #include "editor/PostedUpdate.h"
@@ -15,6 +16,7 @@
 #include "editor/WindowEventPump.h"
 #include "editor/WindowVisibility.h"
 #include "look/TessarinLookAndFeel.h"
+#include "widgets/EditItems.h"
 #include "widgets/FrameClock.h"
 #include "widgets/ParameterMenu.h"
 #include "widgets/TooltipPanel.h"
@@ -29,7 +31,8 @@ namespace tessarin
 */
 class TessarinEditor : public juce::AudioProcessorEditor,
                        public juce::ChangeListener,
-                       public PresetManager::Listener
+                       public PresetManager::Listener,
+                       public luna::EditItems
 {
 public:
     explicit TessarinEditor (TessarinProcessor& processor);
@@ -38,7 +41,10 @@ public:
     void paint (juce::Graphics&) override;
     void resized() override;
 
-    /** What nothing in here has used is the host's. */
+    void addEditItems (juce::PopupMenu& menu) override { editCommands.addTo (menu); }
+
+    /** The keys of the history, unless a dialog lies over what they change. What nothing in here has used is the
+        host's. */
     bool keyPressed (const juce::KeyPress&) override;
 
     /** A factor that is not above 0 keeps the host's last one. */
@@ -101,10 +107,12 @@ private:
     void open (juce::Component& dialog);
     void applyScale();
     void showLicence();
+    void showHeardSide();
     void raiseOverlays();
+    [[nodiscard]] bool isUnderDialog() const;
 
-    /** Hears of a restore and of changed parameters on any thread, also while the editor is being made or destroyed. So it is an object of its
-        own, whose class does not change meanwhile. */
+    /** Hears of a restore and of changed parameters on any thread, also while the editor is being made or destroyed. So
+        it is an object of its own, whose class does not change meanwhile. */
     struct StateListener final : juce::ValueTree::Listener
     {
         explicit StateListener (TessarinEditor& editor)
@@ -130,6 +138,7 @@ private:
 
     StateListener stateListener { *this };
 
+    EditCommands editCommands { processor.editHistory, [this] { showHeardSide(); } };
     luna::ParameterMenu bypassMenu { topBar.bypassButton, parameters.getParameter (ParameterIds::enable) };
 
     WindowEventPump windowEventPump { *this };

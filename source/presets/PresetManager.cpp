@@ -57,6 +57,7 @@ bool PresetManager::loadPreset (int index)
 {
     const auto isInitial = index == 0;
     owner.beforeStateRestore (true, isInitial);
+    listeners.call ([] (Listener& listener) { listener.presetLoading(); });
 
     {
         // A host may capture or restore state on another thread: name and values change together.

@@ -45,6 +45,9 @@ public:
         /** After a save, with the new current preset. */
         virtual void presetSaved (Preset preset) = 0;
 
+        /** Before a load, while the state is still the one that it replaces. None may follow. */
+        virtual void presetLoading() {}
+
         /** After a load, with the new current preset. */
         virtual void presetLoaded (Preset preset) = 0;
 

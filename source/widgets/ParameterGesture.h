@@ -7,7 +7,7 @@ namespace luna
 
 /** Sets the parameter in a gesture of its own, as a host records it; none if it has the value already. Message
     thread. */
-inline void setInOneGesture (juce::RangedAudioParameter& parameter, float normalisedValue)
+inline void setInOneGesture (juce::AudioProcessorParameter& parameter, float normalisedValue)
 {
     if (juce::approximatelyEqual (normalisedValue, parameter.getValue()))
         return;

@@ -1,5 +1,6 @@
 #include "ParameterMenu.h"
 
+#include "widgets/EditItems.h"
 #include "widgets/ParameterGesture.h"
 
 namespace luna
@@ -71,6 +72,13 @@ void ParameterMenu::show (juce::Component& component, juce::Point<int> placeOnSc
     // The parameter outlives every window.
     menu.addItem ("Default: " + standard, isEnabled, false,
                   [&parameter] { setInOneGesture (parameter, parameter.getDefaultValue()); });
+
+    if (auto* items = component.findParentComponentOfClass<EditItems>())
+    {
+        menu.addSeparator();
+        items->addEditItems (menu);
+    }
+
     addHostsItems (menu, component, parameter);
 
     // Of a pixel, so that the menu hangs from it; one of nothing would put it beside and above too.

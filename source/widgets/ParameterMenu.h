@@ -7,8 +7,8 @@
 namespace luna
 {
 
-/** The menu that a right click opens on every control of a parameter: what we have for it, and then what the host has, such
-    as its automation. Message thread. */
+/** The menu that a right click opens on every control of a parameter: what we have for it, what the editor can take back,
+    and then what the host has, such as its automation. Message thread. */
 class ParameterMenu final : private juce::MouseListener
 {
 public:

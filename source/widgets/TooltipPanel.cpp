@@ -6,9 +6,14 @@
 namespace luna
 {
 
+namespace
+{
+constexpr auto markSize = 20;
+}
+
 TooltipPanel::TooltipPanel()
 {
-    for (auto* label : { &tooltipLabel, &statusLabel })
+    for (auto* label : { &tooltipLabel, &statusLabel, &markLabel })
     {
         addAndMakeVisible (*label);
         label->setFont (juce::FontOptions (FontHeights::control));
@@ -16,6 +21,9 @@ TooltipPanel::TooltipPanel()
     }
 
     statusLabel.setJustificationType (juce::Justification::centredRight);
+    markLabel.setJustificationType (juce::Justification::centred);
+    markLabel.setBorderSize ({});
+    markLabel.setVisible (false);
     readTextColour();
     startTimer (33);
 }
@@ -39,9 +47,23 @@ void TooltipPanel::lookAndFeelChanged()
     readTextColour();
 }
 
+void TooltipPanel::setMark (const juce::String& letter)
+{
+    markLabel.setText (letter, juce::dontSendNotification);
+    markLabel.setVisible (letter.isNotEmpty());
+
+    // A text of licensing ends before it.
+    auto border = tooltipLabel.getBorderSize();
+    border.setRight (border.getRight() + (letter.isEmpty() ? 0 : 2 * markSize));
+    statusLabel.setBorderSize (border);
+}
+
 void TooltipPanel::readTextColour()
 {
-    tooltipLabel.setColour (juce::Label::textColourId, findColour (ColourIds::tooltipTextColourId));
+    const auto colour = findColour (ColourIds::tooltipTextColourId);
+
+    tooltipLabel.setColour (juce::Label::textColourId, colour);
+    markLabel.setColour (juce::Label::textColourId, colour);
 }
 
 void TooltipPanel::layoutContent()
@@ -49,6 +71,10 @@ void TooltipPanel::layoutContent()
     const juce::Rectangle<int> bounds (8, 0, juce::jmax (0, getWidth() - 16), getHeight());
     tooltipLabel.setBounds (bounds);
     statusLabel.setBounds (bounds);
+
+    // The window's corner, at which it is resized, lies to the right.
+    const auto end = bounds.getRight() - markSize / 2;
+    markLabel.setBounds (end - markSize, (getHeight() - markSize) / 2, markSize, markSize);
 }
 
 } // namespace luna

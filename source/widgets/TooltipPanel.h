@@ -14,6 +14,9 @@ public:
     /** Takes the tooltip of the component under the mouse; over nothing, the last one stays. */
     virtual void refresh();
 
+    /** A letter at the right end, for what is to be seen at all times. Empty for none. */
+    void setMark (const juce::String& letter);
+
     void lookAndFeelChanged() override;
 
     void parentHierarchyChanged() override { readTextColour(); }
@@ -29,6 +32,8 @@ public:
     bool hideStatusWhenTooltipShown = false;
 
 private:
+    juce::Label markLabel;
+
     void readTextColour();
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TooltipPanel)
