@@ -174,15 +174,6 @@ void MultiModeClipperEditor::saveViewMode (luna::SaturatorGraph::ViewMode mode)
         modes.setProperty (getGraphModeOf (sectionId), static_cast<int> (mode), nullptr);
 }
 
-bool MultiModeClipperEditor::keyPressed (const juce::KeyPress& key)
-{
-    if (! modeBox.hasKeyboardFocus (true) || key != juce::KeyPress (juce::KeyPress::spaceKey))
-        return false;
-
-    modeBox.showPopup();
-    return true;
-}
-
 void MultiModeClipperEditor::modeChanged()
 {
     currentSaturator = clipper->current;

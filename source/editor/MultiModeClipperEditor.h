@@ -29,9 +29,6 @@ public:
     void lookAndFeelChanged() override;
     void layoutContent() override;
 
-    /** The space bar opens the mode's menu. */
-    bool keyPressed (const juce::KeyPress&) override;
-
     /** Takes the graph's view from the tree. */
     void loadViewMode();
 

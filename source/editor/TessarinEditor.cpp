@@ -24,6 +24,17 @@ juce::SharedResourcePointer<DLAF> withTheme (SettingsFile& settings)
     shared->lookAndFeel.setTheme (settings.getValue (Settings::themeKey, Settings::defaultTheme));
     return shared;
 }
+
+/** The space bar presses what has the focus, for which JUCE's own buttons and boxes have the return key alone. */
+bool isPressedBySpace (const juce::KeyPress& key)
+{
+    auto* focused = juce::Component::getCurrentlyFocusedComponent();
+    const auto isPressable = dynamic_cast<juce::Button*> (focused) != nullptr
+                             || dynamic_cast<juce::ComboBox*> (focused) != nullptr;
+
+    return isPressable && key == juce::KeyPress (juce::KeyPress::spaceKey)
+           && focused->keyPressed (juce::KeyPress (juce::KeyPress::returnKey));
+}
 } // namespace
 
 TessarinEditor::TessarinEditor (TessarinProcessor& owner)
@@ -172,6 +183,9 @@ bool TessarinEditor::keyPressed (const juce::KeyPress& key)
     }
 
     // JUCE moves the focus by the tab key after this.
+    if (isPressedBySpace (key))
+        return true;
+
     const auto pass = passKeyToHost.load();
 
     if (pass != nullptr && ! key.isKeyCode (juce::KeyPress::tabKey))

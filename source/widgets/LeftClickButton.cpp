@@ -29,13 +29,4 @@ void LeftClickButton::mouseUp (const juce::MouseEvent& event)
         juce::Button::mouseUp (event);
 }
 
-bool LeftClickButton::keyPressed (const juce::KeyPress& key)
-{
-    if (! isEnabled() || key != juce::KeyPress (juce::KeyPress::spaceKey))
-        return juce::Button::keyPressed (key);
-
-    triggerClick();
-    return true;
-}
-
 } // namespace luna

@@ -16,9 +16,6 @@ public:
     void mouseDrag (const juce::MouseEvent&) override;
     void mouseUp (const juce::MouseEvent&) override;
 
-    /** The space bar presses too. */
-    bool keyPressed (const juce::KeyPress&) override;
-
     void lookAndFeelChanged() override { repaint(); }
 
 protected:

@@ -83,6 +83,15 @@ TEST (Keyboard, ReachesEveryControlDrawsARingThereAndPressesIt)
             EXPECT_EQ (graph->viewMode, luna::SaturatorGraph::ViewMode::amplitude);
             before = open.pictureOf (*open.editor);
         }
+        else if (auto* box = dynamic_cast<juce::ComboBox*> (focused))
+        {
+            open.window->typeKey (KeyPress (KeyPress::spaceKey));
+            dispatchMessages();
+            EXPECT_EQ (juce::Component::getNumCurrentlyModalComponents(), 1) << "its menu, " << title;
+            open.window->typeKey (KeyPress (KeyPress::escapeKey));
+            dispatchMessages();
+            EXPECT_TRUE (box->hasKeyboardFocus (false)) << title;
+        }
     }
 
     EXPECT_EQ (numReadouts, 6 + 8);

@@ -191,8 +191,23 @@ TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
     EXPECT_TRUE (pixels::showsText (image, scale, "GUI Scale", scale, font, text, panel,
                                     Justification::centredLeft, true));
 
-    open.window->clickMouse (modal.logButton, { 10, 10 });
-    EXPECT_EQ (files.readLastArgument(), open.config.file ("log.log").getParentDirectory().getFullPathName());
+    const std::function<void()> presses[] { [&] {
+                                               open.window->clickMouse (modal.logButton, { 10, 10 });
+                                           },
+                                            [&]
+                                            {
+                                                modal.logButton.grabKeyboardFocus();
+                                                open.window->typeKey (
+                                                    juce::KeyPress (juce::KeyPress::spaceKey));
+                                                dispatchMessages();
+                                            } };
+
+    for (const auto& press : presses)
+    {
+        press();
+        EXPECT_EQ (files.readLastArgument(),
+                   open.config.file ("log.log").getParentDirectory().getFullPathName());
+    }
 
     // A click beside the panel closes it.
     open.window->clickMouse (modal, { 364, 100 });
