@@ -196,7 +196,13 @@ void MultiModeClipperEditor::updateShape()
     shapeSlider.slider.setTitle (getShapeLabel());
 
     const auto* current = clipper->current;
-    shapeSlider.setVisible (current != &clipper->hardClipper && current != &clipper->dough);
+    const auto hasShape = current != &clipper->hardClipper && current != &clipper->dough;
+
+    // To the window, and not to the panel's first button, which the next space bar would press.
+    if (! hasShape && shapeSlider.hasKeyboardFocus (true) && getParentComponent() != nullptr)
+        getParentComponent()->grabKeyboardFocus();
+
+    shapeSlider.setVisible (hasShape);
 }
 
 void MultiModeClipperEditor::updateEnablement()

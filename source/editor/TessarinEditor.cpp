@@ -195,9 +195,16 @@ bool TessarinEditor::keyPressed (const juce::KeyPress& key)
 }
 
 /** Also where it was the frame's own. */
-void TessarinEditor::focusOfChildComponentChanged (FocusChangeType)
+void TessarinEditor::focusOfChildComponentChanged (FocusChangeType cause)
 {
-    if (! hasKeyboardFocus (true))
+    if (hasKeyboardFocus (true))
+        return;
+
+    // A control that is disabled lets go of the keyboard, and no key would be heard any more. When another window
+    // takes it, JUCE names the mouse as the cause.
+    if (cause == focusChangedDirectly && getCurrentlyFocusedComponent() == nullptr)
+        grabKeyboardFocus();
+    else
         clickFocus.focusWasLost();
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using juce::KeyPress;
 
 namespace
@@ -97,4 +99,40 @@ TEST (Keyboard, ReachesEveryControlDrawsARingThereAndPressesIt)
     EXPECT_EQ (numReadouts, 6 + 8);
     titles.removeRange (titles.size() - 8, 8);
     EXPECT_EQ (titles.joinIntoString ("|"), getStops().joinIntoString ("|"));
+}
+
+TEST (Keyboard, StaysWithTheWindowWhenTheControlThatHasItIsDisabledOrGoes)
+{
+    OpenEditor open;
+    auto& e = *open.editor;
+    auto& panel = e.singleEditor;
+    const auto focused = [] { return juce::Component::getCurrentlyFocusedComponent(); };
+    const std::tuple<juce::Component*, const char*, double> cases[] {
+        { &panel.thresholdSlider.slider, "enable_single", 0.0 },
+        { &panel.modeBox, "enable_single", 0.0 },
+        { &panel.makeupSlider.slider, "link_single", 1.0 },
+        { &panel.shapeSlider.slider, "mode_single", 0.0 },
+        { &panel.graph, "enable", 0.0 },
+        { &panel.linkButton, "layout", 1.0 }
+    };
+
+    for (const auto& [control, id, value] : cases)
+    {
+        control->grabKeyboardFocus();
+        EXPECT_EQ (focused(), control) << id;
+        open.set (id, value);
+        EXPECT_EQ (focused(), &e) << id;
+        open.set (id, 1.0 - value);
+    }
+
+    // At the end of the list, where the space bar has brought it.
+    const auto getPreset = [&] { return open.plugin.processor.presetManager.getCurrentPreset().name; };
+    e.topBar.nextButton.grabKeyboardFocus();
+    open.window->typeKey (KeyPress (KeyPress::spaceKey));
+    dispatchMessages();
+    EXPECT_EQ (getPreset(), "Loud");
+    EXPECT_FALSE (e.topBar.nextButton.isEnabled());
+    open.window->typeKey (KeyPress ('z', juce::ModifierKeys::ctrlModifier, 0));
+    dispatchMessages();
+    EXPECT_NE (getPreset(), "Loud") << "the key is heard";
 }
