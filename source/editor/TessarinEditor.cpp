@@ -35,6 +35,12 @@ bool isPressedBySpace (const juce::KeyPress& key)
     return isPressable && key == juce::KeyPress (juce::KeyPress::spaceKey)
            && focused->keyPressed (juce::KeyPress (juce::KeyPress::returnKey));
 }
+
+/** There the keys of the history are the text's, also when it has nothing to take back. */
+bool isTyping()
+{
+    return dynamic_cast<juce::TextEditor*> (juce::Component::getCurrentlyFocusedComponent()) != nullptr;
+}
 } // namespace
 
 TessarinEditor::TessarinEditor (TessarinProcessor& owner)
@@ -176,7 +182,7 @@ bool TessarinEditor::keyPressed (const juce::KeyPress& key)
     // The host has such keys too, and would take back something of its own.
     if (EditCommands::isCommand (key))
     {
-        if (! isUnderDialog())
+        if (! isUnderDialog() && ! isTyping())
             editCommands.perform (key);
 
         return true;

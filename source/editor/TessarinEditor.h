@@ -43,8 +43,8 @@ public:
 
     void addEditItems (juce::PopupMenu& menu) override { editCommands.addTo (menu); }
 
-    /** The keys of the history, unless a dialog lies over what they change. What nothing in here has used is the
-        host's. */
+    /** The keys of the history, unless a dialog lies over what they change or a text has them, and the space bar. What
+        nothing in here has used is the host's. */
     bool keyPressed (const juce::KeyPress&) override;
 
     /** A factor that is not above 0 keeps the host's last one. */

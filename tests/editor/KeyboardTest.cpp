@@ -136,3 +136,23 @@ TEST (Keyboard, StaysWithTheWindowWhenTheControlThatHasItIsDisabledOrGoes)
     dispatchMessages();
     EXPECT_NE (getPreset(), "Loud") << "the key is heard";
 }
+
+TEST (Keyboard, TakesBackNoValueWhileOneIsTyped)
+{
+    OpenEditor open;
+    const KeyPress undo ('z', juce::ModifierKeys::ctrlModifier, 0);
+    open.editor->singleEditor.thresholdSlider.slider.grabKeyboardFocus();
+
+    const std::tuple<KeyPress, double> steps[] { { KeyPress (KeyPress::downKey), -0.5 },
+                                                 { KeyPress ('4', {}, '4'), -0.5 },
+                                                 { undo, -0.5 },
+                                                 { KeyPress (KeyPress::escapeKey), -0.5 },
+                                                 { undo, 0.0 } };
+
+    for (const auto& [key, value] : steps)
+    {
+        open.window->typeKey (key);
+        dispatchMessages();
+        EXPECT_NEAR (open.plugin.get ("threshold_single"), value, 1.0e-5) << key.getTextDescription();
+    }
+}
