@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
+#include "widgets/PressKey.h"
 
 namespace tessarin
 {
@@ -31,6 +32,16 @@ void LicenceOverlay::mouseDown (const juce::MouseEvent&)
 {
     if (onClick)
         onClick();
+}
+
+bool LicenceOverlay::keyPressed (const juce::KeyPress& key)
+{
+    const auto isPress = luna::isPress (key);
+
+    if (isPress && onClick)
+        onClick();
+
+    return isPress || key.isKeyCode (juce::KeyPress::tabKey);
 }
 
 } // namespace tessarin

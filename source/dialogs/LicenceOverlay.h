@@ -13,7 +13,7 @@ class LicenceOverlay final : public juce::Component
 public:
     enum class Kind
     {
-        /** Darkens what is under it and keeps the mouse from it. */
+        /** Darkens what is under it, and keeps mouse and keyboard from it. */
         cover,
 
         /** Takes no mouse. */
@@ -23,6 +23,7 @@ public:
     explicit LicenceOverlay (Kind kindToShow) : kind (kindToShow)
     {
         setInterceptsMouseClicks (kind == Kind::cover, false);
+        setWantsKeyboardFocus (kind == Kind::cover);
     }
 
     /** An empty one hides it. */
@@ -30,6 +31,9 @@ public:
 
     void paint (juce::Graphics&) override;
     void mouseDown (const juce::MouseEvent&) override;
+
+    /** Space and return do what a click does. The tab key would go on to what is covered. */
+    bool keyPressed (const juce::KeyPress&) override;
 
     std::function<void()> onClick;
 

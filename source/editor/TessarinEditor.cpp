@@ -82,7 +82,8 @@ TessarinEditor::TessarinEditor (TessarinProcessor& owner)
     addChildren();
     presetBrowser.onCloseRequest = [this] { topBar.closePresetBrowser(); };
     licenceOverlay.onClick = [this] { open (licenceDialog); };
-    overlayFocus.watch ({ &presetBrowser, &settingsModal, &savePresetModal, &licenceDialog, toastManager });
+    overlayFocus.watch (
+        { &presetBrowser, &licenceOverlay, &settingsModal, &savePresetModal, &licenceDialog, toastManager });
     showLicence();
     showHeardSide();
 }
@@ -188,10 +189,10 @@ bool TessarinEditor::keyPressed (const juce::KeyPress& key)
         return true;
     }
 
-    // JUCE moves the focus by the tab key after this.
     if (isPressedBySpace (key))
         return true;
 
+    // JUCE moves the focus by the tab key after this.
     const auto pass = passKeyToHost.load();
 
     if (pass != nullptr && ! key.isKeyCode (juce::KeyPress::tabKey))

@@ -150,6 +150,21 @@ TEST (Overlays, HoldTheKeyboardAndGiveItBack)
         EXPECT_EQ (focused(), &knob) << overlay->getTitle();
     }
 
+    // That of licensing stays until licensing takes it away. The space bar opens the dialog, as a click does.
+    const auto setOverlay = [&] (const char* shown)
+    {
+        open.plugin.setLicence ([&] (auto& status) { status.overlayText = shown; });
+        dispatchMessages();
+    };
+    setOverlay ("Expired");
+    expectInside (e.licenceOverlay);
+    EXPECT_TRUE (press (KeyPress::spaceKey));
+    expectInside (e.licenceDialog);
+    EXPECT_TRUE (press (KeyPress::escapeKey));
+    expectInside (e.licenceOverlay);
+    setOverlay ("");
+    EXPECT_EQ (focused(), &knob);
+
     // Each key takes one of them, but for the one that stays.
     toasts.showToast ("Stays", tessarin::toastFatal, false);
     toasts.showError ("A");
