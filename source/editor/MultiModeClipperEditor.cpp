@@ -102,9 +102,6 @@ void MultiModeClipperEditor::setUpModeBox()
 {
     const auto parameterId = ParameterIds::modePrefix + sectionId;
 
-    // After a choice with the mouse, the cursor keys would change the mode.
-    modeBox.setMouseClickGrabsKeyboardFocus (false);
-
     if (auto* parameter = state->getParameter (parameterId))
         modeAttachment =
             std::make_unique<juce::ComboBoxParameterAttachment> (*parameter, modeBox, state->undoManager);
