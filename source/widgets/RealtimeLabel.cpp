@@ -47,16 +47,18 @@ bool RealtimeLabel::press()
 
 juce::String RealtimeLabel::getValueText() const
 {
-    return isEnabled() ? valueToString (*source) : juce::String ("-");
+    return isEnabled() ? valueToString (readSource()) : juce::String ("-");
 }
 
 void RealtimeLabel::timerCallback()
 {
     // Most frames bring nothing new, and a text is worth a look before it is made.
-    if (juce::exactlyEqual (*source, comparedValue))
+    const auto value = readSource();
+
+    if (juce::exactlyEqual (value, comparedValue))
         return;
 
-    comparedValue = *source;
+    comparedValue = value;
 
     if (getValueText() != shownText || standsOut() != hasFrame)
         refresh();

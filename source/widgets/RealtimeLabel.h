@@ -56,7 +56,10 @@ private:
     void refresh();
     void drawFrame (juce::Graphics&) const;
 
-    [[nodiscard]] bool standsOut() const { return isEnabled() && *source > greatestPlainValue; }
+    /** The only place that reads beside the audio thread's writing. */
+    [[nodiscard]] float readSource() const { return *source; }
+
+    [[nodiscard]] bool standsOut() const { return isEnabled() && readSource() > greatestPlainValue; }
 
     juce::String shownText;
     bool hasFrame = false;

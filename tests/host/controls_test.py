@@ -217,7 +217,7 @@ class ControlsTest(WindowTest):
                 ("solo_band=Low", places["solo", "high_band"], 0, 3.0),
                 ("mode_mid_band=Hard", in_panel("mid_band", PANEL_WIDTH // 2, 117), 0, 1.0),
                 ("link_mid_band=Linked", in_panel("mid_band", 94, 25), 0, 0.0),
-                ("oversampling=8x", (70, 308 + 223), 0, 0.0), ("in_gain=4", (70, 308 + 380), 1, 0.0)):
+                ("oversampling=8x", (70, 308 + 223), 0, 0.0), ("in_gain=4", (70, 308 + 358), 1, 0.0)):
             parameter = setting.split("=")[0]
             with self.subTest(setting=setting):
                 self.host.ask("set " + setting)
