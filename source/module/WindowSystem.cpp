@@ -158,10 +158,18 @@ int noteVisibility (Display* connection, XEvent* event)
     return result;
 }
 
-/** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. */
+/** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. Some of the digits
+    have a text even while Ctrl is held, which text fields would take. */
 int lookupText (XKeyEvent* event, const char* text, int size, KeySym* symbol, XComposeStatus* status)
 {
     const auto length = lookupString (event, text, size, symbol, status);
+    const auto isDigit = *symbol >= '0' && *symbol <= '9';
+
+    if (length == 1 && isDigit && (event->state & ControlMask) != 0)
+    {
+        *const_cast<char*> (text) = 0;
+        return 0;
+    }
 
     if (length > 0 && juce::CharPointer_UTF8::isValidString (text, length))
         return length;
