@@ -35,6 +35,12 @@ private:
             field.close();
     }
 
+    /** Which may turn the control under the field. */
+    void mouseWheelMove (const juce::MouseEvent& event, const juce::MouseWheelDetails&) override
+    {
+        mouseDown (event);
+    }
+
     using ComponentMovementWatcher::componentMovedOrResized;
     using ComponentMovementWatcher::componentVisibilityChanged;
 

@@ -192,7 +192,8 @@ class ControlsTest(WindowTest):
             self.host.await_that(lambda: self.host.look(*edge) == plain, "it is not marked")
             self.host.key("Return")
             self.host.await_that(lambda: self.host.look(*edge) not in (closed, plain), "it is marked")
-        for leaving in (lambda: self.host.key("Escape"), lambda: self.host.click(AWAY), lambda: self.host.key("Tab")):
+        for leaving in (lambda: self.host.key("Escape"), lambda: self.host.click(AWAY), lambda: self.host.key("Tab"),
+                        lambda: self.host.click(AWAY, 5)):
             self.host.type("-9")
             leaving()
             self.host.await_that(lambda: self.host.look(*edge) == closed, "the field is gone")
