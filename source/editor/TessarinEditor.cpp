@@ -183,6 +183,9 @@ bool TessarinEditor::keyPressed (const juce::KeyPress& key)
     // The host has such keys too, and would take back something of its own.
     if (EditCommands::isCommand (key))
     {
+        // One that is open tells of the step that comes next, which is another afterwards.
+        juce::PopupMenu::dismissAllActiveMenus();
+
         if (! isUnderDialog() && ! isTyping())
             editCommands.perform (key);
 

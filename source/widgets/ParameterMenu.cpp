@@ -65,7 +65,8 @@ void ParameterMenu::show (juce::Component& component, juce::Point<int> placeOnSc
             "Type a value", isEnabled, false,
             [alive = juce::Component::SafePointer<juce::Component> (&component), type = std::move (typeValue)]
             {
-                if (alive != nullptr)
+                // A host may have changed the layout under the menu.
+                if (alive != nullptr && alive->isShowing())
                     type();
             });
 

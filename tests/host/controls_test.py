@@ -230,6 +230,23 @@ class ControlsTest(WindowTest):
                 self.host.key("Up")  # a menu that has gone keeps no keys
                 self.assertEqual(self.take_gestures(parameter), [])
 
+    def test_a_menu_that_is_out_of_date_opens_no_field(self):
+        panels = (0, PLOT_Y - 20, 760, 500)
+        for way in (lambda: self.host.key("ctrl+z"), lambda: self.host.ask("set layout=Single Band")):
+            self.host.pointer(THRESHOLD, "click 5")
+            self.host.await_text("threshold_mid_band", "-0.5dB")
+            plain = self.host.await_still(panels)
+            self.host.click(THRESHOLD, 3)
+            self.host.await_other(panels, plain)
+            self.host.await_still(panels)
+            way()
+            self.host.await_still(panels)
+            self.host.events.clear()
+            for key in ("Down", "Return", "minus", "9", "Return"):
+                self.host.key(key)
+                self.host.await_still(panels, 0.1)
+            self.assertEqual((self.host.text("threshold_mid_band"), self.host.events)[1], [])
+
     def test_a_bar_shows_its_frequency_under_the_mouse(self):
         for frequency in (160, 3500):
             area = readout_of(frequency)
