@@ -244,12 +244,27 @@ void EditHistory::recordGestures()
         return;
 
     auto& steps = getHeard().steps;
+    const auto isRun = continuesRun();
 
-    if (! continuesRun())
+    if (! isRun)
+    {
         steps.beginNewTransaction (changes.front().parameter->getName (std::numeric_limits<int>::max()));
+        startOfRun = changes.front().before;
+    }
 
-    const juce::ScopedValueSetter<bool> scope (isRecording, true);
-    steps.perform (new Gesture (*this, std::exchange (changes, {})));
+    const auto end = changes.front().after;
+
+    {
+        const juce::ScopedValueSetter<bool> scope (isRecording, true);
+        steps.perform (new Gesture (*this, std::exchange (changes, {})));
+    }
+
+    // There and back is no step, and what could be brought again before it still can.
+    if (isRun && juce::approximatelyEqual (end, startOfRun))
+    {
+        steps.undoCurrentTransactionOnly();
+        lastParameter = nullptr;
+    }
 }
 
 /** Whether the changes follow others so soon that they are one to the user: a wheel that is turned, or a key that is held. A

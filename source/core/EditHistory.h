@@ -126,8 +126,9 @@ private:
     /** Before the preset that is being loaded. */
     juce::ValueTree stateBeforePreset;
 
-    /** What the last step has moved at a stroke, and when. */
+    /** What the last step has moved at a stroke, from where, and when. */
     const juce::AudioProcessorParameter* lastParameter = nullptr;
+    float startOfRun = 0.0f;
     juce::uint32 lastTime = 0;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (EditHistory)

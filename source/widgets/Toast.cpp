@@ -69,11 +69,14 @@ bool Toast::keyPressed (const juce::KeyPress& key)
     using juce::KeyPress;
 
     const auto isUsed =
-        dismissible
+        dismissible && ! isDismissed
         && (key == KeyPress::returnKey || key == KeyPress::spaceKey || key == KeyPress::escapeKey);
 
     if (isUsed)
+    {
+        isDismissed = true;
         sendChangeMessage();
+    }
 
     return isUsed;
 }

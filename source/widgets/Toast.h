@@ -45,6 +45,9 @@ private:
     void drawFocusRing (juce::Graphics&) const;
     [[nodiscard]] int getBackgroundColourId() const;
 
+    /** By a key; it goes when its listeners are told. */
+    bool isDismissed = false;
+
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (Toast)
 };
 

@@ -56,7 +56,12 @@ void ToastManager::passKeyboardOn()
 
 bool ToastManager::keyPressed (const juce::KeyPress& key)
 {
-    return key.isKeyCode (juce::KeyPress::tabKey) && hasKeyboardFocus (false);
+    if (key.isKeyCode (juce::KeyPress::tabKey))
+        return hasKeyboardFocus (false);
+
+    // The next key can come before a message that is dismissed has gone.
+    return std::any_of (toasts.begin(), toasts.end(),
+                        [&key] (Toast* toast) { return toast->keyPressed (key); });
 }
 
 void ToastManager::changeListenerCallback (juce::ChangeBroadcaster* source)

@@ -185,6 +185,16 @@ TEST_F (History, TakesWhatBelongsTogetherForOneStep)
     EXPECT_EQ (plugin.get ("crossover_high"), 5000.0);
     EXPECT_EQ (history.getRedoName(), "");
 
+    // A run there and back is no step, after which there is as much to bring again as before.
+    EXPECT_TRUE (history.undo());
+
+    for (const auto value : { 1.0, 0.5, 0.0 })
+        turn ("in_gain", value, true);
+
+    EXPECT_EQ (history.getUndoName(), "XOver Low");
+    EXPECT_TRUE (history.redo());
+    EXPECT_EQ (plugin.get ("in_gain"), 3.0);
+
     // A pause, and a drag that is slow, end a run.
     turn ("in_gain", 4.0);
     turn ("in_gain", 5.0);

@@ -96,7 +96,7 @@ class HistoryTest(WindowTest):
             self.await_threshold(value)
             self.host.await_that(lambda: self.host.look(*BOX) == look, "the box shows the preset")
 
-        self.host.click(BROWSER)  # which lies over no more than a dialog would
+        self.host.click(BROWSER)  # from which presets are loaded, too
         self.host.key(UNDO)
         self.await_threshold(0)
         self.host.key(REDO)
