@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # usage: libraries_test.sh ORVO.VST3
 # Holds the shared libraries that the built module asks for against packaging/libraries.txt: those that it is linked to,
-# and the names of those that it opens itself, which stand in it as text.
+# and the names of those that it opens itself, which stand in it as text. Built where the C library is that of the release,
+# it asks for none newer than the manual says.
 set -euo pipefail
 export LC_ALL=C
 cd "$(dirname "$0")/../.."
@@ -25,5 +26,14 @@ same linked
 mv "$home/names" "$home/listed"
 strings "$module" | grep -xE 'lib[A-Za-z0-9_+-]+\.so(\.[0-9]+)*|ld-linux[a-z0-9_.-]+' | sort -u > "$home/found"
 same "opened with the window"
+
+# A newer system's headers bind other functions to it, too.
+oldest=2.34
+if [ "$(getconf GNU_LIBC_VERSION)" = "glibc 2.36" ]; then
+    newest=$(readelf -V "$module" | grep -o 'GLIBC_[0-9.]*' | sort -Vu | tail -n 1)
+    [ "$newest" = "GLIBC_$oldest" ] || fail "the module asks for $newest"
+fi
+grep -q "glibc $oldest or newer" docs/manual/manual.adoc || fail "the manual does not name glibc $oldest"
+if readelf -V "$module" | grep -E 'GLIBCXX|CXXABI'; then fail "the module asks for a C++ library"; fi
 
 if strings "$module" | grep -F "$PWD"; then fail "the module names the folder that it was built in"; fi
