@@ -1,5 +1,5 @@
-# The target `package`: the release's archive in out/, with the module, the bank, the manual, the licences, and scripts
-# that install them. Not part of "all".
+# The target `package`: the release's archive in out/, with the module's bundle, the licences, and scripts that install
+# it. Not part of "all".
 
 get_target_property(orvo_bundle Orvo_VST3 JUCE_PLUGIN_ARTEFACT_FILE)
 get_filename_component(orvo_juce_root "${JUCE_MODULES_DIR}" DIRECTORY)

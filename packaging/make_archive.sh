@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # usage: packaging/make_archive.sh VERSION MODULE MANUAL JUCE OUTDIR
-# Packs OUTDIR/Orvo-VERSION-linux-ARCHITECTURE.tar.gz from the built module, the manual and the project's files. The
+# Packs OUTDIR/Orvo-VERSION-linux-ARCHITECTURE.tar.gz from the built module, into which it puts the manual, and the project's files. The
 # same module and manual of one commit give the same archive.
 set -euo pipefail
 export LC_ALL=C TZ=UTC
@@ -22,8 +22,7 @@ mkdir -p -- "$top/lib" "$top/licences" "$out"
 
 cp -R -- "$module" "$top/Orvo.vst3"
 strip --strip-unneeded "$top"/Orvo.vst3/Contents/*/Orvo.so
-find presets -type f \( -name '*.tpre' -o -name _description.txt \) -exec cp --parents -- {} "$top" \;
-cp -- "$manual" "$top"
+cp -- "$manual" "$top/Orvo.vst3/Contents/Resources"
 cp -- scripts/install.sh scripts/uninstall.sh "$top"
 cp -- scripts/lib/common.sh scripts/lib/installation.sh "$top/lib"
 
@@ -40,6 +39,7 @@ licence "$juce/modules/juce_audio_processors/format_types/VST3_SDK/LICENSE.txt" 
 licence "$juce/modules/juce_graphics/fonts/harfbuzz/COPYING" HarfBuzz.txt
 licence "$juce/modules/juce_graphics/unicode/sheenbidi/LICENSE" SheenBidi.txt
 licence /usr/share/doc/libfftw3-dev/copyright FFTW.txt
+licence /usr/share/doc/libjpeg62-turbo-dev/copyright libjpeg.txt
 licence /usr/share/common-licenses/GPL-2 GPL-2.txt
 licence /usr/share/common-licenses/GPL-3 GPL-3.txt
 licence "/usr/share/doc/gcc-$(gcc -dumpversion | cut -d. -f1)-base/copyright" GCC-runtime.txt
@@ -52,18 +52,19 @@ libraries()
     awk -v group="# $1" '/^#/ { on = $0 == group } on && /^[^#]/ { printf "  %-22s %s\n", $1, $2 }' packaging/libraries.txt
 }
 
+# The newest version of the C library that the module asks for.
 glibc=$(readelf -V "$top"/Orvo.vst3/Contents/*/Orvo.so | grep -o 'GLIBC_[0-9.]*' | sort -Vu | tail -n 1)
 cat > "$top/README.txt" <<README
 Orvo $version, a clipper for mixing and mastering: a VST3 plug-in for Linux, $(uname -m)
 
-  ./install.sh      installs for you alone, without root: the module into ~/.vst3, the factory presets
-                    and the manual into ~/.config/Tessarin/Orvo (or below XDG_CONFIG_HOME)
-  ./uninstall.sh    removes them again; your own presets and settings stay
+  ./install.sh      copies the folder Orvo.vst3 into ~/.vst3, as you may do by hand: it has everything in it
+  ./uninstall.sh    removes it again; your own presets and settings stay
 
-The manual is "$(basename -- "$manual")"; the question mark in Orvo's window opens it.
+The manual is "Orvo.vst3/Contents/Resources/$(basename -- "$manual")"; the question mark in
+Orvo's window opens it.
 
 The module needs these shared libraries; behind them stand Debian's packages. libc must be version ${glibc#GLIBC_}
-or newer, as in Debian 12.
+or newer, as since Debian 12, Ubuntu 22.04 and RHEL 9.
 
 $(libraries linked)
 

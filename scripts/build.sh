@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # usage: scripts/build.sh [PROGRAM...]
-# Builds the release configuration and leaves the results at stable places under out/: the module and orvo-host, and the
-# programs that are named: orvo-bench, orvo-gallery, orvo-bank.
+# Builds the release configuration and leaves the results at stable places under out/: the module, with the manual if
+# scripts/package.sh has made it, orvo-host, and the programs that are named: orvo-bench, orvo-gallery, orvo-bank.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
@@ -29,6 +29,8 @@ scripts/setup.sh
 configure_and_build release --target Orvo_VST3 "${programs[@]//-/_}"
 
 place build/release/source/Orvo_artefacts/Release/VST3/Orvo.vst3 out/Orvo.vst3
+manual=$(compgen -G "out/Orvo Manual *.pdf" | sort -V | tail -n 1 || true)
+if [ -n "$manual" ]; then cp -- "$manual" out/Orvo.vst3/Contents/Resources; fi
 for program in "${programs[@]}"; do
     place "build/release/bin/$program" "out/bin/$program"
 done

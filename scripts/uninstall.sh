@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # usage: uninstall.sh
-# Removes what install.sh installed for this user: the module, the factory presets and the manual. The user's own
-# presets, settings and log stay. A second run finds nothing to do.
+# Removes for this user the module that install.sh installed, and the factory presets that the plug-in took from it. The
+# user's own presets, also those among the factory's, settings and log stay. A second run finds nothing to do.
 set -euo pipefail
 caller=$PWD
 cd "$(dirname "$0")"
@@ -10,23 +10,20 @@ source lib/installation.sh
 
 [ $# -eq 0 ] || fail "usage: $0"
 
-if [ ! -f "$manifest" ]; then
-    say "nothing to remove: install.sh has left no list of files in $presets"
-    exit
+rm -rf -- "$installed_module"
+
+# The plug-in's own list: its version, then for each file what cksum prints of it, and the name.
+list=$factory/.orvo-bank
+if [ -f "$list" ]; then
+    while read -r sum size file; do
+        case /$file/ in */../*) fail "$list names a file outside the factory folder: $file" ;; esac
+        if [ -L "$factory/$file" ] || [ ! -f "$factory/$file" ]; then continue; fi
+        if [ "$(cksum < "$factory/$file")" = "$sum $size" ]; then rm -- "$factory/$file"; fi
+    done < <(tail -n +2 -- "$list")
+    rm -- "$list"
+    find "$factory" -depth -type d -empty -delete
 fi
+rmdir -- "$configuration/Presets" "$configuration" "$base/Tessarin" 2> /dev/null || true
 
-module=$(installed module)
-case $module in */.vst3/Orvo.vst3) ;; *) fail "$manifest names no module of ours: $module" ;; esac
-
-mapfile -t files < <(installed preset)
-for file in "${files[@]}"; do remove_preset "$file"; done
-installed manual | while read -r file; do remove_manual "$file"; done
-rm -rf -- "$module"
-rm -f -- "$manifest"
-for folder in "$factory" "$presets" "$configuration" "$base/Tessarin"; do
-    rmdir -- "$folder" 2> /dev/null || true
-done
-
-say "removed: $module"
-say "removed: $(printf '%s\n' "${files[@]}" | grep -c '\.tpre$' || true) factory presets from $factory"
+say "removed: $installed_module, and the factory presets"
 say "your own presets, settings and the log stay in $configuration"

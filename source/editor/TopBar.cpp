@@ -1,5 +1,6 @@
 #include "TopBar.h"
 
+#include "common/BundleFolder.h"
 #include "common/ColourIds.h"
 #include "common/ConfigFolder.h"
 #include "common/FontHeights.h"
@@ -244,13 +245,16 @@ void TopBar::openSaveDialog()
 
 void TopBar::openManual()
 {
-    const auto manual =
-        getConfigFolder().getChildFile (processor.getName() + " Manual " + JucePlugin_VersionString + ".pdf");
+    const auto name = processor.getName() + " Manual " + JucePlugin_VersionString + ".pdf";
+    const auto manual = getConfigFolder().getChildFile (name);
 
-    if (manual.existsAsFile())
+    for (const auto& file : { manual, getBundleResource (name) })
     {
-        manual.startAsProcess();
-        return;
+        if (file.existsAsFile())
+        {
+            file.startAsProcess();
+            return;
+        }
     }
 
     processor.toastManager.showError ("Sorry, we can't find the manual. Please reinstall the plugin.");

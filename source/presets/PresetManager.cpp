@@ -1,7 +1,9 @@
 #include "PresetManager.h"
 
 #include "common/AtomicFile.h"
+#include "common/BundleFolder.h"
 #include "common/ConfigFolder.h"
+#include "presets/FactoryFolder.h"
 #include "presets/PresetFiles.h"
 #include "state/CheckedXml.h"
 #include "state/StateTree.h"
@@ -28,6 +30,7 @@ PresetManager::PresetManager (Owner& ownerToUse, juce::AudioProcessorValueTreeSt
     factoryFolder = presetRoot.getChildFile ("Factory");
     userFolder = presetRoot.getChildFile ("User");
 
+    FactoryFolder::update (factoryFolder, getBundleResource ("Factory"), JucePlugin_VersionString);
     loadPresets();
     numProgramsAtStart = presets.size();
 

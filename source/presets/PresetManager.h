@@ -56,7 +56,7 @@ public:
         virtual void presetRestored (Preset) {}
     };
 
-    /** Scans the folders and makes the first preset current. All arguments must outlive the manager; the
+    /** Sees that the factory folder is up to date, scans the folders and makes the first preset current. All arguments must outlive the manager; the
         toast manager may be null. */
     PresetManager (Owner& owner, juce::AudioProcessorValueTreeState& parameters, ToastManager* toastManager,
                    const std::function<void (juce::ValueTree&)>* onStateRestored);

@@ -7,12 +7,10 @@
 
 inline const juce::File trackedBank (ORVO_PRESETS);
 
-/** The commands of orvo-host, in a folder of their own and with presets as an installation has them. */
+/** The commands of orvo-host, in a folder of their own and with the presets that the module brings. */
 class Commands : public testing::Test
 {
 protected:
-    Commands() { trackedBank.copyDirectoryTo (config.preset ("Factory")); }
-
     [[nodiscard]] ProgramRun run (const juce::String& words) const { return runHost (temporary, words); }
 
     /** What it prints when all goes well. */

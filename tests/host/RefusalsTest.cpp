@@ -139,6 +139,7 @@ TEST_F (Commands, RefuseBadInputInOneLineAndHarmNoFile)
     }
 
     config.preset ("").deleteRecursively();
-    expectRefusal ("presets", 1, "no presets are installed");
+    config.file ("Presets").create();
+    expectRefusal ("presets", 1, "there are no presets");
 }
 } // namespace

@@ -9,6 +9,7 @@ import math
 import os
 import pathlib
 import re
+import shutil
 import struct
 import subprocess
 import sys
@@ -674,6 +675,18 @@ class PresetsTest(WindowTest):
         self.assertEqual(self.host.await_still(corner), before)
         self.host.click((60, 19))
         self.host.await_other(corner, before)
+
+    def test_the_manual_in_the_bundle_is_opened(self):
+        maps = pathlib.Path(f"/proc/{self.host.process.pid}/maps").read_text()
+        library = pathlib.Path(re.search(r"(/.*/Orvo\.so)$", maps, re.MULTILINE).group(1))
+        bundle, opened = self.folder / "Orvo.vst3", self.folder / "opened"
+        shutil.copytree(library.parents[2], bundle)
+        manual = bundle / "Contents/Resources/Orvo Manual 1.0.1.pdf"
+        manual.write_text("manual")
+        self.restart_with("xdg-open", f'echo "$@" > "{opened}"\n', "--plugin", str(bundle))
+        self.host.click((659, 19))
+        self.host.await_that(opened.exists, "the desktop is asked")
+        self.host.await_that(lambda: opened.read_text().strip() == str(manual), "for the manual")
 
     def test_a_missing_manual_is_told(self):
         self.host.click((659, 19))

@@ -1,17 +1,22 @@
 #include "Commands.h"
+#include "common/ConfigFolder.h"
 #include "Failure.h"
+#include "PluginHost.h"
 #include "PresetListing.h"
 
 #include <iostream>
 
 namespace
 {
-void runPresets (const Arguments&)
+void runPresets (const Arguments& arguments)
 {
+    // It brings the factory presets up to date.
+    const PluginHost host (findModule (arguments.valueOf (pluginOption.name, {})));
     const auto presets = listPresets();
 
     if (presets.isEmpty())
-        throw Failure ("no presets are installed; scripts/install.sh installs the factory bank");
+        throw Failure ("there are no presets, and the module could not put its own into "
+                       + tessarin::getConfigFolder().getFullPathName());
 
     juce::String folder;
 
@@ -29,7 +34,9 @@ void runPresets (const Arguments&)
 
 Command presetsCommand()
 {
-    return {
-        "presets", "", "lists the presets by folder, with their categories and descriptions", {}, runPresets
-    };
+    return { "presets",
+             "",
+             "lists the presets by folder, with their categories and descriptions",
+             { pluginOption },
+             runPresets };
 }
