@@ -13,6 +13,14 @@ using juce::KeyPress, juce::ModifierKeys;
 
 const KeyPress undoKey { 'z', ModifierKeys::commandModifier, 0 };
 const KeyPress redoKey { 'z', ModifierKeys::commandModifier | ModifierKeys::shiftModifier, 0 };
+const KeyPress copyKey { 'c', ModifierKeys::commandModifier, 0 };
+
+/** Also with Shift, which some keyboards need for a digit. */
+bool isCtrlAnd (char digit, const KeyPress& key)
+{
+    const auto mods = key.getModifiers();
+    return key.isKeyCode (digit) && mods.isCommandDown() && ! mods.isAltDown();
+}
 
 juce::PopupMenu::Item makeItem (const juce::String& verb, const juce::String& name, const KeyPress& key)
 {
@@ -25,7 +33,7 @@ juce::PopupMenu::Item makeItem (const juce::String& verb, const juce::String& na
 
 struct EditCommands::Command
 {
-    KeyPress key;
+    bool (*isCalledBy) (const KeyPress&);
     void (*perform) (EditCommands&);
 };
 
@@ -33,17 +41,21 @@ const EditCommands::Command* EditCommands::find (const KeyPress& key)
 {
     using Side = EditHistory::Side;
 
-    static const std::array<Command, 5> commands {
-        { { undoKey, [] (EditCommands& self) { self.history.undo(); } },
-          { redoKey, [] (EditCommands& self) { self.history.redo(); } },
-          { { '1', ModifierKeys::commandModifier, 0 }, [] (EditCommands& self) { self.listenTo (Side::a); } },
-          { { '2', ModifierKeys::commandModifier, 0 }, [] (EditCommands& self) { self.listenTo (Side::b); } },
-          { { 'c', ModifierKeys::commandModifier, 0 },
+    static constexpr std::array<Command, 5> commands {
+        { { [] (const KeyPress& k) { return k == undoKey; },
+            [] (EditCommands& self) { self.history.undo(); } },
+          { [] (const KeyPress& k) { return k == redoKey; },
+            [] (EditCommands& self) { self.history.redo(); } },
+          { [] (const KeyPress& k) { return isCtrlAnd ('1', k); },
+            [] (EditCommands& self) { self.listenTo (Side::a); } },
+          { [] (const KeyPress& k) { return isCtrlAnd ('2', k); },
+            [] (EditCommands& self) { self.listenTo (Side::b); } },
+          { [] (const KeyPress& k) { return k == copyKey; },
             [] (EditCommands& self) { self.history.copyAToB(); } } }
     };
 
     const auto* found = std::find_if (commands.begin(), commands.end(),
-                                      [&] (const Command& command) { return command.key == key; });
+                                      [&] (const Command& command) { return command.isCalledBy (key); });
     return found != commands.end() ? found : nullptr;
 }
 

@@ -156,3 +156,27 @@ TEST (Keyboard, TakesBackNoValueWhileOneIsTyped)
         EXPECT_NEAR (open.plugin.get ("threshold_single"), value, 1.0e-5) << key.getTextDescription();
     }
 }
+
+TEST (Keyboard, ChoosesAAndBOnEveryKeyboard)
+{
+    using juce::ModifierKeys;
+    using Side = tessarin::EditHistory::Side;
+    constexpr auto ctrl = ModifierKeys::ctrlModifier, shift = ModifierKeys::shiftModifier;
+
+    OpenEditor open;
+    auto& history = open.plugin.processor.editHistory;
+    open.editor->grabKeyboardFocus();
+
+    for (const auto modifiers : { ctrl + 0, ctrl | shift })
+        for (const auto& [digit, side] : { std::pair ('2', Side::b), { '1', Side::a } })
+        {
+            open.window->typeKey ({ digit, ModifierKeys (modifiers), 0 });
+            EXPECT_EQ (history.getHeardSide(), side) << digit << " " << modifiers;
+        }
+
+    for (const auto modifiers : { 0, ctrl | ModifierKeys::altModifier })
+    {
+        open.window->typeKey ({ '2', ModifierKeys (modifiers), 0 });
+        EXPECT_EQ (history.getHeardSide(), Side::a) << modifiers;
+    }
+}
