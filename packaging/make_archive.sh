@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # usage: packaging/make_archive.sh VERSION MODULE MANUAL JUCE OUTDIR
-# Packs OUTDIR/Orvo-VERSION-linux-ARCHITECTURE.tar.gz from the built module, into which it puts the manual, and the project's files. The
-# same module and manual of one commit give the same archive.
+# Packs OUTDIR/Orvo-VERSION-linux-ARCHITECTURE.tar.gz from the built module, into which it puts the manual, and the project's
+# files. The same module and manual of one commit give the same archive.
 set -euo pipefail
 export LC_ALL=C TZ=UTC
 
