@@ -42,9 +42,9 @@ void addMeterPairs (std::vector<Pair>&);
 void addParameterPairs (std::vector<Pair>&);
 void addSplitterPairs (std::vector<Pair>&);
 
-/** Measures each pair whose name contains `filter`, with every instruction set of this processor, and prints
-    a line for each: medians in ns per stereo sample, and the median of how many times faster. Both forms take
-    turns, so that what else the machine does meets both. Throws if they do not give the same audio, or the same readings. */
+/** Measures each pair whose name contains `filter`, with every instruction set of this processor, and prints a line
+    for each: medians in ns per stereo sample, and the median of how many times faster. Both forms take turns, so that
+    what else the machine does meets both. Throws if they do not give the same audio, or the same readings. */
 void printRatios (const std::string& filter);
 
 /** The whole plug-in, every section at work with "Soft I". */

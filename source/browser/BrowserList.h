@@ -7,8 +7,8 @@
 namespace tessarin
 {
 
-/** What table and tree of the browser share: which row lies under the mouse, and a frame while the tab key's focus is here.
-    Becomes a mouse listener of the view that holds the rows. Message thread. */
+/** What table and tree of the browser share: which row lies under the mouse, and a frame while the tab key's focus is
+    here. Becomes a mouse listener of the view that holds the rows. Message thread. */
 class BrowserList : public juce::Component
 {
 public:

@@ -17,9 +17,9 @@ public:
         return juce::CharacterFunctions::isLetterOrDigit (character);
     }
 
-    /** Takes one more character, and returns the index of the name to go to from `current`, which may be -1: the next one that
-        begins with what has been typed, round from the last to the first; -1 if none does. The same letter again and
-        again goes from each such name to the next. */
+    /** Takes one more character, and returns the index of the name to go to from `current`, which may be -1: the next
+        one that begins with what has been typed, round from the last to the first; -1 if none does. The same letter
+        again and again goes from each such name to the next. */
     [[nodiscard]] int type (juce::juce_wchar character, const juce::StringArray& names, int current);
 
     /** Replaced by tests. */

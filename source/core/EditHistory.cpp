@@ -11,8 +11,8 @@ namespace tessarin
 
 namespace
 {
-/** In units of one parameter in one gesture; a whole state takes some forty times its memory. A thousand turns of knobs,
-    or 25 presets. */
+/** In units of one parameter in one gesture; a whole state takes some forty times its memory. A thousand turns of
+    knobs, or 25 presets. */
 constexpr auto mostUnits = 1000;
 constexpr auto unitsOfState = 40;
 constexpr auto fewestSteps = 25;
@@ -267,8 +267,8 @@ void EditHistory::recordGestures()
     }
 }
 
-/** Whether the changes follow others so soon that they are one to the user: a wheel that is turned, or a key that is held. A
-    drag is a step of its own. */
+/** Whether the changes follow others so soon that they are one to the user: a wheel that is turned, or a key that is
+    held. A drag is a step of its own. */
 bool EditHistory::continuesRun()
 {
     constexpr juce::uint32 longestStrokeInMs = 50;

@@ -13,13 +13,13 @@
 namespace tessarin
 {
 
-/** Takes back what the user did in the window and brings it again, and keeps two states, A and B, to compare, each with a
-    history of its own.
+/** Takes back what the user did in the window and brings it again, and keeps two states, A and B, to compare, each
+    with a history of its own.
 
-    A step is a gesture on a parameter, a preset that the user loads, or the copy of A to B. Gestures that overlap are one
-    step, and so is a run of them on one parameter, as the wheel makes it. What a host automates makes none. A state or a
-    program that it brings ends the history of the state that is heard, as its steps have led elsewhere. Message thread,
-    but for `forget`.
+    A step is a gesture on a parameter, a preset that the user loads, or the copy of A to B. Gestures that overlap are
+    one step, and so is a run of them on one parameter, as the wheel makes it. What a host automates makes none. A
+    state or a program that it brings ends the history of the state that is heard, as its steps have led elsewhere.
+    Message thread, but for `forget`.
 */
 class EditHistory final : private juce::AudioProcessorListener, private PresetManager::Listener
 {
@@ -49,8 +49,8 @@ public:
     [[nodiscard]] juce::String getUndoName() const;
     [[nodiscard]] juce::String getRedoName() const;
 
-    /** Keeps the present state as the side that is heard, and makes the other one the present. The first time, B is what A
-        was. */
+    /** Keeps the present state as the side that is heard, and makes the other one the present. The first time, B is
+        what A was. */
     void listenTo (Side);
 
     [[nodiscard]] Side getHeardSide() const noexcept { return heard; }

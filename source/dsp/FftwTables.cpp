@@ -1,6 +1,7 @@
-// Static FFTW brings all that it could ever be asked for, a quarter of the module. It finds its pieces by tables, of which
-// the linker takes the first that it meets: these have what a transform from real numbers to complex ones can use whose
-// size is a power of two, and so the rest stays out. The plans, and the last bit of the results, are those of all tables.
+// Static FFTW brings all that it could ever be asked for, a quarter of the module. It finds its pieces by tables, of
+// which the linker takes the first that it meets: these have what a transform from real numbers to complex ones can
+// use whose size is a power of two, and so the rest stays out. The plans, and the last bit of the results, are those
+// of all tables.
 
 // By their names in FFTW, with sizes and, behind those of vectors, the instruction set.
 // clang-format off

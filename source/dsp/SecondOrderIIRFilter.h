@@ -38,8 +38,8 @@ public:
 
     virtual void reset() {}
 
-    /** In place, the first `numberOfChannels` channels; outputs within `quietest` of zero become zero. The meter's kernel
-        runs in its place; see docs/decisions/2026-11-22-kept-by-name.md. */
+    /** In place, the first `numberOfChannels` channels; outputs within `quietest` of zero become zero. The meter's
+        kernel runs in its place; see docs/decisions/2026-11-22-kept-by-name.md. */
     void processBlock (juce::AudioBuffer<float>& buffer) noexcept;
 
     /** For a state that met samples which are no numbers. */

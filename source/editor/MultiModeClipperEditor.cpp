@@ -40,7 +40,8 @@ MultiModeClipperEditor::MultiModeClipperEditor (MultiModeClipper* clipperToEdit,
     setUpButton (linkButton, linkAttachment, ParameterIds::linkPrefix + sectionId);
     setTooltips();
 
-    // On whichever thread changes the mode. The section forgets it before the panel dies, and waits for a call that runs.
+    // On whichever thread changes the mode. The section forgets it before the panel dies, and waits for a call that
+    // runs.
     clipper->setModeChangeHandler ([this] { modeUpdate.post(); });
 
     // Before the handler was set, a change told nobody.

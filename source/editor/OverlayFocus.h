@@ -8,8 +8,8 @@
 namespace tessarin
 {
 
-/** Keeps the keyboard with what lies on top of the window, be it messages, a dialog or the browser, and gives it back to
-    what had it before when that goes. What is covered gets no keys, as it gets no clicks. Message thread. */
+/** Keeps the keyboard with what lies on top of the window, be it messages, a dialog or the browser, and gives it back
+    to what had it before when that goes. What is covered gets no keys, as it gets no clicks. Message thread. */
 class OverlayFocus final : private juce::ComponentListener, private juce::FocusChangeListener
 {
 public:

@@ -5,8 +5,8 @@
 namespace tessarin
 {
 
-/** The box of the presets. While something differs from the preset, an asterisk stands behind the name, which is no part of
-    the text: that is the preset's. Message thread. */
+/** The box of the presets. While something differs from the preset, an asterisk stands behind the name, which is no
+    part of the text: that is the preset's. Message thread. */
 class PresetBox final : public juce::ComboBox
 {
 public:

@@ -19,8 +19,9 @@ namespace
 {
 constexpr auto updatePageBase = "https://tessarin.example/updates/";
 
-/** The menu of a folder's presets and folders; the items' identifiers are the list's indices plus 1. The current preset's
-    item loads it again, which the box would take for no choice; the folders around it are ticked, as it is. */
+/** The menu of a folder's presets and folders; the items' identifiers are the list's indices plus 1. The current
+    preset's item loads it again, which the box would take for no choice; the folders around it are ticked, as it
+    is. */
 juce::PopupMenu makeMenu (const juce::ValueTree& folder, int currentIndex,
                           const std::function<void()>& loadAgain, bool& holdsCurrent)
 {

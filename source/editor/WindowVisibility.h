@@ -8,9 +8,9 @@ namespace tessarin
 /** Whether anything of the window that shows a component can be seen: neither it nor one that it lies in is hidden or
     minimised, and others do not cover it. Message thread.
 
-    The X server tells that a window is covered, uncovered or shown again, but an inner window is not told that it goes with
-    one that it lies in: that is asked, which takes a wait for the answer, once a second. Where windows are composed, none
-    counts as covered.
+    The X server tells that a window is covered, uncovered or shown again, but an inner window is not told that it
+    goes with one that it lies in: that is asked, which takes a wait for the answer, once a second. Where windows are
+    composed, none counts as covered.
 */
 class WindowVisibility
 {

@@ -2,8 +2,8 @@
 
 #include <juce_graphics/juce_graphics.h>
 
-/** Themes are small JSON documents with named variables and sections of colour keys; those of `embeddedThemeNames` are compiled
-    in. */
+/** Themes are small JSON documents with named variables and sections of colour keys; those of `embeddedThemeNames`
+    are compiled in. */
 namespace tessarin::ThemeResolver
 {
 /** The document of an embedded theme; void for any other name. */

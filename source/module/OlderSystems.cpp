@@ -1,6 +1,6 @@
-// The module runs with the C library of 2021. The linker would bind it to the newest form of each function that the library
-// on the building machine has; those that have become newer since are bound here, by the linker's "--wrap", to the form
-// that they have had from the beginning. What the two forms compute is the same.
+// The module runs with the C library of 2021. The linker would bind it to the newest form of each function that the
+// library on the building machine has; those that have become newer since are bound here, by the linker's "--wrap",
+// to the form that they have had from the beginning. What the two forms compute is the same.
 
 extern "C"
 {

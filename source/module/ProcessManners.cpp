@@ -1,7 +1,7 @@
-// A plug-in is a guest in the host's process. JUCE, which serves whole programs too, changes some things that belong to
-// the process: the working folder and the environment (file dialogs), the locale (each key), and how many files may be
-// open (when it is loaded). The programs that it starts inherit whatever the host has open, and one that shows a document
-// is never asked how it ended. Of a system with many fonts it reads them all.
+// A plug-in is a guest in the host's process. JUCE, which serves whole programs too, changes some things that belong
+// to the process: the working folder and the environment (file dialogs), the locale (each key), and how many files
+// may be open (when it is loaded). The programs that it starts inherit whatever the host has open, and one that shows
+// a document is never asked how it ended. Of a system with many fonts it reads them all.
 //
 // The module is linked so that the calls in question, from JUCE or anything else in the module, arrive here instead of
 // in the C library ("--wrap"). Nothing outside the module is concerned. Threads: any.
@@ -100,8 +100,9 @@ int __wrap_setenv (const char*, const char*, int)
     return 0;
 }
 
-/** JUCE opens each font that is installed, thousands on some machines, when the first window asks for the font that we
-    bring. It is told of a folder without any; letters that ours lacks come from fontconfig, which knows where they are. */
+/** JUCE opens each font that is installed, thousands on some machines, when the first window asks for the font that
+    we bring. It is told of a folder without any; letters that ours lacks come from fontconfig, which knows where they
+    are. */
 char* __wrap_getenv (const char* name)
 {
     static char noFolder[] = "/dev/null";

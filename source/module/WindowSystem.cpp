@@ -15,16 +15,18 @@
 // It defines more of them.
 #include <X11/Xlibint.h>
 
-// JUCE asks the X server about windows of other programs, such as the one that has the focus, and any of them may be gone
-// before the question arrives. The X library hands such an error to the one error handler of the process. A program
-// made with JUCE brings a handler that ignores it; in a plug-in the handler is the host's, and most end the process.
+// JUCE asks the X server about windows of other programs, such as the one that has the focus, and any of them may be
+// gone before the question arrives. The X library hands such an error to the one error handler of the process. A
+// program made with JUCE brings a handler that ignores it; in a plug-in the handler is the host's, and most end the
+// process.
 //
 // JUCE looks up the functions of the X library by name. Some it gets from here instead (the module is linked with
 // "--wrap=dlsym"), so that errors of JUCE's connection stay with that connection and fewer come about. The handler of
-// the process, other connections and other plug-ins are not concerned. A connection that breaks stays the host's affair.
+// the process, other connections and other plug-ins are not concerned. A connection that breaks stays the host's
+// affair.
 //
-// The server gives a key to the window with the focus, which is ours after a click into it, and to no other. JUCE has no use
-// for one that no component wants, so it is sent on to the window around ours from here, with its release.
+// The server gives a key to the window with the focus, which is ours after a click into it, and to no other. JUCE has
+// no use for one that no component wants, so it is sent on to the window around ours from here, with its release.
 
 namespace
 {
@@ -125,8 +127,8 @@ bool isEmbedded (Window window)
                   == 0;
 }
 
-/** JUCE asks for each component that it moves whether the window manager has hidden the window, and waits for the answer.
-    No window manager writes a state to a window that lies in another. Message thread. */
+/** JUCE asks for each component that it moves whether the window manager has hidden the window, and waits for the
+    answer. No window manager writes a state to a window that lies in another. Message thread. */
 int getOwnProperty (Display* connection, Window window, Atom property, long offset, long length,
                     Bool isDeleted, Atom wantedType, Atom* type, int* format, unsigned long* numItems,
                     unsigned long* numBytesLeft, unsigned char** data)
@@ -158,8 +160,8 @@ int noteVisibility (Display* connection, XEvent* event)
     return result;
 }
 
-/** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. Some of the digits
-    have a text even while Ctrl is held, which text fields would take. */
+/** Gives the text in UTF-8, as JUCE reads it, where the library has none to give in the host's locale. Some of the
+    digits have a text even while Ctrl is held, which text fields would take. */
 int lookupText (XKeyEvent* event, const char* text, int size, KeySym* symbol, XComposeStatus* status)
 {
     const auto length = lookupString (event, text, size, symbol, status);
@@ -214,8 +216,8 @@ void passHeardKey()
     sendToHost (std::exchange (heardKey, {}));
 }
 
-/** A key that was sent by a program is not sent on: a host that gives its keys to the window with the focus would get it
-    back for ever. */
+/** A key that was sent by a program is not sent on: a host that gives its keys to the window with the focus would get
+    it back for ever. */
 int hearNextEvent (Display* connection, XEvent* event)
 {
     const auto result = noteVisibility (connection, event);

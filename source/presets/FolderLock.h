@@ -6,13 +6,13 @@
 namespace tessarin
 {
 
-/** A folder in which one process or thread works at a time. It is made with the lock, and goes with it if it is empty by
-    then. The lock ends with its process, too. */
+/** A folder in which one process or thread works at a time. It is made with the lock, and goes with it if it is empty
+    by then. The lock ends with its process, too. */
 class FolderLock final
 {
 public:
-    /** Waits for others for two seconds at most, and only while `isWorthWaiting`. Without the lock where the folder cannot
-        be made. */
+    /** Waits for others for two seconds at most, and only while `isWorthWaiting`. Without the lock where the folder
+        cannot be made. */
     FolderLock (std::filesystem::path folder, const std::function<bool()>& isWorthWaiting);
     ~FolderLock();
 

@@ -10,8 +10,8 @@
 namespace tessarin
 {
 
-/** Tells whether the parameters still have the values of the current preset. It goes by the preset's file, so that it knows
-    of a preset that a host's project has brought back, too. Message thread. */
+/** Tells whether the parameters still have the values of the current preset. It goes by the preset's file, so that it
+    knows of a preset that a host's project has brought back, too. Message thread. */
 class PresetComparison final
 {
 public:

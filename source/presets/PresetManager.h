@@ -56,8 +56,8 @@ public:
         virtual void presetRestored (Preset) {}
     };
 
-    /** Sees that the factory folder is up to date, scans the folders and makes the first preset current. All arguments must outlive the manager; the
-        toast manager may be null. */
+    /** Sees that the factory folder is up to date, scans the folders and makes the first preset current. All
+        arguments must outlive the manager; the toast manager may be null. */
     PresetManager (Owner& owner, juce::AudioProcessorValueTreeState& parameters, ToastManager* toastManager,
                    const std::function<void (juce::ValueTree&)>* onStateRestored);
 
@@ -101,9 +101,9 @@ public:
     /** What a load of the current preset sets, without loading it; invalid where that cannot be read. */
     [[nodiscard]] juce::ValueTree readCurrentPreset() const;
 
-    /** For a host's restore: makes the first preset with this path current, as a state holds it (see `makeValidText`),
-        else the first of all; with an empty list nothing changes. No file is looked at. The listeners are told later, on
-        the message thread. */
+    /** For a host's restore: makes the first preset with this path current, as a state holds it (see
+        `makeValidText`), else the first of all; with an empty list nothing changes. No file is looked at. The
+        listeners are told later, on the message thread. */
     void selectByPath (const juce::String& path);
 
     void addListener (Listener* listener) { listeners.add (listener); }

@@ -21,8 +21,8 @@ public:
     SettingsFile();
     ~SettingsFile() override;
 
-    /** Reads the file anew, as another instance may have changed it; unless a value still waits to be saved, which would
-        be lost. One that could not be saved waits until the file is another than it was then. */
+    /** Reads the file anew, as another instance may have changed it; unless a value still waits to be saved, which
+        would be lost. One that could not be saved waits until the file is another than it was then. */
     void refresh();
 
     /** Saves what has changed. A failure goes to the log, with what is known of its reason. */

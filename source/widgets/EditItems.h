@@ -5,7 +5,8 @@
 namespace luna
 {
 
-/** Of an editor that can take back what was done in it: what the menus of its controls offer for that. Message thread. */
+/** Of an editor that can take back what was done in it: what the menus of its controls offer for that. Message
+    thread. */
 class EditItems
 {
 public:

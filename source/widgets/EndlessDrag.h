@@ -5,8 +5,8 @@
 namespace luna
 {
 
-/** Lets a drag go on where the screen ends: there the pointer is set back to the middle of the screen, and only what the
-    hand does is counted.
+/** Lets a drag go on where the screen ends: there the pointer is set back to the middle of the screen, and only what
+    the hand does is counted.
 
     It jumps by itself, where a component of JUCE could only ask for it: positions that were on their way to us at the
     jump would count as a long way back there. Message thread.

@@ -10,9 +10,9 @@ namespace luna
 
 /** One beat for all that moves in a window, so that a frame is one turn of the message loop and one paint.
 
-    A widget that moves has a timer of its own, and needs no clock where it stands alone. The clock stops those timers when
-    the window is on a screen, and makes the same calls as often, just before the screen is painted; what is not visible is
-    left out. Without a window there is no beat. Message thread.
+    A widget that moves has a timer of its own, and needs no clock where it stands alone. The clock stops those timers
+    when the window is on a screen, and makes the same calls as often, just before the screen is painted; what is not
+    visible is left out. Without a window there is no beat. Message thread.
 */
 class FrameClock final
 {
@@ -20,8 +20,8 @@ public:
     /** Of the timers that it takes over, in milliseconds, and between two frames. */
     static constexpr int interval = 33;
 
-    /** What moves in the window lives as long as the clock. `isSeen` is asked before each frame, of which there is none if
-        it says no. */
+    /** What moves in the window lives as long as the clock. `isSeen` is asked before each frame, of which there is
+        none if it says no. */
     FrameClock (juce::Component& window, std::function<bool()> isSeen);
 
 private:

@@ -27,8 +27,8 @@ public:
     luna::Panel panel;
 
 protected:
-    /** For the button that the return key presses, with each new look and feel: in the primary colour, with an edge that is
-        seen in every theme. */
+    /** For the button that the return key presses, with each new look and feel: in the primary colour, with an edge
+        that is seen in every theme. */
     void colourAsDefault (juce::TextButton&);
 
     /** Where every dialog stands: 100 below the parent's top, or centred where that does not fit. */

@@ -7,13 +7,13 @@
 namespace luna
 {
 
-/** The menu that a right click opens on every control of a parameter: what we have for it, what the editor can take back,
-    and then what the host has, such as its automation. Message thread. */
+/** The menu that a right click opens on every control of a parameter: what we have for it, what the editor can take
+    back, and then what the host has, such as its automation. Message thread. */
 class ParameterMenu final : private juce::MouseListener
 {
 public:
-    /** `typeValue` opens the field for a value; without it the menu does not offer that. Without a parameter there is no
-        menu. The control outlives this. */
+    /** `typeValue` opens the field for a value; without it the menu does not offer that. Without a parameter there is
+        no menu. The control outlives this. */
     ParameterMenu (juce::Component& control, juce::RangedAudioParameter*,
                    std::function<void()> typeValue = {});
     ~ParameterMenu() override;

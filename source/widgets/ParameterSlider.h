@@ -11,8 +11,9 @@ namespace tessarin
 
 /** The slider of a parameter: what mouse and keys do on it. All of it listens, the value's text too.
 
-    A drag with the left button is JUCE's, which a held Ctrl or Alt makes finer the slower it is; with Shift it has a tenth
-    of the speed. It does not end with the screen. Wheel and keys go in steps of the parameter's unit. Message thread.
+    A drag with the left button is JUCE's, which a held Ctrl or Alt makes finer the slower it is; with Shift it has a
+    tenth of the speed. It does not end with the screen. Wheel and keys go in steps of the parameter's unit. Message
+    thread.
 */
 class ParameterSlider final : public CommaValueSlider
 {

@@ -15,12 +15,12 @@ public:
     /** The parameter outlives this. */
     explicit ParameterUnit (const juce::RangedAudioParameter&);
 
-    /** A number with or without the unit, with a decimal point or comma; a frequency may end in "k" or "kHz", and "-inf"
-        is the lowest of levels. What lies beyond the range is its end. Nothing if it is no such text. */
+    /** A number with or without the unit, with a decimal point or comma; a frequency may end in "k" or "kHz", and
+        "-inf" is the lowest of levels. What lies beyond the range is its end. Nothing if it is no such text. */
     [[nodiscard]] std::optional<float> parse (const juce::String& text) const;
 
-    /** The value that lies a number of steps above another one: steps of 0.5 dB, 1 % or a third of an octave, whatever the
-        range. */
+    /** The value that lies a number of steps above another one: steps of 0.5 dB, 1 % or a third of an octave,
+        whatever the range. */
     [[nodiscard]] double above (double value, double steps) const;
 
     /** How many steps one value lies above another one. */

@@ -9,17 +9,17 @@ namespace luna
 
 /** Something painted, kept on the pixels of the screen.
 
-    It is what would be painted without it, at any scale. An image that begins at the component's corner, as JUCE keeps them,
-    may lie between two pixels, and is then resampled into a softer one. Message thread.
+    It is what would be painted without it, at any scale. An image that begins at the component's corner, as JUCE
+    keeps them, may lie between two pixels, and is then resampled into a softer one. Message thread.
 */
 class PixelPicture final
 {
 public:
     /** How it is painted anew where it has changed.
 
-        JUCE rounds the first and last pixel of a row otherwise than those between, so a curve that is painted in parts shows
-        by one level of brightness where it was cut. Tiles are always cut at the same columns: painted at once or in parts,
-        the picture is the same. */
+        JUCE rounds the first and last pixel of a row otherwise than those between, so a curve that is painted in
+        parts shows by one level of brightness where it was cut. Tiles are always cut at the same columns: painted at
+        once or in parts, the picture is the same. */
     enum class Parts
     {
         any,
@@ -72,8 +72,8 @@ private:
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PixelPicture)
 };
 
-/** Keeps what the component and its children paint, in place of juce::Component::setBufferedToImage. `onRelease` is called
-    when the component is hidden, with whatever it lies in, and the picture is let go. */
+/** Keeps what the component and its children paint, in place of juce::Component::setBufferedToImage. `onRelease` is
+    called when the component is hidden, with whatever it lies in, and the picture is let go. */
 void bufferToPixels (juce::Component&, PixelPicture::Parts = PixelPicture::Parts::any,
                      std::function<void()> onRelease = {});
 

@@ -8,8 +8,8 @@
 namespace luna
 {
 
-/** A small field over a value, in which another one is typed. The return key takes it; what is no value is refused, marked,
-    and stays to be mended. Escape, a click elsewhere and the tab key leave the value as it was.
+/** A small field over a value, in which another one is typed. The return key takes it; what is no value is refused,
+    marked, and stays to be mended. Escape, a click elsewhere and the tab key leave the value as it was.
 
     It lies in the editor over all panels, so that it can be wider than what it covers. Message thread.
 */

@@ -28,8 +28,8 @@ void automate (PluginUnderTest& plugin, const juce::MemoryBlock& state, const st
         block.clear();
         plugin.process (block);
 
-        // What is left of the processor, whatever a sanitizer makes of its speed: JUCE's queue is served to its end, and
-        // has none for a host that leaves nothing.
+        // What is left of the processor, whatever a sanitizer makes of its speed: JUCE's queue is served to its end,
+        // and has none for a host that leaves nothing.
         std::this_thread::sleep_for (10 * (Clock::now() - begin));
     }
 }

@@ -1,6 +1,7 @@
-// A library to be loaded before a program's own, with LD_PRELOAD: of the calls that change the factory presets' folder or
-// the one beside it, the one with the number in ORVO_STOP_AT ends the process, or fails with the error in ORVO_STOP_BY. A
-// minus before the error lets all that follow fail too. That it came to this call tells the file named in ORVO_STOP_FLAG.
+// A library to be loaded before a program's own, with LD_PRELOAD: of the calls that change the factory presets'
+// folder or the one beside it, the one with the number in ORVO_STOP_AT ends the process, or fails with the error in
+// ORVO_STOP_BY. A minus before the error lets all that follow fail too. That it came to this call tells the file
+// named in ORVO_STOP_FLAG.
 
 #include <dlfcn.h>
 #include <fcntl.h>

@@ -4,7 +4,8 @@
 
 #include <initializer_list>
 
-/** They are unloaded with JUCE or with the plug-in, after which a leak report could not name them, nor a suppression match. */
+/** They are unloaded with JUCE or with the plug-in, after which a leak report could not name them, nor a suppression
+    match. */
 inline void keepScreenLibrariesLoaded()
 {
     for (const auto* name : { "libX11.so.6", "libXext.so.6", "libXcursor.so.1", "libXinerama.so.1",

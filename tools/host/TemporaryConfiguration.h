@@ -4,8 +4,8 @@
 
 #include <juce_core/juce_core.h>
 
-/** A home of its own for the module, so that what the user has neither shows nor changes, with a theme in it. Made before
-    the module is loaded; removed with all that the module wrote, its factory presets among it. */
+/** A home of its own for the module, so that what the user has neither shows nor changes, with a theme in it. Made
+    before the module is loaded; removed with all that the module wrote, its factory presets among it. */
 class TemporaryConfiguration
 {
 public:
