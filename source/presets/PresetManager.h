@@ -45,15 +45,15 @@ public:
         /** After a save, with the new current preset. */
         virtual void presetSaved (Preset preset) = 0;
 
-        /** Before a load, while the state is still the one that it replaces. None may follow. */
-        virtual void presetLoading() {}
-
         /** After a load, with the new current preset. */
         virtual void presetLoaded (Preset preset) = 0;
 
         /** Soon after a host's restore, with the preset that it has made current. On the message thread, whichever
             thread the restore was on. */
         virtual void presetRestored (Preset) {}
+
+        /** Before a load, while the state is still the one that it replaces. None may follow. */
+        virtual void presetLoading() {}
     };
 
     /** Sees that the factory folder is up to date, scans the folders and makes the first preset current. All
