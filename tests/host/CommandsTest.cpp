@@ -182,10 +182,12 @@ TEST_F (Commands, HelpNamesTheCommandsAndTheOptionsThatTheyTake)
 {
     const auto overview = lines ("--help");
     EXPECT_EQ (overview.joinIntoString ("|"), lines ("-h").joinIntoString ("|"));
-    EXPECT_EQ (overview.size(), 13);
+    EXPECT_EQ (overview.size(), 14);
+    const auto page = lines ("document man");
 
-    for (const juce::String usage : { "info", "params", "render IN [IN...] OUT", "bench", "presets",
-                                      "picture BEFORE AFTER OUT.png", "state save|load FILE", "open" })
+    for (const juce::String usage :
+         { "info", "params", "render IN [IN...] OUT", "bench", "presets", "picture BEFORE AFTER OUT.png",
+           "state save|load FILE", "open", "document man|bash" })
     {
         const auto command = usage.upToFirstOccurrenceOf (" ", false, false);
         const auto help = lines (command + " --help");
@@ -203,9 +205,34 @@ TEST_F (Commands, HelpNamesTheCommandsAndTheOptionsThatTheyTake)
             const auto refusal = words[1].isNotEmpty() ? words[0] + " needs a value: " + words[1]
                                                        : juce::String ("unknown option --none");
             EXPECT_GT (line.substring (24).length(), 10) << line;
+            EXPECT_TRUE (page.joinIntoString ("\n").contains (".B " + words[0].replace ("-", "\\-"))) << line;
             EXPECT_EQ (run (command + " " + words[0] + (words[1].isEmpty() ? " --none" : "")).errors,
                        "orvo-host: " + refusal + "\n");
         }
+    }
+}
+
+TEST_F (Commands, TheShellCompletesCommandsOptionsAndTheirValues)
+{
+    temporary.file ("notes of today.wav").create();
+    temporary.file ("completion")
+        .replaceWithText (lines ("document bash").joinIntoString ("\n"), false, false, "\n");
+
+    for (const auto& [words, expected] : { std::pair { "sta", "state" },
+                                           { "render --s", "--state|--set" },
+                                           { "render --bits ''", "16|24|32|float" },
+                                           { "render in.wav --preset x --fo", "--force" },
+                                           { "state l", "load" },
+                                           { "render no", "notes of today.wav" },
+                                           { "document m", "man" },
+                                           { "render --block no", "" },
+                                           { "open --play no", "notes of today.wav" } })
+    {
+        temporary.file ("ask").replaceWithText (
+            "source ./completion\nCOMP_WORDS=(orvo-host " + juce::String (words)
+                + ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_orvo_host\nIFS='|'; echo \"${COMPREPLY[*]}\"\n",
+            false, false, "\n");
+        EXPECT_EQ (runProgram (temporary, "bash ask").output, juce::String (expected) + "\n") << words;
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "Arguments.h"
 
-/** One command of the program. Each has a source file of its own and is listed in main.cpp. */
+/** One command of the program. Each has a source file of its own and is listed in Commands.cpp. */
 struct Command
 {
     const char* name;
@@ -28,3 +28,7 @@ Command pictureCommand();
 Command openCommand();
 Command presetsCommand();
 Command stateCommand();
+Command documentCommand();
+
+/** In the order of the usage text. */
+[[nodiscard]] const std::vector<Command>& allCommands();

@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "Failure.h"
 #include "scratch/TemporaryFolder.h"
+#include "Usage.h"
 
 #include <juce_events/juce_events.h>
 
@@ -9,39 +10,6 @@
 
 namespace
 {
-const std::vector<Command>& commands()
-{
-    static const std::vector<Command> all { infoCommand(),  paramsCommand(),  renderCommand(),
-                                            benchCommand(), pictureCommand(), presetsCommand(),
-                                            stateCommand(), openCommand() };
-    return all;
-}
-
-void printUsage (const Command& command)
-{
-    std::cout
-        << (juce::String ("usage: orvo-host ") + command.name + " [OPTIONS] " + command.operands).trimEnd()
-        << '\n'
-        << command.help << '\n';
-
-    for (const auto& option : command.options)
-        std::cout << "  "
-                  << (juce::String (option.name) + " " + (option.value != nullptr ? option.value : ""))
-                         .paddedRight (' ', 22)
-                  << option.help << '\n';
-}
-
-void printUsage()
-{
-    std::cout << "orvo-host: the Orvo plug-in as a program, through its VST3 module\n\ncommands:\n";
-
-    for (const auto& command : commands())
-        std::cout << "  " << juce::String (command.name).paddedRight (' ', 10)
-                  << juce::String (command.help).upToFirstOccurrenceOf ("\n", false, false) << '\n';
-
-    std::cout << "\n\"orvo-host COMMAND --help\" tells a command's options.\n";
-}
-
 void run (juce::StringArray words)
 {
     const auto wantsHelp = words.contains ("--help") || words.contains ("-h");
@@ -49,21 +17,21 @@ void run (juce::StringArray words)
     if (words.isEmpty() && ! wantsHelp)
         throw Failure ("no command; try --help", Failure::wrongUsage);
 
-    const auto command = std::find_if (commands().begin(), commands().end(),
+    const auto command = std::find_if (allCommands().begin(), allCommands().end(),
                                        [&] (const auto& c) { return words[0] == c.name; });
 
-    if (command == commands().end())
+    if (command == allCommands().end())
     {
         if (! wantsHelp)
             throw Failure ("unknown command \"" + words[0] + "\"; try --help", Failure::wrongUsage);
 
-        printUsage();
+        std::cout << usageOfAll();
         return;
     }
 
     if (wantsHelp)
     {
-        printUsage (*command);
+        std::cout << usageOf (*command);
         return;
     }
 

@@ -1,0 +1,9 @@
+#include "Commands.h"
+
+const std::vector<Command>& allCommands()
+{
+    static const std::vector<Command> all { infoCommand(),  paramsCommand(),  renderCommand(),
+                                            benchCommand(), pictureCommand(), presetsCommand(),
+                                            stateCommand(), openCommand(),    documentCommand() };
+    return all;
+}
