@@ -18,7 +18,7 @@ name=Orvo-$version-linux-$(uname -m)
 work=$(mktemp -d)
 trap 'rm -rf -- "$work"' EXIT
 top=$work/$name
-mkdir -p -- "$top/lib" "$top/licences" "$out"
+mkdir -p -- "$top/lib" "$out"
 
 cp -R -- "$module" "$top/Orvo.vst3"
 strip --strip-unneeded "$top"/Orvo.vst3/Contents/*/Orvo.so
@@ -26,25 +26,7 @@ cp -- "$manual" "$top/Orvo.vst3/Contents/Resources"
 cp -- scripts/install.sh scripts/uninstall.sh "$top"
 cp -- scripts/lib/common.sh scripts/lib/installation.sh "$top/lib"
 
-# Of everything that stands in the module or the manual.
-licence()
-{
-    [ -f "$1" ] || fail "a licence is missing: $1"
-    cp -- "$1" "$top/licences/$2"
-}
-licence LICENSE Orvo.txt
-licence resources/fonts/OFL.txt Nunito.txt
-licence "$juce/LICENSE.md" JUCE.md
-licence "$juce/modules/juce_audio_processors/format_types/VST3_SDK/LICENSE.txt" VST3-SDK.txt
-licence "$juce/modules/juce_graphics/fonts/harfbuzz/COPYING" HarfBuzz.txt
-licence "$juce/modules/juce_graphics/unicode/sheenbidi/LICENSE" SheenBidi.txt
-licence /usr/share/doc/libfftw3-dev/copyright FFTW.txt
-licence /usr/share/doc/libjpeg62-turbo-dev/copyright libjpeg.txt
-licence /usr/share/common-licenses/GPL-2 GPL-2.txt
-licence /usr/share/common-licenses/GPL-3 GPL-3.txt
-licence "/usr/share/doc/gcc-$(gcc -dumpversion | cut -d. -f1)-base/copyright" GCC-runtime.txt
-licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-noto Noto-Sans.txt
-licence /usr/share/ruby-asciidoctor-pdf/data/fonts/LICENSE-mplus M-plus.txt
+packaging/collect_licences.sh "$juce" "$top/licences"
 
 # libraries GROUP: the table's names and packages of that group.
 libraries()

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Sets up, builds, and leaves the release's archive, the manual, and the module with it in out/.
+# Sets up, builds, and leaves in out/ what is released: the archive, the Debian packages, the manual, and the module with
+# it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
 
 scripts/setup.sh --release
-configure_and_build release --target package
+configure_and_build release --target package packages
 scripts/build.sh

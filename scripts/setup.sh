@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # usage: scripts/setup.sh [--release]
 # Installs every package that building, testing and demonstrating Orvo needs, with --release also what the manual
-# needs, and places the JUCE source tree in .deps/juce. Idempotent: a second run only looks and takes about a second.
+# and Debian's packages need, and places the JUCE source tree in .deps/juce. Idempotent: a second run only looks and
+# takes about a second.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
+source scripts/lib/packages.sh
 
 packages=(
     # compilers and build tools
@@ -26,26 +28,10 @@ packages=(
 
 case "${1:-}" in
     "") ;;
-    # sets the manual
-    --release) packages+=(ruby-asciidoctor-pdf) ;;
+    # sets the manual, makes and checks Debian packages
+    --release) packages+=(ruby-asciidoctor-pdf debhelper lintian) ;;
     *) fail "usage: scripts/setup.sh [--release]" ;;
 esac
-
-install_packages()
-{
-    local missing=()
-    for package in "${packages[@]}"; do
-        dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
-    done
-    if [ ${#missing[@]} -eq 0 ]; then return; fi
-
-    say "installing with apt: ${missing[*]}"
-    if ! as_root apt-get update -qq; then
-        fail "apt could not refresh its package lists: is there a network connection?"
-    fi
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
-        || fail "apt could not install: ${missing[*]}"
-}
 
 # The pinned JUCE: Debian's source package of the suite trixie, signature checked by apt, Debian's patches
 # applied. A private sources file and list folder leave the system's own apt settings alone.
@@ -83,5 +69,5 @@ debian_mirror()
     apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 'Origin: Debian' 'Label: Debian' 2>/dev/null | head -n 1
 }
 
-install_packages
+install_packages "${packages[@]}"
 fetch_juce

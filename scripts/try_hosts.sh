@@ -11,6 +11,7 @@ set -euo pipefail
 caller=$PWD
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
+source scripts/lib/packages.sh
 
 # name, driver and its arguments, the system that the host comes from, and its packages
 hosts='ardour-7|ardour.py 7|here|ardour
@@ -46,20 +47,6 @@ find_build()
     say "module: $module"
 }
 
-# install_here PACKAGE...
-install_here()
-{
-    local missing=() package
-    for package in "$@"; do
-        dpkg-query -W -f='${db:Status-Status}' "$package" 2> /dev/null | grep -qx installed || missing+=("$package")
-    done
-    if [ ${#missing[@]} -eq 0 ]; then return; fi
-    say "installing with apt: ${missing[*]}"
-    as_root apt-get update -qq
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null \
-        || fail "apt could not install: ${missing[*]}"
-}
-
 # The hosts of Debian 13, in a root of their own; only root can enter it.
 root=$PWD/.deps/debian-13
 
@@ -67,7 +54,7 @@ root=$PWD/.deps/debian-13
 make_root()
 {
     if [ "$(cat "$root.packages" 2> /dev/null)" = "$*" ]; then return; fi
-    install_here mmdebstrap
+    install_packages mmdebstrap
     say "installing Debian 13 with $* into $root"
     as_root rm -rf "$root"
     mkdir -p .deps
@@ -89,7 +76,7 @@ install_all()
     done
     # shellcheck disable=SC2207
     there=($(grep '|debian-13|' <<< "$hosts" | cut -d'|' -f4 | xargs -n 1 | sort -u))
-    install_here xvfb xauth openbox xdotool imagemagick x11-utils wmctrl gcc binutils python3 python3-liblo python3-numpy \
+    install_packages xvfb xauth openbox xdotool imagemagick x11-utils wmctrl gcc binutils python3 python3-liblo python3-numpy \
         python3-soundfile "${here[@]}"
     for host in "${wanted[@]}"; do
         if [ "$(field "$host" 3)" = debian-13 ]; then make_root "${there[@]}"; break; fi
