@@ -11,9 +11,6 @@ extern "C"
     float firstHypotf (float, float);
 }
 
-__asm__(".symver firstHypot, hypot@GLIBC_2.2.5");
-__asm__(".symver firstHypotf, hypotf@GLIBC_2.2.5");
-
 double __wrap_hypot (double x, double y)
 {
     return firstHypot (x, y);
@@ -23,3 +20,8 @@ float __wrap_hypotf (float x, float y)
 {
     return firstHypotf (x, y);
 }
+
+// The formatter's versions differ about these.
+// clang-format off
+__asm__(".symver firstHypot, hypot@GLIBC_2.2.5");
+__asm__(".symver firstHypotf, hypotf@GLIBC_2.2.5");

@@ -112,6 +112,14 @@ using ChainKernels = kernels::SetAndWidth;
 
 INSTANTIATE_TEST_SUITE_P (Kernels, ChainKernels, kernels::setsAndWidths());
 
+/** At full scale, as the processor's registers do it where what is below the smallest normal number counts as zero;
+    compilers differ in what they make of JUCE's loop. */
+float clipped (float x)
+{
+    return std::abs (x) < std::numeric_limits<float>::min() ? std::copysign (0.0f, x)
+                                                            : std::clamp (x, -1.0f, 1.0f);
+}
+
 /** Renders beside JUCE's oversampler and filters over whole blocks, while the crossover moves. */
 void expectJuces (signals::Buffer signal, const std::vector<int>& lengths, int layout, int exponent)
 {
@@ -159,9 +167,8 @@ void expectJuces (signals::Buffer signal, const std::vector<int>& lengths, int l
 
             oversampler.processSamplesDown (block);
             for (auto channel = 0; channel < numChannels; ++channel)
-                juce::FloatVectorOperations::clip (buffer.getWritePointer (channel),
-                                                   buffer.getReadPointer (channel), -1.0f, 1.0f,
-                                                   buffer.getNumSamples());
+                for (auto i = 0; i < buffer.getNumSamples(); ++i)
+                    buffer.setSample (channel, i, clipped (buffer.getSample (channel, i)));
 
             ASSERT_TRUE (kernels::areSameBits (ours, buffer)) << "block " << number;
         });

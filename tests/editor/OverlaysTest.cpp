@@ -108,19 +108,15 @@ TEST (Overlays, HoldTheKeyboardAndGiveItBack)
         dispatchMessages();
     };
 
+    const auto clickOn = [&] (juce::Component* button) -> std::function<void()>
+    {
+        const auto click = [&open, button] { open.window->clickMouse (*button, { 5, 5 }); };
+        return click;
+    };
     const std::vector<std::pair<juce::Component*, std::function<void()>>> overlays {
-        { &e.settingsModal,
-          [&] {
-              open.window->clickMouse (e.topBar.settingsButton, { 5, 5 });
-          } },
-        { &e.savePresetModal,
-          [&] {
-              open.window->clickMouse (e.topBar.saveButton, { 5, 5 });
-          } },
-        { &e.presetBrowser,
-          [&] {
-              open.window->clickMouse (e.topBar.presetBrowserButton, { 5, 5 });
-          } },
+        { &e.settingsModal, clickOn (&e.topBar.settingsButton) },
+        { &e.savePresetModal, clickOn (&e.topBar.saveButton) },
+        { &e.presetBrowser, clickOn (&e.topBar.presetBrowserButton) },
         { &e.licenceDialog, [&] { e.topBar.buttonClicked (&e.topBar.licenceButton); } },
         { &toasts, [&] { toasts.showToast ("Note", tessarin::toastNotice, true); } },
     };
@@ -207,16 +203,14 @@ TEST (Overlays, PlaceTheSettingsAndShowTheLogFile)
     EXPECT_TRUE (pixels::showsText (image, scale, "GUI Scale", scale, font, text, panel,
                                     Justification::centredLeft, true));
 
-    const std::function<void()> presses[] { [&] {
-                                               open.window->clickMouse (modal.logButton, { 10, 10 });
-                                           },
-                                            [&]
-                                            {
-                                                modal.logButton.grabKeyboardFocus();
-                                                open.window->typeKey (
-                                                    juce::KeyPress (juce::KeyPress::spaceKey));
-                                                dispatchMessages();
-                                            } };
+    const auto click = [&] { open.window->clickMouse (modal.logButton, { 10, 10 }); };
+    const auto typeSpace = [&]
+    {
+        modal.logButton.grabKeyboardFocus();
+        open.window->typeKey (juce::KeyPress (juce::KeyPress::spaceKey));
+        dispatchMessages();
+    };
+    const std::function<void()> presses[] { click, typeSpace };
 
     for (const auto& press : presses)
     {

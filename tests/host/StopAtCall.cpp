@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -95,6 +96,11 @@ extern "C"
         ORVO_NEXT (rmdir, -1, path, path);
     }
 
+    FILE* fopen (const char* path, const char* mode)
+    {
+        ORVO_NEXT (fopen, nullptr, mode[0] == 'w' ? path : "", path, mode);
+    }
+
     FILE* fopen64 (const char* path, const char* mode)
     {
         ORVO_NEXT (fopen64, nullptr, mode[0] == 'w' ? path : "", path, mode);
@@ -108,6 +114,11 @@ extern "C"
     ssize_t writev (int file, const iovec* parts, int count)
     {
         ORVO_NEXT (writev, -1, nameOf (file), file, parts, count);
+    }
+
+    ssize_t sendfile (int to, int from, off_t* at, size_t size) noexcept
+    {
+        ORVO_NEXT (sendfile, -1, nameOf (to), to, from, at, size);
     }
 
     int unlinkat (int folder, const char* path, int flags) noexcept
