@@ -16,8 +16,8 @@ packages=(
     libxcursor-dev libxcomposite-dev libxrender-dev zlib1g-dev libpng-dev libjpeg-dev
     # the spectrum's transform
     libfftw3-dev
-    # for orvo-host: files of audio, what the X server paints
-    libsndfile1-dev libxdamage-dev
+    # for orvo-host: files of audio, their loudness, what the X server paints
+    libsndfile1-dev libebur128-dev libxdamage-dev
     # tests and benchmarks
     googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy
     # a screen for programs that open windows

@@ -182,12 +182,12 @@ TEST_F (Commands, HelpNamesTheCommandsAndTheOptionsThatTheyTake)
 {
     const auto overview = lines ("--help");
     EXPECT_EQ (overview.joinIntoString ("|"), lines ("-h").joinIntoString ("|"));
-    EXPECT_EQ (overview.size(), 14);
+    EXPECT_EQ (overview.size(), 15);
     const auto page = lines ("document man");
 
     for (const juce::String usage :
-         { "info", "params", "render IN [IN...] OUT", "bench", "presets", "picture BEFORE AFTER OUT.png",
-           "state save|load FILE", "open", "document man|bash" })
+         { "info", "params", "render IN [IN...] OUT", "master IN [IN...] OUT", "bench", "presets",
+           "picture BEFORE AFTER OUT.png", "state save|load FILE", "open", "document man|bash" })
     {
         const auto command = usage.upToFirstOccurrenceOf (" ", false, false);
         const auto help = lines (command + " --help");

@@ -232,6 +232,13 @@ TEST (Program, PrintsUnderItsTitlesWhatItDidToEachFile)
             EXPECT_NEAR (cell ("peak out").getDoubleValue(), clip.peakDb + gain, 0.05);
             EXPECT_NEAR (cell ("LUFS in").getDoubleValue(), loudness, 0.11);
             EXPECT_NEAR (cell ("LUFS out").getDoubleValue(), loudness + gain, 0.11);
+
+            // Its blocks lie in the file: at the tone's end alone three of them are partly full, and together one and a half.
+            const auto inFile = 10.0
+                                * std::log10 ((1.0 - 1.5 / clip.tenthsInHalf) * (clip.tenthsInHalf + 3.0)
+                                              / clip.tenthsInHalf);
+            EXPECT_NEAR (cell ("R 128").getDoubleValue(), loudness + gain + inFile, 0.11);
+            EXPECT_NEAR (cell ("dBTP").getDoubleValue(), clip.peakDb + gain, 0.1);
         }
 
         // A file's result does not hang on the files before it. A folder takes a single file, too.

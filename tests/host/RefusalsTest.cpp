@@ -51,7 +51,7 @@ TEST_F (Commands, RefuseBadInputInOneLineAndHarmNoFile)
     } const rows[] {
         { 1, "render missing.wav new.wav", "no such file" },
         { 1, "render sub new.wav", "not a file" },
-        { 1, "render text.wav new.wav", "not a WAV, AIFF, RF64, W64 or FLAC" },
+        { 1, "render text.wav new.wav", "not a WAV, AIFF, RF64, W64, CAF or FLAC" },
         { 1, "render nothing.flac new.wav", "not a WAV" },
         { 1, "render law.wav new.wav", "samples of the kind \"A-Law\"" },
         { 1, "render three.wav new.wav", "3 channels" },

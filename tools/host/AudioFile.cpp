@@ -1,5 +1,6 @@
 #include "AudioFile.h"
 
+#include "AudioMetadata.h"
 #include "Failure.h"
 
 #include <fcntl.h>
@@ -13,18 +14,18 @@ namespace
 /** By the name's ending. */
 int containerOf (const juce::File& file)
 {
-    const std::pair<const char*, int> containers[] { { "wav", SF_FORMAT_WAV },
-                                                     { "aif;aiff;aifc", SF_FORMAT_AIFF },
-                                                     { "rf64", SF_FORMAT_RF64 },
-                                                     { "w64", SF_FORMAT_W64 },
-                                                     { "flac", SF_FORMAT_FLAC } };
+    const std::pair<const char*, int> containers[] {
+        { "wav", SF_FORMAT_WAV },   { "aif;aiff;aifc", SF_FORMAT_AIFF },
+        { "rf64", SF_FORMAT_RF64 }, { "w64", SF_FORMAT_W64 },
+        { "caf", SF_FORMAT_CAF },   { "flac", SF_FORMAT_FLAC }
+    };
 
     for (const auto& [endings, container] : containers)
         if (file.hasFileExtension (endings))
             return container;
 
     throw Failure (file.getFullPathName()
-                   + ": an output's name ends in .wav, .aif, .aiff, .aifc, .rf64, .w64 or .flac");
+                   + ": an output's name ends in .wav, .aif, .aiff, .aifc, .rf64, .w64, .caf or .flac");
 }
 
 /** In the order of SampleFormat. */
@@ -57,15 +58,20 @@ bool isCut (const juce::File& file, int soundFormat)
 {
     const auto container = soundFormat & SF_FORMAT_TYPEMASK;
     const auto isWide = container == SF_FORMAT_W64, isAiff = container == SF_FORMAT_AIFF;
+    const auto isCaf = container == SF_FORMAT_CAF;
     const auto isBigEndian = isAiff || (soundFormat & SF_FORMAT_ENDMASK) == SF_ENDIAN_BIG;
     juce::FileInputStream stream (file);
     juce::int64 sizeBeyond32Bits = 0;
 
-    for (juce::int64 position = isWide ? 40 : 12; stream.setPosition (position) && ! stream.isExhausted();)
+    for (juce::int64 position = isWide  ? 40
+                                : isCaf ? 8
+                                        : 12;
+         stream.setPosition (position) && ! stream.isExhausted();)
     {
         std::array<char, 16> name {};
         stream.read (name.data(), isWide ? 16 : 4);
         juce::int64 size = isWide        ? stream.readInt64() - 24
+                           : isCaf       ? stream.readInt64BigEndian()
                            : isBigEndian ? static_cast<juce::uint32> (stream.readIntBigEndian())
                                          : static_cast<juce::uint32> (stream.readInt());
         const auto begin = stream.getPosition(), rest = stream.getTotalLength() - begin;
@@ -78,7 +84,7 @@ bool isCut (const juce::File& file, int soundFormat)
             sizeBeyond32Bits = stream.readInt64();
 
         size = juce::jlimit<juce::int64> (0, rest, size);
-        position = begin + size + (isWide ? -size & 7 : size & 1);
+        position = begin + size + (isWide ? -size & 7 : isCaf ? 0 : size & 1);
     }
 
     return true;
@@ -93,12 +99,12 @@ bool lacksItsEnd (SNDFILE* file, juce::int64 frames)
                || sf_seek (file, 0, SEEK_SET) != 0);
 }
 
-/** In the upper bits of 32: held at full scale; what is no number, or infinite, is silence. */
-int toInteger (float sample, int bits)
+/** In the upper bits of 32: held at full scale; what is no number, or infinite, is silence. `dither`: in steps. */
+int toInteger (float sample, int bits, double dither)
 {
     const auto fullScale = std::ldexp (1.0, bits - 1);
     const auto scaled =
-        std::isfinite (sample) ? std::nearbyint (static_cast<double> (sample) * fullScale) : 0.0;
+        std::isfinite (sample) ? std::nearbyint (static_cast<double> (sample) * fullScale + dither) : 0.0;
     return static_cast<int> (std::ldexp (juce::jlimit (-fullScale, fullScale - 1.0, scaled), 32 - bits));
 }
 } // namespace
@@ -118,12 +124,12 @@ AudioFileReader::AudioFileReader (const juce::File& source) : path (source.getFu
         throw Failure (path + ": cannot be read");
 
     const auto container = info.format & SF_FORMAT_TYPEMASK;
-    const std::array known { SF_FORMAT_WAV,  SF_FORMAT_WAVEX, SF_FORMAT_AIFF,
-                             SF_FORMAT_RF64, SF_FORMAT_W64,   SF_FORMAT_FLAC };
+    const std::array known { SF_FORMAT_WAV, SF_FORMAT_WAVEX, SF_FORMAT_AIFF, SF_FORMAT_RF64,
+                             SF_FORMAT_W64, SF_FORMAT_CAF,   SF_FORMAT_FLAC };
 
     // By content and not by name.
     if (file == nullptr || std::find (known.begin(), known.end(), container) == known.end())
-        throw Failure (path + ": not a WAV, AIFF, RF64, W64 or FLAC file that can be read");
+        throw Failure (path + ": not a WAV, AIFF, RF64, W64, CAF or FLAC file that can be read");
 
     if (info.channels < 1 || info.channels > 2)
         throw Failure (path + ": has " + juce::String (info.channels)
@@ -202,9 +208,15 @@ AudioFileWriter::~AudioFileWriter()
     temporary.deleteFile();
 }
 
+void AudioFileWriter::copyMetadata (const AudioFileReader& source)
+{
+    copySoundMetadata (source.getSound(), file.get());
+}
+
 void AudioFileWriter::write (const juce::AudioBuffer<float>& frames, int numFrames)
 {
     const auto isFloat = shape.format == SampleFormat::float32;
+    const auto isDithered = shape.dither && bitsOf (shape.format) < 32;
     std::vector<float> floats;
     std::vector<int> integers;
 
@@ -216,7 +228,8 @@ void AudioFileWriter::write (const juce::AudioBuffer<float>& frames, int numFram
             if (isFloat)
                 floats.push_back (sample);
             else
-                integers.push_back (toInteger (sample, bitsOf (shape.format)));
+                integers.push_back (toInteger (sample, bitsOf (shape.format),
+                                               isDithered ? noise.nextDouble() - noise.nextDouble() : 0.0));
         }
 
     if ((isFloat ? sf_writef_float (file.get(), floats.data(), numFrames)

@@ -22,6 +22,9 @@ struct AudioShape
     int channels = 0;
     juce::int64 frames = 0;
     SampleFormat format = SampleFormat::int16;
+
+    /** Of a file that is written: TPDF dither of one bit to either side, the same for each file, for 16 and 24 bits. */
+    bool dither = false;
 };
 
 struct CloseSound
@@ -31,7 +34,7 @@ struct CloseSound
 
 using SoundPointer = std::unique_ptr<SNDFILE, CloseSound>;
 
-/** A WAV, AIFF, RF64, W64 or FLAC file, mono or stereo, read in pieces. */
+/** A WAV, AIFF, RF64, W64, CAF or FLAC file, mono or stereo, read in pieces. */
 class AudioFileReader
 {
 public:
@@ -42,6 +45,9 @@ public:
 
     /** Fills `destination`; frames beyond the end are silence. */
     void read (juce::AudioBuffer<float>& destination, juce::int64 firstFrame);
+
+    /** For what libsndfile reads beside the audio. */
+    [[nodiscard]] SNDFILE* getSound() const noexcept { return file.get(); }
 
 private:
     juce::String path;
@@ -61,6 +67,9 @@ public:
     AudioFileWriter (const juce::File& target, const AudioShape& shape);
     ~AudioFileWriter();
 
+    /** Takes over what describes the audio, as far as the format has room for it; before the first `write`. */
+    void copyMetadata (const AudioFileReader&);
+
     /** Appends the first `numFrames`. Samples beyond full scale are held at it, except in float files. */
     void write (const juce::AudioBuffer<float>& frames, int numFrames);
 
@@ -71,6 +80,7 @@ private:
     juce::File target, temporary;
     AudioShape shape;
     SoundPointer file;
+    juce::Random noise { 1 };
 
     JUCE_DECLARE_NON_COPYABLE (AudioFileWriter)
 };

@@ -23,6 +23,7 @@ struct Command
 Command infoCommand();
 Command paramsCommand();
 Command renderCommand();
+Command masterCommand();
 Command benchCommand();
 Command pictureCommand();
 Command openCommand();

@@ -63,15 +63,22 @@ juce::String manualPage()
     for (const auto& command : allCommands())
         page << commandInPage (command);
 
-    return page + ".SH EXIT STATUS\n.TP\n.B " + juce::String (Failure::failed)
-           + "\nsomething could not be done; one line on the error stream says what and why\n.TP\n.B "
-           + juce::String (Failure::wrongUsage)
-           + "\nthe command line was not understood; nothing was done\n.PP\nOtherwise 0.\n"
-             ".SH FILES\n.TP\n.I ~/.config/Tessarin/Orvo\npresets, settings and the log, below "
-             ".BR XDG_CONFIG_HOME \" if that is set\"\n"
+    page << ".SH EXIT STATUS\n";
+    for (const auto& [status, meaning] :
+         { std::pair { 0, "all was done" },
+           { Failure::failed, "something could not be done; a line on the error stream says what and why" },
+           { Failure::wrongUsage, "the command line was not understood; nothing was done" },
+           { Failure::targetMissed, "a loudness could not be reached; all else was done" },
+           { Failure::interrupted, "a batch was interrupted; the files that it names are whole" } })
+        page << ".TP\n.B " << status << '\n' << meaning << '\n';
+
+    return page
+           + ".SH FILES\n.TP\n.I ~/.config/Tessarin/Orvo\npresets, settings and the log; below\n"
+             ".B XDG_CONFIG_HOME\nif that is set\n"
              ".SH EXAMPLES\n.nf\norvo\\-host render mix.wav clipped.wav \\-\\-set threshold_single=\\-3 "
              "\\-\\-set oversampling=4x\norvo\\-host render stems/*.wav processed/ \\-\\-preset "
-             "\"Factory/Mastering/Gentle Master\"\n.fi\n";
+             "\"Factory/Mastering/Gentle Master\"\n"
+             "orvo\\-host master album/*.wav release/ \\-\\-album \\-\\-loudness \\-9 \\-\\-peak \\-1\n.fi\n";
 }
 
 /** The words that an option's value or a command's operand can be, or nothing if it is no choice. */

@@ -49,3 +49,14 @@ void applySettings (PluginHost& host, const Arguments& arguments)
     for (const auto& setting : arguments.valuesOf ("--set"))
         applySetting (host, setting);
 }
+
+juce::StringArray settingsApartFromDefaults (PluginHost& host)
+{
+    juce::StringArray settings;
+
+    for (const auto& parameter : host.getParameters())
+        if (! parameter.isAddedByWrapper() && parameter.getText() != parameter.getDefaultText())
+            settings.add (parameter.getId() + "=" + parameter.getText());
+
+    return settings;
+}

@@ -12,6 +12,9 @@ void applyPreset (PluginHost& host, const juce::String& name);
 void applyState (PluginHost& host, const juce::File& file);
 void applySetting (PluginHost& host, const juce::String& setting);
 
+/** Every parameter that is not at its default, as "--set" takes it. */
+[[nodiscard]] juce::StringArray settingsApartFromDefaults (PluginHost& host);
+
 /** The options that `applySettings` knows. */
 inline constexpr Option presetOption {
     "--preset", "NAME", "a preset by its name, or by its folders and name, as \"presets\" lists them"

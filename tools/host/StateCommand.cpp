@@ -22,14 +22,6 @@ void saveState (PluginHost& host, const juce::File& file, bool mayReplace)
     std::cout << file.getFullPathName() << ": " << block.getSize() << " bytes\n";
 }
 
-/** What a state sets apart from the defaults. */
-void printSettings (PluginHost& host)
-{
-    for (const auto& parameter : host.getParameters())
-        if (! parameter.isAddedByWrapper() && parameter.getText() != parameter.getDefaultText())
-            std::cout << parameter.getId() << '=' << parameter.getText() << '\n';
-}
-
 void runState (const Arguments& arguments)
 {
     const auto& operands = arguments.operands;
@@ -54,7 +46,9 @@ void runState (const Arguments& arguments)
     }
 
     applyState (host, file);
-    printSettings (host);
+
+    for (const auto& setting : settingsApartFromDefaults (host))
+        std::cout << setting << '\n';
 }
 } // namespace
 

@@ -65,7 +65,9 @@ int main (int argc, char** argv)
     }
     catch (const Failure& failure)
     {
-        std::cerr << "orvo-host: " << failure.what() << '\n';
+        std::cout.flush();
+        if (*failure.what() != 0)
+            std::cerr << "orvo-host: " << failure.what() << '\n';
         return failure.exitCode;
     }
     catch (const std::exception& error)
