@@ -69,7 +69,7 @@ juce::String manualPage()
            { Failure::failed, "something could not be done; a line on the error stream says what and why" },
            { Failure::wrongUsage, "the command line was not understood; nothing was done" },
            { Failure::targetMissed, "a loudness could not be reached; all else was done" },
-           { Failure::interrupted, "a batch was interrupted; the files that it names are whole" } })
+           { Failure::interrupted, "a batch was interrupted; what is written is whole" } })
         page << ".TP\n.B " << status << '\n' << meaning << '\n';
 
     return page
