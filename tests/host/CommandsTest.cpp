@@ -182,12 +182,13 @@ TEST_F (Commands, HelpNamesTheCommandsAndTheOptionsThatTheyTake)
 {
     const auto overview = lines ("--help");
     EXPECT_EQ (overview.joinIntoString ("|"), lines ("-h").joinIntoString ("|"));
-    EXPECT_EQ (overview.size(), 15);
+    EXPECT_EQ (overview.size(), 16);
     const auto page = lines ("document man");
 
     for (const juce::String usage :
          { "info", "params", "render IN [IN...] OUT", "master IN [IN...] OUT", "bench", "presets",
-           "picture BEFORE AFTER OUT.png", "state save|load FILE", "open", "document man|bash" })
+           "picture BEFORE AFTER OUT.png", "loudness FILE [FILE...]", "state save|load FILE", "open",
+           "document man|bash" })
     {
         const auto command = usage.upToFirstOccurrenceOf (" ", false, false);
         const auto help = lines (command + " --help");
@@ -233,6 +234,64 @@ TEST_F (Commands, TheShellCompletesCommandsOptionsAndTheirValues)
                 + ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_orvo_host\nIFS='|'; echo \"${COMPREPLY[*]}\"\n",
             false, false, "\n");
         EXPECT_EQ (runProgram (temporary, "bash ask").output, juce::String (expected) + "\n") << words;
+    }
+}
+
+TEST_F (Commands, LoudnessReadsWhatTonesOfKnownLevelsHave)
+{
+    // A sine of 1 kHz in both channels is as loud as its peak; in one channel 3.01 LU less.
+    const struct
+    {
+        juce::String name;
+        int channels;
+        std::vector<std::pair<double, double>> steps; // level in dB and seconds
+        std::vector<double> expected;                 // by column, within 0.1
+    } files[] {
+        { "gate.wav", 2, { { -36, 10 }, { -23, 60 }, { -36, 10 } }, { -23, -36, -23, -36, -23 } },
+        { "mono.wav", 1, { { -20, 40 } }, { -23, -23, -23, -23, -23, 0 } },
+        { "range.wav", 2, { { -20, 20 }, { -30, 20 } }, { -22.6, -30, -20, -30, -20, 10 } },
+        { "end.wav", 2, { { -20, 4 }, { -200, 0.2 } }, { -20.2, -23, -20, -20.3, -20 } },
+        { "nothing.wav", 2, { { -200, 1 } }, {} },
+    };
+
+    juce::String words ("loudness");
+
+    for (const auto& file : files)
+    {
+        auto frames = 0;
+        for (const auto& step : file.steps)
+            frames += juce::roundToInt (48000.0 * step.second);
+
+        juce::AudioBuffer<float> audio (file.channels, frames);
+        auto at = 0;
+        for (const auto& [level, seconds] : file.steps)
+            for (const auto end = at + juce::roundToInt (48000.0 * seconds); at < end; ++at)
+                for (auto channel = 0; channel < file.channels; ++channel)
+                    audio.setSample (
+                        channel, at,
+                        static_cast<float> (std::pow (10.0, 0.05 * level)
+                                            * std::sin (juce::MathConstants<double>::twoPi * at / 48.0)));
+
+        writeWav (temporary.file (file.name), audio, 48000.0, 32);
+        words << ' ' << file.name;
+    }
+
+    const auto table = lines (words);
+    ASSERT_EQ (table.size(), 6);
+
+    for (auto row = 0; row < 5; ++row)
+    {
+        const auto& [name, channels, steps, expected] = files[row];
+        auto cells = juce::StringArray::fromTokens (table[row + 1], " ", "");
+        cells.removeEmptyStrings();
+        ASSERT_EQ (cells.size(), 7) << table[row + 1];
+        EXPECT_EQ (cells[0], name);
+
+        for (size_t i = 0; i < expected.size(); ++i)
+            EXPECT_NEAR (cells[static_cast<int> (i) + 1].getDoubleValue(), expected[i], 0.1)
+                << table[row + 1];
+
+        EXPECT_EQ (cells.joinIntoString (" ").endsWith (".wav - - - - - -"), expected.empty());
     }
 }
 

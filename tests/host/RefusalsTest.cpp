@@ -96,6 +96,8 @@ TEST_F (Commands, RefuseBadInputInOneLineAndHarmNoFile)
         { 1, "picture in.wav stereo.wav new.png", "differ in length, channels" },
         { 1, "picture in.wav other.wav new.png", "sample rate" },
         { 1, "picture empty.wav empty.wav new.png", "up to half an hour" },
+        { 2, "loudness", "one file or more" },
+        { 1, "loudness in.wav text.wav", "text.wav" },
         { 2, "state", "save FILE" },
         { 2, "state keep it", "load FILE" },
         { 2, "state load in.wav --set in_gain=3", "belongs to" },

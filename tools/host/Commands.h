@@ -26,6 +26,7 @@ Command renderCommand();
 Command masterCommand();
 Command benchCommand();
 Command pictureCommand();
+Command loudnessCommand();
 Command openCommand();
 Command presetsCommand();
 Command stateCommand();

@@ -14,6 +14,8 @@ public:
 
     [[nodiscard]] float getPeak() const noexcept { return peak; }
 
+    [[nodiscard]] kf::LUFSData getLoudness() const noexcept { return meter.getData(); }
+
     /** In dBFS, "-inf" for silence. */
     [[nodiscard]] juce::String getPeakText() const;
 
