@@ -12,6 +12,7 @@ caller=$PWD
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
 source scripts/lib/packages.sh
+source scripts/lib/built.sh
 
 # name, driver and its arguments, the system that the host comes from, and its packages
 hosts='ardour-7|ardour.py 7|here|ardour
@@ -36,16 +37,6 @@ while [ $# -gt 0 ]; do
 done
 [[ $rounds =~ ^[1-9][0-9]*$ ]] || usage
 if [ ${#wanted[@]} -eq 0 ]; then mapfile -t wanted < <(cut -d'|' -f1 <<< "$hosts"); fi
-
-find_build()
-{
-    program=$PWD/out/bin/orvo-host
-    if [ -z "$module" ]; then module=$PWD/out/Orvo.vst3; fi
-    if [ ! -d "$module" ]; then module=$PWD/build/ci/source/Orvo_artefacts/Release/VST3/Orvo.vst3; fi
-    if [ ! -x "$program" ]; then program=$PWD/build/ci/bin/orvo-host; fi
-    [ -d "$module" ] && [ -x "$program" ] || fail "no module or no orvo-host: build them first, with scripts/build.sh"
-    say "module: $module"
-}
 
 # The hosts of Debian 13, in a root of their own; only root can enter it.
 root=$PWD/.deps/debian-13
