@@ -41,6 +41,7 @@ set(ORVO_JUCE_DEFINITIONS
     JUCE_REPORT_APP_USAGE=0
     JUCE_VST3_CAN_REPLACE_VST2=0
     JUCE_PLUGINHOST_VST3=1
+    JUCE_PLUGINHOST_LV2=1
     JUCE_STRICT_REFCOUNTEDPOINTER=1)
 
 # orvo_export_juce(name target): makes the interface library `name`, through which programs link to `target`, which

@@ -18,6 +18,7 @@ licence LICENSE Orvo.txt
 licence resources/fonts/OFL.txt Nunito.txt
 licence "$juce/LICENSE.md" JUCE.md
 licence "$juce/modules/juce_audio_processors/format_types/VST3_SDK/LICENSE.txt" VST3-SDK.txt
+licence "$juce/modules/juce_audio_processors/format_types/LV2_SDK/lv2/COPYING" LV2.txt
 licence "$juce/modules/juce_graphics/fonts/harfbuzz/COPYING" HarfBuzz.txt
 licence "$juce/modules/juce_graphics/unicode/sheenbidi/LICENSE" SheenBidi.txt
 licence /usr/share/doc/libfftw3-dev/copyright FFTW.txt

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Sets up, builds, and leaves in out/ what is released: the archive, the Debian packages, the manual, and the module with
+# Sets up, builds, and leaves in out/ what is released: the archive, the Debian packages, the manual, and the modules with
 # it.
 set -euo pipefail
 cd "$(dirname "$0")/.."

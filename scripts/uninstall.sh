@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # usage: uninstall.sh
-# Removes for this user the module that install.sh installed, and the factory presets that the plug-in took from it. The
+# Removes for this user the modules that install.sh installed, and the factory presets that the plug-in took from it. The
 # user's own presets, also those among the factory's, settings and log stay. A second run finds nothing to do.
 set -euo pipefail
 caller=$PWD
@@ -10,7 +10,8 @@ source lib/installation.sh
 
 [ $# -eq 0 ] || fail "usage: $0"
 
-rm -rf -- "$installed_module"
+modules=("$(installed_as Orvo.vst3)" "$(installed_as Orvo.lv2)")
+rm -rf -- "${modules[@]}"
 
 # The plug-in's own list: its version, then for each file what cksum prints of it, and the name.
 list=$factory/.orvo-bank
@@ -25,5 +26,5 @@ if [ -f "$list" ]; then
 fi
 rmdir -- "$configuration/Presets" "$configuration" "$base/Tessarin" 2> /dev/null || true
 
-say "removed: $installed_module, and the factory presets"
+say "removed: ${modules[*]}, and the factory presets"
 say "your own presets, settings and the log stay in $configuration"

@@ -5,14 +5,19 @@ namespace tessarin
 
 juce::File getBundleResource (const juce::String& name)
 {
-    // In a bundle, the library is in "Contents/<processor>-linux".
-    const auto library = juce::File::getSpecialLocation (juce::File::currentExecutableFile);
-    const auto contents = library.getParentDirectory().getParentDirectory();
+    const auto folder =
+        juce::File::getSpecialLocation (juce::File::currentExecutableFile).getParentDirectory();
 
-    if (contents.getFileName() != "Contents")
-        return {};
+    // In a VST3 bundle, the library is in "Contents/<processor>-linux"; in an LV2 bundle, beside its description.
+    const auto contents = folder.getParentDirectory();
 
-    return contents.getChildFile ("Resources").getChildFile (name);
+    if (contents.getFileName() == "Contents")
+        return contents.getChildFile ("Resources").getChildFile (name);
+
+    if (folder.getChildFile ("manifest.ttl").existsAsFile())
+        return folder.getChildFile ("Resources").getChildFile (name);
+
+    return {};
 }
 
 } // namespace tessarin

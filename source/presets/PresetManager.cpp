@@ -313,13 +313,17 @@ Preset PresetManager::getCurrentPreset() const
 
 void PresetManager::selectByPath (const juce::String& path)
 {
+    const auto isWithinPresets = path.isNotEmpty() && ! juce::File::isAbsolutePath (path);
+    const auto wanted =
+        isWithinPresets ? makeValidText (factoryFolder.getSiblingFile (path).getFullPathName()) : path;
+
     {
         const juce::ScopedLock scope (lock);
 
         if (! presets.isEmpty())
             currentPreset = presets.getFirst();
 
-        selectFirst ([&path] (const Preset& preset) { return makeValidText (preset.path) == path; });
+        selectFirst ([&wanted] (const Preset& preset) { return makeValidText (preset.path) == wanted; });
     }
 
     restoreMessage.triggerAsyncUpdate();

@@ -102,8 +102,9 @@ public:
     [[nodiscard]] juce::ValueTree readCurrentPreset() const;
 
     /** For a host's restore: makes the first preset with this path current, as a state holds it (see
-        `makeValidText`), else the first of all; with an empty list nothing changes. No file is looked at. The
-        listeners are told later, on the message thread. */
+        `makeValidText`), else the first of all; with an empty list nothing changes. A relative path, as in the states
+        that an LV2 bundle brings for hosts, begins in the folder of all presets. No file is looked at. The listeners
+        are told later, on the message thread. */
     void selectByPath (const juce::String& path);
 
     void addListener (Listener* listener) { listeners.add (listener); }

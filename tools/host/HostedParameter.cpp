@@ -30,14 +30,15 @@ Number parseNumber (const juce::String& text)
 }
 } // namespace
 
-HostedParameter::HostedParameter (juce::AudioProcessorParameter& p, juce::String ownId)
-    : parameter (p), id (std::move (ownId))
+HostedParameter::HostedParameter (juce::AudioProcessorParameter& p, juce::String ownId,
+                                  const juce::AudioProcessorParameter* texts)
+    : parameter (p), id (std::move (ownId)), textSource (texts != nullptr ? *texts : p)
 {
 }
 
 juce::String HostedParameter::textAt (float normalised) const
 {
-    return parameter.getText (normalised, 128);
+    return textSource.getText (normalised, 128);
 }
 
 void HostedParameter::setFromText (const juce::String& text)

@@ -7,13 +7,14 @@
 /** One parameter of the loaded module, as a host sees it.
 
     VST3 gives a host values from 0 to 1 and their texts. The kind and the range in plain units are therefore
-    read from the texts that the module itself makes, so that they cannot differ from what it does.
+    read from the texts that the module itself makes, so that they cannot differ from what it does. LV2 gives no texts.
 */
 class HostedParameter
 {
 public:
-    /** `id` is empty for a parameter that the VST3 wrapper adds. */
-    HostedParameter (juce::AudioProcessorParameter& parameter, juce::String id);
+    /** `id` is empty for a parameter that the wrapper adds. `texts`: what tells the texts; null for the parameter itself. */
+    HostedParameter (juce::AudioProcessorParameter& parameter, juce::String id,
+                     const juce::AudioProcessorParameter* texts);
 
     [[nodiscard]] const juce::String& getId() const noexcept { return id; }
 
@@ -46,6 +47,7 @@ private:
 
     juce::AudioProcessorParameter& parameter;
     juce::String id;
+    const juce::AudioProcessorParameter& textSource;
 };
 
 /** The IDs of Orvo's own parameters, in the host's order. A VST3 host sees only their hashes. */

@@ -38,6 +38,18 @@ void printFactory (const FactoryInfo& factory)
     }
 }
 
+/** LV2 hosts read it in the bundle. */
+void printDescription (PluginHost& host)
+{
+    juce::PluginDescription description;
+    host.getInstance().fillInPluginDescription (description);
+    std::cout << "plug-in\n";
+    printField ("uri", description.fileOrIdentifier);
+    printField ("name", description.name);
+    printField ("vendor", description.manufacturerName);
+    printField ("class", description.category);
+}
+
 void printBuses (PluginHost& host)
 {
     auto& instance = host.getInstance();
@@ -60,9 +72,13 @@ void printBuses (PluginHost& host)
 void runInfo (const Arguments& arguments)
 {
     const auto module = findModule (arguments.valueOf ("--plugin", {}));
-    printFactory (readFactory (module));
-
     PluginHost host (module);
+
+    if (host.isLv2())
+        printDescription (host);
+    else
+        printFactory (readFactory (module));
+
     auto& instance = host.getInstance();
     printBuses (host);
 

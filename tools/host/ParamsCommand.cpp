@@ -35,7 +35,7 @@ Command paramsCommand()
     return { "params",
              "",
              "lists all parameters in the host's order, with their defaults and ranges\n"
-             "What the VST3 wrapper adds to Orvo's own is marked \"(wrapper)\".",
+             "What the module's wrapper adds to Orvo's own is marked \"(wrapper)\".",
              { pluginOption },
              runParams };
 }

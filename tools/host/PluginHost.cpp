@@ -1,6 +1,8 @@
 #include "PluginHost.h"
 
+#include "core/OrvoAudioProcessor.h"
 #include "Failure.h"
+#include "Lv2Bundle.h"
 #include "state/StateBlock.h"
 
 #include <pluginterfaces/vst/ivstaudioprocessor.h>
@@ -18,14 +20,20 @@ constexpr auto initialBlockSize = 512;
 
 std::unique_ptr<juce::AudioPluginInstance> load (const juce::File& module)
 {
+    const auto isLv2 = lv2Bundle::isBundle (module);
     juce::AudioPluginFormatManager formats;
-    formats.addFormat (new juce::VST3PluginFormat());
+
+    if (isLv2)
+        formats.addFormat (lv2Bundle::makeFormat (module).release());
+    else
+        formats.addFormat (new juce::VST3PluginFormat());
 
     juce::OwnedArray<juce::PluginDescription> found;
-    formats.getFormat (0)->findAllTypesForFile (found, module.getFullPathName());
+    formats.getFormat (0)->findAllTypesForFile (found, isLv2 ? ORVO_LV2_URI : module.getFullPathName());
 
     if (found.isEmpty())
-        throw Failure (module.getFullPathName() + " is not a VST3 module that can be loaded");
+        throw Failure (module.getFullPathName() + " is not " + (isLv2 ? "an LV2 bundle" : "a VST3 module")
+                       + " that can be loaded");
 
     juce::String error;
     auto instance = formats.createPluginInstance (*found[0], initialRate, initialBlockSize, error);
@@ -33,14 +41,18 @@ std::unique_ptr<juce::AudioPluginInstance> load (const juce::File& module)
     if (instance == nullptr)
         throw Failure (module.getFullPathName() + ": " + error);
 
+    if (isLv2)
+        lv2Bundle::requireLoaded (module);
+
     return instance;
 }
 
-/** JUCE's wrapper adds a bypass and, where there are programs, their number. */
+/** JUCE's wrappers add a bypass and, in VST3 where there are programs, their number. */
 bool isAddedByWrapper (const juce::String& parameterId)
 {
     constexpr juce::uint32 bypass = 0x62797073, program = 0x70727374;
-    return parameterId == juce::String (bypass) || parameterId == juce::String (program);
+    return parameterId == juce::String (bypass) || parameterId == juce::String (program)
+           || parameterId == "sym:enabled";
 }
 
 juce::AudioProcessor::BusesLayout channelLayout (int inputs, int outputs)
@@ -54,6 +66,9 @@ juce::AudioProcessor::BusesLayout channelLayout (int inputs, int outputs)
 
 PluginHost::PluginHost (const juce::File& module) : instance (load (module))
 {
+    if (lv2Bundle::isBundle (module))
+        ownTexts = std::make_unique<OrvoAudioProcessor>();
+
     findParameters();
 }
 
@@ -64,27 +79,39 @@ PluginHost::~PluginHost()
 
 void PluginHost::findParameters()
 {
-    auto missing = orvoParameterIds();
+    const auto ids = orvoParameterIds();
     std::map<juce::String, juce::String> idOfHash;
+    std::map<juce::String, HostedParameter> found;
+    std::vector<HostedParameter> added;
 
-    for (const auto& id : missing)
+    for (const auto& id : ids)
         idOfHash[juce::String (juce::VST3ClientExtensions::convertJuceParameterId (id))] = id;
 
     for (auto* parameter : instance->getParameters())
     {
         const auto* hosted = dynamic_cast<juce::HostedAudioProcessorParameter*> (parameter);
-        const auto id = hosted != nullptr ? idOfHash[hosted->getParameterID()] : juce::String();
+        const auto hostedId = hosted != nullptr ? hosted->getParameterID() : juce::String();
+        const auto id = isLv2() ? lv2Bundle::parameterIdFrom (hostedId) : idOfHash[hostedId];
 
-        if (id.isEmpty() && (hosted == nullptr || ! isAddedByWrapper (hosted->getParameterID())))
+        if (ids.contains (id))
+            found.emplace (id, HostedParameter (*parameter, id,
+                                                isLv2() ? ownTexts->parameters.getParameter (id) : nullptr));
+        else if (isAddedByWrapper (hostedId))
+            added.emplace_back (*parameter, juce::String(), nullptr);
+        else
             throw Failure ("this module is not Orvo: its parameter \"" + parameter->getName (128)
                            + "\" is unknown");
-
-        missing.removeString (id);
-        parameters.emplace_back (*parameter, id);
     }
 
-    if (! missing.isEmpty())
-        throw Failure ("this module is not Orvo: it has no parameter \"" + missing[0] + "\"");
+    // LV2 has no order.
+    for (const auto& id : ids)
+        if (const auto it = found.find (id); it != found.end())
+            parameters.push_back (it->second);
+        else
+            throw Failure ("this module is not Orvo: it has no parameter \"" + id + "\"");
+
+    for (const auto& parameter : added)
+        parameters.push_back (parameter);
 }
 
 HostedParameter& PluginHost::getParameter (juce::StringRef id)
@@ -116,25 +143,37 @@ void PluginHost::start (double sampleRate, int maximumBlockSize)
     instance->prepareToPlay (sampleRate, maximumBlockSize);
 }
 
-void PluginHost::prepare (double sampleRate, int maximumBlockSize)
+/** Changed parameters travel with a block, in LV2 those that a state or a preset sets too, back to the host. */
+void PluginHost::deliver (double sampleRate, int maximumBlockSize)
 {
-    // Changed parameters travel with a block. A silent one delivers them; then the audio starts anew, so that
-    // the latency is the final one and no meter or filter has seen anything.
     start (sampleRate, maximumBlockSize);
     juce::AudioBuffer<float> silence (instance->getTotalNumInputChannels(), maximumBlockSize);
     silence.clear();
     process (silence);
+}
+
+void PluginHost::prepare (double sampleRate, int maximumBlockSize)
+{
+    // After the silent block the audio starts anew, so that the latency is the final one and no meter or filter has seen
+    // anything.
+    deliver (sampleRate, maximumBlockSize);
     start (sampleRate, maximumBlockSize);
+    isPrepared = true;
 }
 
 void PluginHost::process (juce::AudioBuffer<float>& block)
 {
+    // No LV2 state is restored meanwhile.
+    const juce::ScopedLock scope (instance->getCallbackLock());
     midi.clear();
     instance->processBlock (block, midi);
 }
 
 int PluginHost::getLatency() const
 {
+    if (isLv2())
+        return instance->getLatencySamples();
+
     struct Visitor final : juce::ExtensionsVisitor
     {
         void visitVST3Client (const VST3Client& client) override { component = client.getIComponentPtr(); }
@@ -157,20 +196,46 @@ int PluginHost::getLatency() const
     return latency;
 }
 
-// JUCE hands out and takes the state as its own XML with the module's block inside, as base 64.
-
-juce::MemoryBlock PluginHost::getState() const
+bool PluginHost::loadProgram (const juce::String& name)
 {
+    for (auto i = 0; i < instance->getNumPrograms(); ++i)
+        if (instance->getProgramName (i) == name)
+        {
+            instance->setCurrentProgram (i);
+            settle();
+            return true;
+        }
+
+    return false;
+}
+
+/** Where no block comes. */
+void PluginHost::settle()
+{
+    if (isLv2() && ! isPrepared)
+        deliver (initialRate, initialBlockSize);
+}
+
+// JUCE hands out and takes a VST3 module's state as its own XML with the module's block inside, as base 64.
+
+juce::MemoryBlock PluginHost::getState()
+{
+    settle();
     juce::MemoryBlock frame, block;
     instance->getStateInformation (frame);
 
-    if (const auto xml =
-            juce::AudioProcessor::getXmlFromBinary (frame.getData(), static_cast<int> (frame.getSize())))
+    if (isLv2())
+        block = lv2Bundle::blockFrom (frame);
+    else if (const auto xml =
+                 juce::AudioProcessor::getXmlFromBinary (frame.getData(), static_cast<int> (frame.getSize())))
         if (const auto* component = xml->getChildByName ("IComponent"))
-            if (block.fromBase64Encoding (component->getAllSubText()))
-                return block;
+            if (! block.fromBase64Encoding (component->getAllSubText()))
+                block.reset();
 
-    throw Failure ("the module gave no state");
+    if (block.isEmpty())
+        throw Failure ("the module gave no state");
+
+    return block;
 }
 
 bool PluginHost::setState (const juce::MemoryBlock& block)
@@ -181,12 +246,21 @@ bool PluginHost::setState (const juce::MemoryBlock& block)
     if (state == nullptr || ! state->getTagName().equalsIgnoreCase ("orvo"))
         return false;
 
-    juce::XmlElement xml ("VST3PluginState");
-    xml.createNewChildElement ("IComponent")->addTextElement (block.toBase64Encoding());
-
     juce::MemoryBlock frame;
-    juce::AudioProcessor::copyXmlToBinary (xml, frame);
+
+    if (isLv2())
+    {
+        frame = lv2Bundle::presetFrom (block);
+    }
+    else
+    {
+        juce::XmlElement xml ("VST3PluginState");
+        xml.createNewChildElement ("IComponent")->addTextElement (block.toBase64Encoding());
+        juce::AudioProcessor::copyXmlToBinary (xml, frame);
+    }
+
     instance->setStateInformation (frame.getData(), static_cast<int> (frame.getSize()));
+    settle();
     return true;
 }
 

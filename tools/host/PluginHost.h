@@ -8,7 +8,9 @@
 #include <memory>
 #include <vector>
 
-/** The built module, loaded and driven through VST3 as a host does it.
+class OrvoAudioProcessor;
+
+/** The built module, loaded and driven through VST3 or LV2 as a host does it.
 
     Lives on the message thread. Without an editor, audio does too and the message loop never runs: what the
     module posts there is handled by nobody, so nothing moves between two calls. Errors are thrown as Failure.
@@ -16,17 +18,19 @@
 class PluginHost
 {
 public:
-    /** `module`: a VST3 bundle. Throws unless it holds Orvo with all its parameters. */
+    /** `module`: a VST3 or an LV2 bundle. Throws unless it holds Orvo with all its parameters. */
     explicit PluginHost (const juce::File& module);
     ~PluginHost();
 
     [[nodiscard]] juce::AudioPluginInstance& getInstance() noexcept { return *instance; }
 
-    /** Orvo's own parameters, then those that the VST3 wrapper adds. */
+    /** Orvo's own parameters, then those that the wrapper adds. */
     [[nodiscard]] std::vector<HostedParameter>& getParameters() noexcept { return parameters; }
 
     /** By Orvo's own ID. Throws if there is none. */
     [[nodiscard]] HostedParameter& getParameter (juce::StringRef id);
+
+    [[nodiscard]] bool isLv2() const noexcept { return ownTexts != nullptr; }
 
     [[nodiscard]] bool acceptsChannels (int inputs, int outputs);
 
@@ -39,20 +43,28 @@ public:
     /** In place, at most the prepared block size. One thread at a time, and none during `prepare`. */
     void process (juce::AudioBuffer<float>& block);
 
-    /** In samples, as the module says now. */
+    /** In samples, as the module says now; through LV2, as it said with the last block. */
     [[nodiscard]] int getLatency() const;
 
     /** The module's own state block, the same bytes that any other host stores. */
-    [[nodiscard]] juce::MemoryBlock getState() const;
+    [[nodiscard]] juce::MemoryBlock getState();
 
     /** False, and nothing is done, for a block that the module would not take either. */
     [[nodiscard]] bool setState (const juce::MemoryBlock& block);
 
+    /** By the name that the host has for it; false if there is none. */
+    [[nodiscard]] bool loadProgram (const juce::String& name);
+
 private:
     void findParameters();
     void start (double sampleRate, int maximumBlockSize);
+    void deliver (double sampleRate, int maximumBlockSize);
+    void settle();
 
+    /** LV2 has no texts for values, so these are those of the plug-in's code in this program. */
+    std::unique_ptr<OrvoAudioProcessor> ownTexts;
     std::unique_ptr<juce::AudioPluginInstance> instance;
+    bool isPrepared = false;
     std::vector<HostedParameter> parameters;
     juce::MidiBuffer midi;
 

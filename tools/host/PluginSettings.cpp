@@ -10,6 +10,15 @@ void applyPreset (PluginHost& host, const juce::String& name)
     if (index < 0)
         throw Failure ("there is no preset \"" + name + "\"; \"orvo-host presets\" lists them");
 
+    // LV2 hosts see the factory's, in no order.
+    if (host.isLv2())
+    {
+        if (! host.loadProgram (listPresets()[index].name))
+            throw Failure ("\"" + name + "\" is none of the presets that LV2 hosts are given");
+
+        return;
+    }
+
     auto& instance = host.getInstance();
 
     if (index >= instance.getNumPrograms() || instance.getProgramName (index) != listPresets()[index].name)
