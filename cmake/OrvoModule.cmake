@@ -78,6 +78,11 @@ function(orvo_finish_module format)
     orvo_link_libraries_inside(${target})
     orvo_fill_bundle(${target} ${format} "${bundle}")
 
+    # Also when the program that describes it is another.
+    if(format STREQUAL "LV2")
+        set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS $<TARGET_FILE:juce_lv2_helper>)
+    endif()
+
     target_link_libraries(${target} PRIVATE orvo_guest_manners)
     foreach(call ${orvo_host_calls})
         target_link_options(${target} PRIVATE "LINKER:--wrap=${call}")

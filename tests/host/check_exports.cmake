@@ -1,8 +1,10 @@
-# Fails if the module shows the linker more than its three entry points, or does not bring its own FFTW.
+# Fails if the module shows the linker anything but EXPORTS, or does not bring its own FFTW.
 execute_process(COMMAND ${NM} --dynamic --defined-only "${MODULE}" OUTPUT_VARIABLE defined COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^ \n]+\n" names "${defined}")
 list(SORT names)
-if(NOT "${names}" STREQUAL "GetPluginFactory\n;ModuleEntry\n;ModuleExit\n")
+list(TRANSFORM names STRIP)
+list(JOIN names "," names)
+if(NOT names STREQUAL EXPORTS)
     message(FATAL_ERROR "the module exports:\n${defined}")
 endif()
 

@@ -1,13 +1,12 @@
 #!/usr/bin/env bash
-# usage: libraries_test.sh ORVO.VST3
-# Holds the shared libraries that the built module asks for against packaging/libraries.txt: those that it is linked to,
-# and the names of those that it opens itself, which stand in it as text. Built where the C library is that of the release,
-# it asks for none newer than the manual says.
+# usage: libraries_test.sh ORVO.VST3 ORVO.LV2
+# Holds the shared libraries that each of the built modules asks for against packaging/libraries.txt: those that it is
+# linked to, and the names of those that it opens itself, which stand in it as text. Built where the C library is that of the
+# release, it asks for none newer than the manual says.
 set -euo pipefail
 export LC_ALL=C
 cd "$(dirname "$0")/../.."
 
-module=$(compgen -G "$1/Contents/*/Orvo.so")
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 
@@ -18,22 +17,29 @@ fail() { echo "FAILED: $*" >&2; exit 1; }
 
 same() { diff "$home/listed" "$home/found" || fail "the module asks for other libraries than those under \"$1\""; }
 
-listed linked > "$home/listed"
-readelf -d "$module" | sed -n 's/.*(NEEDED).*\[\(.*\)\]$/\1/p' | sort > "$home/found"
-same linked
+# check BUNDLE LIBRARY
+check()
+{
+    local bundle=$1 module=$2 oldest=2.34 newest
+    listed linked > "$home/listed"
+    readelf -d "$module" | sed -n 's/.*(NEEDED).*\[\(.*\)\]$/\1/p' | sort > "$home/found"
+    same linked
 
-{ cat "$home/listed"; listed "opened with the window"; } | sort > "$home/names"
-mv "$home/names" "$home/listed"
-strings "$module" | grep -xE 'lib[A-Za-z0-9_+-]+\.so(\.[0-9]+)*|ld-linux[a-z0-9_.-]+' | sort -u > "$home/found"
-same "opened with the window"
+    { cat "$home/listed"; listed "opened with the window"; } | sort > "$home/names"
+    mv "$home/names" "$home/listed"
+    strings "$module" | grep -xE 'lib[A-Za-z0-9_+-]+\.so(\.[0-9]+)*|ld-linux[a-z0-9_.-]+' | sort -u > "$home/found"
+    same "opened with the window"
 
-# A newer system's headers bind other functions to it, too.
-oldest=2.34
-if [ "$(getconf GNU_LIBC_VERSION)" = "glibc 2.36" ]; then
-    newest=$(readelf -V "$module" | grep -o 'GLIBC_[0-9.]*' | sort -Vu | tail -n 1)
-    [ "$newest" = "GLIBC_$oldest" ] || fail "the module asks for $newest"
-fi
-grep -q "glibc $oldest or newer" docs/manual/manual.adoc || fail "the manual does not name glibc $oldest"
-if readelf -V "$module" | grep -E 'GLIBCXX|CXXABI'; then fail "the module asks for a C++ library"; fi
+    # A newer system's headers bind other functions to it, too.
+    if [ "$(getconf GNU_LIBC_VERSION)" = "glibc 2.36" ]; then
+        newest=$(readelf -V "$module" | grep -o 'GLIBC_[0-9.]*' | sort -Vu | tail -n 1)
+        [ "$newest" = "GLIBC_$oldest" ] || fail "the module asks for $newest"
+    fi
+    grep -q "glibc $oldest or newer" docs/manual/manual.adoc || fail "the manual does not name glibc $oldest"
+    if readelf -V "$module" | grep -E 'GLIBCXX|CXXABI'; then fail "the module asks for a C++ library"; fi
 
-if strings "$module" | grep -F "$PWD"; then fail "the module names the folder that it was built in"; fi
+    if grep -rF "$PWD" "$bundle"; then fail "the bundle names the folder that it was built in"; fi
+}
+
+check "$1" "$(compgen -G "$1/Contents/*/Orvo.so")"
+check "$2" "$2/Orvo.so"

@@ -3,7 +3,7 @@
 #include "Failure.h"
 #include "scratch/TemporaryFolder.h"
 
-#include <dlfcn.h>
+#include <stdlib.h>
 
 namespace lv2Bundle
 {
@@ -20,27 +20,19 @@ bool isBundle (const juce::File& module)
 
 std::unique_ptr<juce::AudioPluginFormat> makeFormat (const juce::File& bundle)
 {
-    // A folder with this bundle alone: for each other thing in it, there would be a complaint. Until the program's end, since
-    // presets are read when they are loaded.
-    static const TemporaryFolder folder;
-    std::error_code ignored;
-    std::filesystem::create_directory_symlink (bundle.getFullPathName().toStdString(),
-                                               folder.path / "Orvo.lv2", ignored);
+    // Of two plug-ins of one name, the one in the user's home is taken, so there is another home meanwhile; until the program's
+    // end, since presets are read when they are loaded.
+    static const TemporaryFolder home;
+    const auto plugins = home.path / ".lv2";
+    std::filesystem::remove_all (plugins);
+    std::filesystem::create_directory (plugins);
+    std::filesystem::create_directory_symlink (bundle.getFullPathName().toStdString(), plugins / "Orvo.lv2");
 
+    const auto usersHome = juce::SystemStats::getEnvironmentVariable ("HOME", {});
+    setenv ("HOME", home.path.c_str(), 1);
     auto format = std::make_unique<juce::LV2PluginFormat>();
-    format->searchPathsForPlugins (juce::FileSearchPath (folder.path.string()), false, false);
+    setenv ("HOME", usersHome.toRawUTF8(), 1);
     return format;
-}
-
-void requireLoaded (const juce::File& bundle)
-{
-    const auto library = bundle.getChildFile ("Orvo.so").getFullPathName();
-    auto* const handle = dlopen (library.toRawUTF8(), RTLD_LAZY | RTLD_NOLOAD);
-
-    if (handle == nullptr)
-        throw Failure (library + " is not what was loaded: another LV2 plug-in of this name is installed");
-
-    dlclose (handle);
 }
 
 juce::String parameterIdFrom (const juce::String& hostedId)

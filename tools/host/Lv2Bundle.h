@@ -9,12 +9,8 @@ namespace lv2Bundle
 {
 [[nodiscard]] bool isBundle (const juce::File& module);
 
-/** LV2 hosting that knows this bundle, too. */
+/** LV2 hosting that finds Orvo in this bundle, whatever is installed. */
 [[nodiscard]] std::unique_ptr<juce::AudioPluginFormat> makeFormat (const juce::File& bundle);
-
-/** Throws unless the library that is loaded is this bundle's: of two with one URI, JUCE takes the one that it finds where LV2
-    plug-ins are installed. */
-void requireLoaded (const juce::File& bundle);
 
 /** Orvo's own ID; empty for what the wrapper adds. */
 [[nodiscard]] juce::String parameterIdFrom (const juce::String& hostedId);

@@ -41,9 +41,6 @@ std::unique_ptr<juce::AudioPluginInstance> load (const juce::File& module)
     if (instance == nullptr)
         throw Failure (module.getFullPathName() + ": " + error);
 
-    if (isLv2)
-        lv2Bundle::requireLoaded (module);
-
     return instance;
 }
 
