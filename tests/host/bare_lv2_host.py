@@ -90,14 +90,14 @@ class Host:
 class Instance:
     """Ports: two of audio in, two out, events in and out, latency, free-wheeling, enabled."""
 
-    def __init__(self, host, rate=48000.0, block_size=512):
+    def __init__(self, host, rate=48000.0, block_size=512, audio_alone=False):
         self.host, plugin = host, host.plugin
         features, self.kept = host.features(block_size)
         self.handle = plugin.instantiate(ctypes.addressof(plugin), rate, (str(host.bundle) + "/").encode(), features)
         assert self.handle
         self.events = [ctypes.create_string_buffer(16384) for _ in range(2)]
         self.controls = [ctypes.c_float(value) for value in (-1, 0, 1)]
-        for port, memory in enumerate(self.events + self.controls, 4):
+        for port, memory in [] if audio_alone else enumerate(self.events + self.controls, 4):
             plugin.connect_port(self.handle, port, ctypes.addressof(memory))
         plugin.activate(self.handle)
 

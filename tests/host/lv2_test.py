@@ -214,6 +214,17 @@ class BareHostTest(unittest.TestCase):
             self.assertEqual(bare_render(fresh, 61, block), expected)
             self.assertEqual(fresh.latency, 61)
 
+    def test_runs_where_audio_ports_alone_are_connected(self):
+        block = bare.presets_of(LV2)["Telephone"][1]
+        expected = render(VST3, "--preset", "Telephone")[0]
+        for null in (False, True):
+            instance = self.make(audio_alone=True)
+            if null:
+                for port in range(4, 9):
+                    self.host.plugin.connect_port(instance.handle, port, None)
+            instance.restore(bare.as_stored(block))
+            self.assertEqual(bare_render(instance, 61), expected)
+
     def test_disabled_it_returns_what_it_gets(self):
         instance = self.make()
         instance.send([("threshold_single", -20.0)])
