@@ -25,7 +25,8 @@ juce::String usageOf (const Command& command)
 
 juce::String usageOfAll()
 {
-    juce::String text ("orvo-host: the Orvo plug-in as a program, through its VST3 or LV2 module\n\ncommands:\n");
+    juce::String text (
+        "orvo-host: the Orvo plug-in as a program, through its VST3 or LV2 module\n\ncommands:\n");
 
     for (const auto& command : allCommands())
         text << "  " << juce::String (command.name).paddedRight (' ', 10) << summaryOf (command) << '\n';
