@@ -49,12 +49,11 @@ for licence in "$work"/licences/*; do
 done >> "$tree/debian/copyright"
 
 # What the module opens with its window is not linked, so that no tool finds it.
-window=$(awk '/^#/ { on = /opened with the window/ } on && NF { print $2 }' packaging/libraries.txt | paste -sd, | sed 's/,/, /g')
-for package in orvo-vst3 orvo-lv2; do echo "orvo:Window=$window" > "$tree/debian/$package.substvars"; done
+window=$(awk '/^#/ { on = /opened with the window/; next } on && NF { print $2 }' packaging/libraries.txt | paste -sd, | sed 's/,/, /g')
 
 say "packing for Debian ($architecture)"
 log=$out/packages.log
-(cd "$tree" && ORVO_BUILD=$build DEB_BUILD_OPTIONS=noautodbgsym \
+(cd "$tree" && ORVO_BUILD=$build ORVO_WINDOW=$window DEB_BUILD_OPTIONS=noautodbgsym \
     dpkg-buildpackage --build=binary --host-arch "$architecture" --no-sign) > "$log" 2>&1 || { cat "$log" >&2; fail "the packages could not be made"; }
 # The packages are not for Debian's own archive, whose first upload closes a report.
 lintian --fail-on error,warning --suppress-tags initial-upload-closes-no-bugs "$work"/*.changes || fail "lintian does not accept the packages"

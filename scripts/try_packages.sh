@@ -29,7 +29,13 @@ done
 [ -x out/bin/orvo-host ] || fail "there is no out/bin/orvo-host: build it first, with scripts/build.sh"
 
 work=$(mktemp -d)
-trap 'umount -R "$work"/*/{proc,dev,tmp} 2> /dev/null || true; rm -rf -- "$work"' EXIT
+# Never through a mount into this system's own folders.
+clean_up()
+{
+    for folder in "$work"/*/{proc,dev,tmp/.X11-unix}; do umount -l "$folder" 2> /dev/null || true; done
+    rm -rf --one-file-system -- "$work"
+}
+trap clean_up EXIT
 
 recording=$(dpkg -L chuck-data | grep '\.wav$' | sort | head -n 1)
 settings=(--preset "Factory/Mastering/Gentle Master" --set in_gain=9 --set oversampling=4x)
@@ -49,7 +55,7 @@ try()
     local suite=$1 root=$work/$1 base=$PWD/.deps/$1.tar package
     if [ ! -f "$base" ]; then
         say "fetching $suite"
-        mmdebstrap --quiet --variant=minbase "$suite" "$base.new" && mv -- "$base.new" "$base"
+        mmdebstrap --quiet --variant=minbase --format=tar "$suite" "$base.new" && mv -- "$base.new" "$base"
     fi
     mkdir "$root" && tar -xf "$base" -C "$root"
     inside() { chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin DEBIAN_FRONTEND=noninteractive "$@"; }
