@@ -6,8 +6,8 @@
 #include "scratch/TemporaryFolder.h"
 
 #include <dlfcn.h>
+#include <lv2/core/lv2.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -32,14 +32,6 @@ extern "C"
 
 namespace
 {
-/** As in LV2's core; of the functions, only the last is called. */
-struct Descriptor
-{
-    const char* uri;
-    void* functions[6];
-    const void* (*getExtension) (const char* uri);
-};
-
 /** By which JUCE's wrapper writes manifest.ttl, dsp.ttl and ui.ttl beside the module. */
 struct Recall
 {
@@ -56,18 +48,17 @@ bool askModule (const char* library)
         return false;
     }
 
-    using GetDescriptor = const Descriptor* (*) (std::uint32_t);
-    const auto getDescriptor = reinterpret_cast<GetDescriptor> (dlsym (handle, "lv2_descriptor"));
+    const auto getDescriptor = reinterpret_cast<LV2_Descriptor_Function> (dlsym (handle, "lv2_descriptor"));
     const auto* const descriptor = getDescriptor != nullptr ? getDescriptor (0) : nullptr;
 
-    if (descriptor == nullptr || std::strcmp (descriptor->uri, ORVO_LV2_URI) != 0)
+    if (descriptor == nullptr || std::strcmp (descriptor->URI, ORVO_LV2_URI) != 0)
     {
         std::fprintf (stderr, "error: %s holds no plug-in of this name\n", library);
         return false;
     }
 
     const auto* const recall = static_cast<const Recall*> (
-        descriptor->getExtension ("https://lv2-extensions.juce.com/turtle_recall"));
+        descriptor->extension_data ("https://lv2-extensions.juce.com/turtle_recall"));
     return recall != nullptr && recall->writeFiles (library) == 0;
 }
 } // namespace
