@@ -247,10 +247,12 @@ bool SaturatorGraph::updateCurve()
 {
     const auto isAnother = saturator != drawnSaturator;
 
-    if (! isAnother && saturator->seenChangeCount == saturator->changeCount)
+    const auto changeCount = saturator->changeCount.load (std::memory_order_acquire);
+
+    if (! isAnother && saturator->seenChangeCount == changeCount)
         return false;
 
-    saturator->seenChangeCount = saturator->changeCount;
+    saturator->seenChangeCount = changeCount;
     computeOutputs (newOutputs);
 
     if (! isAnother && newOutputs == outputs)
