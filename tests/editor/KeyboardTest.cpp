@@ -88,7 +88,8 @@ TEST (Keyboard, ReachesEveryControlDrawsARingThereAndPressesIt)
         else if (auto* box = dynamic_cast<juce::ComboBox*> (focused))
         {
             open.window->typeKey (KeyPress (KeyPress::spaceKey));
-            dispatchMessages();
+            // Soon after it has opened, JUCE closes it again: no window of this program has the screen's focus.
+            dispatchUntil ([] { return juce::Component::getNumCurrentlyModalComponents() == 1; });
             EXPECT_EQ (juce::Component::getNumCurrentlyModalComponents(), 1) << "its menu, " << title;
             open.window->typeKey (KeyPress (KeyPress::escapeKey));
             dispatchMessages();
