@@ -123,6 +123,11 @@ void printRatios (const std::string& filter)
 
     std::printf ("%-32s%-6s%12s%12s%10s\n", "row", "set", "plain ns", "kernel ns", "ratio");
     const auto before = simd::selected();
+#if defined(__aarch64__)
+    constexpr auto* baseline = "NEON";
+#else
+    constexpr auto* baseline = "SSE2";
+#endif
 
     for (const auto& pair : pairs)
     {
@@ -130,7 +135,7 @@ void printRatios (const std::string& filter)
             continue;
 
         for (const auto& [set, name] :
-             { std::pair { InstructionSet::avx2, "AVX2" }, { InstructionSet::baseline, "SSE2" } })
+             { std::pair { InstructionSet::avx2, "AVX2" }, { InstructionSet::baseline, baseline } })
             if (simd::select (set))
                 measure (pair, name);
     }

@@ -14,11 +14,11 @@ set(orvo_resources_LV2 Resources)
 # What belongs to the host's process is answered by source/module/ProcessManners.cpp.
 set(orvo_host_calls chdir dlsym execv execvp fork getenv kill pipe setenv setlocale setrlimit)
 
-# What stands between a module and its host, of whichever format. See source/module/OlderSystems.cpp; other processors' C
-# libraries have no form as old.
+# What stands between a module and its host, of whichever format. See source/module/OlderSystems.cpp, which knows of these
+# processors.
 function(orvo_add_guest_manners)
     set(sources module/ProcessManners.cpp)
-    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND NOT ORVO_SANITIZERS)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|aarch64)$" AND NOT ORVO_SANITIZERS)
         list(APPEND sources module/OlderSystems.cpp)
         target_link_options(Orvo_VST3 PRIVATE "LINKER:--wrap=hypot" "LINKER:--wrap=hypotf")
         target_link_options(Orvo_LV2 PRIVATE "LINKER:--wrap=hypot" "LINKER:--wrap=hypotf")

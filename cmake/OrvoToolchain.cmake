@@ -10,9 +10,14 @@ set(CMAKE_CXX_FLAGS_SANITIZE "-O1 -g1 -fno-omit-frame-pointer")
 
 option(ORVO_USE_LLD "Link with lld where it is installed" ON)
 find_program(ORVO_LLD ld.lld)
-if(ORVO_USE_LLD AND ORVO_LLD)
+# A cross compiler takes no linker of this machine.
+if(ORVO_USE_LLD AND ORVO_LLD AND NOT CMAKE_CROSSCOMPILING)
     add_link_options(-fuse-ld=lld)
 endif()
+
+# The same sums on every processor: where a fused multiply-add belongs to the instructions that a compiler may always use,
+# as on ARM, it would otherwise make other results of our filters and of JUCE's, which are also in headers.
+add_compile_options(-ffp-contract=off)
 
 # A program or module keeps what it can reach: JUCE's modules hold much that nobody here calls.
 add_compile_options(-ffunction-sections -fdata-sections)

@@ -15,7 +15,13 @@ out=$(realpath -m -- "$6")
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
 
-name=Orvo-$version-linux-$(uname -m)
+# Of the module, which may be another machine's.
+architecture=$(basename -- "$vst3"/Contents/*-linux)
+architecture=${architecture%-linux}
+strip=strip
+[ "$architecture" = "$(uname -m)" ] || strip=$architecture-linux-gnu-strip
+
+name=Orvo-$version-linux-$architecture
 work=$(mktemp -d)
 trap 'rm -rf -- "$work"' EXIT
 top=$work/$name
@@ -24,7 +30,7 @@ mkdir -p -- "$top/lib" "$out"
 cp -R -- "$vst3" "$top/Orvo.vst3"
 cp -R -- "$lv2" "$top/Orvo.lv2"
 libraries=("$top"/Orvo.vst3/Contents/*/Orvo.so "$top/Orvo.lv2/Orvo.so")
-strip --strip-unneeded "${libraries[@]}"
+"$strip" --strip-unneeded "${libraries[@]}"
 cp -- "$manual" "$top/Orvo.vst3/Contents/Resources"
 cp -- "$manual" "$top/Orvo.lv2/Resources"
 cp -- scripts/install.sh scripts/uninstall.sh "$top"
@@ -35,13 +41,14 @@ packaging/collect_licences.sh "$juce" "$top/licences"
 # libraries GROUP: the table's names and packages of that group.
 libraries()
 {
-    awk -v group="# $1" '/^#/ { on = $0 == group } on && /^[^#]/ { printf "  %-22s %s\n", $1, $2 }' packaging/libraries.txt
+    awk -v group="# $1" -v processor="$architecture" '/^#/ { on = $0 == group }
+        on && /^[^#]/ && (NF < 4 || $4 == processor) { printf "  %-22s %s\n", $1, $2 }' packaging/libraries.txt
 }
 
 # The newest version of the C library that a module asks for.
 glibc=$(readelf -V "${libraries[@]}" | grep -o 'GLIBC_[0-9.]*' | sort -Vu | tail -n 1)
 cat > "$top/README.txt" <<README
-Orvo $version, a clipper for mixing and mastering: a VST3 and LV2 plug-in for Linux, $(uname -m)
+Orvo $version, a clipper for mixing and mastering: a VST3 and LV2 plug-in for Linux, $architecture
 
   ./install.sh      copies the folder Orvo.vst3 into ~/.vst3 and Orvo.lv2 into ~/.lv2, as you may do by hand with the one
                     that your host knows: each has everything in it

@@ -15,7 +15,7 @@ libraries=$(mktemp)
 trap 'rm -f -- "$libraries"' EXIT
 awk '/^[^#]/ {
     if (! ($3 in libraries)) purposes[++n] = $3
-    libraries[$3] = libraries[$3] (libraries[$3] ? ", " : "") "`" $1 "`"
+    libraries[$3] = libraries[$3] (libraries[$3] ? ", " : "") "`" $1 "`" (NF < 4 ? "" : " (" $4 ")")
     if (! seen[$2]++) packages[$3] = packages[$3] (packages[$3] ? ", " : "") $2
 } END {
     for (i = 1; i <= n; ++i) print "|" purposes[i] " |" libraries[purposes[i]] " |" packages[purposes[i]]

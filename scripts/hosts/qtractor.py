@@ -66,8 +66,8 @@ def write_session(with_plugin):
         plugins = add(track, "plugins")
         if number < with_plugin:
             plugin = add(plugins, "plugin", type="VST3")
-            for name, text in (("filename", f"{HOME}/.vst3/Orvo.vst3/Contents/x86_64-linux/Orvo.so"), ("index", "0"),
-                               ("label", "Orvo"), ("activated", "1")):
+            library = f"{HOME}/.vst3/Orvo.vst3/Contents/{os.uname().machine}-linux/Orvo.so"
+            for name, text in (("filename", library), ("index", "0"), ("label", "Orvo"), ("activated", "1")):
                 add(plugin, name, text)
     xml.ElementTree(session).write(SESSION, encoding="UTF-8", xml_declaration=True)
 

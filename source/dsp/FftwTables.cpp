@@ -30,6 +30,11 @@
 #define ORVO_TABLE(table, entries)                                                                           \
     extern const Entry fftwf_solvtab_##table[];                                                              \
     const Entry fftwf_solvtab_##table[] { entries {} };
+#define ORVO_TABLES_IN_VECTORS(set)                                                                          \
+    ORVO_REAL_IN_VECTORS (ORVO_DECLARE, set)                                                                 \
+    ORVO_TABLE (rdft_##set, ORVO_REAL_IN_VECTORS (ORVO_ENTRY, set))                                          \
+    ORVO_COMPLEX_IN_VECTORS (ORVO_DECLARE, set)                                                              \
+    ORVO_TABLE (dft_##set, ORVO_COMPLEX_IN_VECTORS (ORVO_ENTRY, set))
 
 namespace
 {
@@ -55,12 +60,11 @@ extern "C"
     ORVO_TABLE (rdft_r2cf, ORVO_REAL (ORVO_ENTRY))
 
     ORVO_TABLE (dft_standard, ORVO_NOTHING)
-    ORVO_REAL_IN_VECTORS (ORVO_DECLARE, sse2)
-    ORVO_REAL_IN_VECTORS (ORVO_DECLARE, avx)
-    ORVO_TABLE (rdft_sse2, ORVO_REAL_IN_VECTORS (ORVO_ENTRY, sse2))
-    ORVO_TABLE (rdft_avx, ORVO_REAL_IN_VECTORS (ORVO_ENTRY, avx))
-    ORVO_COMPLEX_IN_VECTORS (ORVO_DECLARE, sse2)
-    ORVO_COMPLEX_IN_VECTORS (ORVO_DECLARE, avx)
-    ORVO_TABLE (dft_sse2, ORVO_COMPLEX_IN_VECTORS (ORVO_ENTRY, sse2))
-    ORVO_TABLE (dft_avx, ORVO_COMPLEX_IN_VECTORS (ORVO_ENTRY, avx))
+
+#if defined(__aarch64__)
+    ORVO_TABLES_IN_VECTORS (neon)
+#else
+    ORVO_TABLES_IN_VECTORS (sse2)
+    ORVO_TABLES_IN_VECTORS (avx)
+#endif
 }

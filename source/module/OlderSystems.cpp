@@ -21,7 +21,12 @@ float __wrap_hypotf (float x, float y)
     return firstHypotf (x, y);
 }
 
-// The formatter's versions differ about these.
+// The version that each processor's C library began with. The formatter's versions differ about these lines.
 // clang-format off
+#if defined(__aarch64__)
+__asm__(".symver firstHypot, hypot@GLIBC_2.17");
+__asm__(".symver firstHypotf, hypotf@GLIBC_2.17");
+#else
 __asm__(".symver firstHypot, hypot@GLIBC_2.2.5");
 __asm__(".symver firstHypotf, hypotf@GLIBC_2.2.5");
+#endif

@@ -157,6 +157,7 @@ void expectJuces (signals::Buffer signal, const std::vector<int>& lengths, int l
                 return;
 
             juce::dsp::AudioBlock<float> block (buffer);
+            block.multiplyBy (1.0f); // the input gain: what is denormal becomes zero
             auto up = oversampler.processSamplesUp (block);
 
             if (layout == 1)

@@ -1,3 +1,4 @@
+#include "../support/InstructionSets.h"
 #include "dsp/MultiModeClipper.h"
 #include "dsp/simd/KernelTable.h"
 #include "HostTestSupport.h"
@@ -86,7 +87,7 @@ TEST (Module, RunsTheKernelsThatAreBestForTheProcessor)
     host.prepare (48000.0, 512);
     host.process (block);
 
-    const auto hasAvx2 = juce::SystemStats::hasAVX2() && juce::SystemStats::hasFMA3();
+    const auto hasAvx2 = processorHasAvx2();
     const auto baseline = lifted (signal, simd::InstructionSet::baseline);
 
     // With FMA the last bits differ, so the audio itself tells who has made it.

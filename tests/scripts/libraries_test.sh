@@ -10,8 +10,12 @@ cd "$(dirname "$0")/../.."
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 
-# listed GROUP: the names in that group of the list.
-listed() { awk -v group="# $1" '/^#/ { on = $0 == group } on && /^[^#]/ { print $1 }' packaging/libraries.txt | sort; }
+# listed GROUP: the names in that group of the list, of the module's processor.
+listed()
+{
+    awk -v group="# $1" -v folder="$(basename "$(dirname "$module")")" '/^#/ { on = $0 == group }
+        on && /^[^#]/ && (NF < 4 || $4 "-linux" == folder) { print $1 }' packaging/libraries.txt | sort
+}
 
 fail() { echo "FAILED: $*" >&2; exit 1; }
 

@@ -78,7 +78,7 @@ void hardClip (float threshold, float* samples, size_t numSamples)
     apply (samples, numSamples,
            [&] (Float& x) ORVO_INLINE_LAMBDA
            {
-               x = max (lower, min (upper, x));
+               x = clamp (x, lower, upper);
                return true;
            });
 }

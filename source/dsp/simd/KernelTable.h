@@ -14,7 +14,7 @@ namespace simd
 {
 enum class InstructionSet
 {
-    /** What the compiler assumes of every processor: SSE2 on x86. */
+    /** What the compiler assumes of every processor: SSE2 on x86; on 64-bit ARM the registers of 128 bits, with FMA. */
     baseline,
 
     /** With FMA. */

@@ -16,6 +16,8 @@ ORVO_INLINE Double2 toDoubles (Float4 x)
 {
 #if defined(__SSE2__)
     return _mm_cvtps_pd (x);
+#elif defined(__aarch64__)
+    return vcvt_f64_f32 (vget_low_f32 (x));
 #else
     return Double2 { x[0], x[1] };
 #endif
@@ -25,6 +27,8 @@ ORVO_INLINE Float4 toFloats (Double2 x)
 {
 #if defined(__SSE2__)
     return _mm_cvtpd_ps (x);
+#elif defined(__aarch64__)
+    return vcombine_f32 (vcvt_f32_f64 (x), vdup_n_f32 (0.0f));
 #else
     return Float4 { static_cast<float> (x[0]), static_cast<float> (x[1]), 0.0f, 0.0f };
 #endif

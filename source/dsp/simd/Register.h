@@ -5,6 +5,8 @@
 
 #if defined(__SSE2__)
     #include <immintrin.h>
+#elif defined(__aarch64__)
+    #include <arm_neon.h>
 #endif
 
 #include <stddef.h>
@@ -128,6 +130,8 @@ ORVO_INLINE bool any (Mask mask)
     else
     #endif
         return _mm_movemask_ps (reinterpret_cast<__m128> (mask)) != 0;
+#elif defined(__aarch64__)
+    return vmaxvq_u32 (reinterpret_cast<uint32x4_t> (mask)) != 0;
 #else
     return (mask[0] | mask[1] | mask[2] | mask[3]) != 0;
 #endif
@@ -139,7 +143,11 @@ ORVO_INLINE bool all (Mask mask)
     return ! any (~mask);
 }
 
-/** The smaller one in each lane; `b` if either is no number. */
+// ARM's own minimum and maximum give what is no number whichever operand it is, and know which zero is smaller. So there
+// they are a comparison and a choice, as those of x86 are, which only a denormal can tell from them while denormals are
+// off: chosen, it stays.
+
+/** The smaller one in each lane; `b` if either is no number, or both are zeros. */
 template <typename Floats>
 ORVO_INLINE Floats min (Floats a, Floats b)
 {
@@ -154,7 +162,7 @@ ORVO_INLINE Floats min (Floats a, Floats b)
     return select (a < b, a, b);
 }
 
-/** The larger one in each lane; `b` if either is no number. */
+/** The larger one in each lane; `b` if either is no number, or both are zeros. */
 template <typename Floats>
 ORVO_INLINE Floats max (Floats a, Floats b)
 {
@@ -169,11 +177,24 @@ ORVO_INLINE Floats max (Floats a, Floats b)
     return select (a > b, a, b);
 }
 
+/** x, or the limit that it lies beyond; `lower` is not above `upper`. What is no number stays, and a denormal does not while
+    denormals are off. */
+ORVO_INLINE Float clamp (Float x, Float lower, Float upper)
+{
+#if defined(__aarch64__)
+    return vmaxq_f32 (lower, vminq_f32 (upper, x));
+#else
+    return max (lower, min (upper, x));
+#endif
+}
+
 /** a b + c, rounded once where the processor can. */
 ORVO_INLINE Float multiplyAdd (Float a, Float b, Float c)
 {
 #if defined(__AVX2__) && defined(__FMA__)
     return _mm256_fmadd_ps (a, b, c);
+#elif defined(__aarch64__)
+    return vfmaq_f32 (c, a, b);
 #else
     return a * b + c;
 #endif

@@ -1,4 +1,5 @@
 #include "dsp/simd/KernelSignals.h"
+#include "support/InstructionSets.h"
 
 #include <array>
 
@@ -29,8 +30,7 @@ TEST (KernelSelection, IsTheBestOfTheProcessorAtLoadAndChangesEveryFunction)
     const auto atLoad = addressesInUse();
     const auto setAtLoad = simd::selected();
 
-    // JUCE has its own way to ask the processor.
-    if (! (juce::SystemStats::hasAVX2() && juce::SystemStats::hasFMA3()))
+    if (! processorHasAvx2())
     {
         EXPECT_EQ (setAtLoad, InstructionSet::baseline);
         EXPECT_FALSE (simd::isSupported (InstructionSet::avx2) || simd::select (InstructionSet::avx2));

@@ -1,7 +1,8 @@
-# Fails unless each of OBJECTS defines one symbol that the linker sees, the table of its kernels, and that strongly.
+# Fails unless OBJECTS are as many as SETS of instructions, and each of them defines one symbol that the linker sees, the table
+# of its kernels, and that strongly.
 list(LENGTH OBJECTS count)
-if(NOT count EQUAL 2)
-    message(FATAL_ERROR "expected the objects of two instruction sets: ${OBJECTS}")
+if(NOT count EQUAL SETS)
+    message(FATAL_ERROR "expected ${SETS} objects: ${OBJECTS}")
 endif()
 
 foreach(object IN LISTS OBJECTS)
