@@ -108,6 +108,22 @@ TEST (SignalChain, KeepsTheCrossoversMemoryWhileOtherLayoutsRun)
     }
 }
 
+/** Or one project would sound different on two processors. */
+TEST (SignalChain, ForgetsBetweenBlocksWhatIsLeftBelow160DbInTheCrossover)
+{
+    for (const auto& [level, expected] : { std::pair { 0.9e-8f, false }, { 1.0e-4f, true } })
+    {
+        ChainUnderTest chain (2);
+        chain.set ({ { "layout", multiBand } });
+        auto impulse = signals::silence (2, 1);
+        impulse.setSample (0, 0, level);
+        chain.process (impulse);
+        auto tail = signals::silence (2, 1);
+        chain.process (tail);
+        EXPECT_EQ (tail.getMagnitude (0, 1) > 0.0f, expected) << level;
+    }
+}
+
 using ChainKernels = kernels::SetAndWidth;
 
 INSTANTIATE_TEST_SUITE_P (Kernels, ChainKernels, kernels::setsAndWidths());
