@@ -2,8 +2,9 @@
 # usage: scripts/compare_modules.sh BEFORE.vst3 AFTER.vst3 [RECORDING.wav]
 # Whether two built modules sound the same: renders every preset of the bank through both, in all four layouts and at all
 # five oversampling factors, and compares the files, and the state of every preset, byte for byte. Stops at the first
-# difference and names it. Both are driven by the host program that was built last, or by the one that ORVO_HOST names.
-# Without a recording: two seconds of chords and noise.
+# difference and names it. Both are driven by the host program that was built last, or by the one that ORVO_HOST names; a
+# module for 64-bit ARM, on another processor, by that of scripts/arm64.sh under the emulator. Without a recording: two
+# seconds of chords and noise.
 set -euo pipefail
 caller=$PWD
 cd "$(dirname "$0")/.."
@@ -35,9 +36,12 @@ END
 # run SIDE ARGUMENT...: the host program, which says nothing unless it fails.
 run()
 {
-    local side=$1 command=$2
+    local side=$1 command=$2 program=("$host")
     shift 2
-    "$host" "$command" --plugin "${!side}" --force "$@" > "$work/$$.log" 2>&1 \
+    if [ -d "${!side}/Contents/aarch64-linux" ] && [ "$(uname -m)" != aarch64 ]; then
+        program=(qemu-aarch64 -L "$project/.deps/arm64" "$project/build/arm64/bin/orvo-host")
+    fi
+    "${program[@]}" "$command" --plugin "${!side}" --force "$@" > "$work/$$.log" 2>&1 \
         || { cat "$work/$$.log" >&2; echo "error: $side: $command $*" >&2; return 1; }
 }
 
@@ -71,7 +75,9 @@ for module in "$before" "$after"; do
     compgen -G "$module/Contents/*/$(basename "$module" .vst3).so" > /dev/null \
         || fail "$module is no module: the bundle and the library in it have one name"
 done
-host=${ORVO_HOST:-$(ls -t "$PWD"/out/bin/orvo-host "$PWD"/build/*/bin/orvo-host 2> /dev/null | head -n 1 || true)}
+project=$PWD
+newest=$(ls -t "$PWD"/out/bin/orvo-host "$PWD"/build/*/bin/orvo-host 2> /dev/null | grep -v /arm64/ | head -n 1 || true)
+host=${ORVO_HOST:-$newest}
 [ -x "$host" ] || fail "no orvo-host: build it first"
 
 work=$(mktemp -d)
@@ -81,7 +87,7 @@ if [ $# -eq 3 ]; then recording=$(cd "$caller" && realpath -e -- "$3"); else mak
 
 mkdir -p "$work/Tessarin/Orvo/Presets"
 cp -r presets "$work/Tessarin/Orvo/Presets/Factory"
-export XDG_CONFIG_HOME=$work before after host work recording
+export XDG_CONFIG_HOME=$work before after host project work recording
 export -f run compare_preset
 
 (cd presets && find . -name '*.tpre' -printf '%P\n') | sed 's/\.tpre$//' | sort > "$work/names"

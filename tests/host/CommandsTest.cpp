@@ -297,7 +297,7 @@ TEST_F (Commands, LoudnessReadsWhatTonesOfKnownLevelsHave)
 
 TEST_F (Commands, BankWritesTheTrackedPresetsAndTouchesNothingElse)
 {
-    const juce::String bank ("'" ORVO_BANK "' ");
+    const juce::String bank (ORVO_BANK " ");
     ASSERT_EQ (runProgram (temporary, bank + "bank").exitCode, 0);
     const auto diff = runProgram (temporary, "diff -r -x .gitattributes bank '" ORVO_PRESETS "'");
     EXPECT_EQ (diff.exitCode, 0) << diff.output;

@@ -36,7 +36,7 @@ ProgramRun runProgram (const WorkFolder& temporary, const juce::String& command)
 
 ProgramRun runHost (const WorkFolder& temporary, const juce::String& words)
 {
-    return runProgram (temporary, "'" ORVO_HOST "' " + words);
+    return runProgram (temporary, ORVO_HOST " " + words);
 }
 
 juce::StringArray linesOf (const juce::String& text)

@@ -272,7 +272,7 @@ TEST_F (Master, AnInterruptionLeavesNoHalfFile)
 {
     writeProgramme ("long.wav", 0.3f, 120);
     temporary.file ("batch").replaceWithText (
-        "set -m\n'" ORVO_HOST "' render long.wav out.w64 --set oversampling=16x &\n"
+        "set -m\n" ORVO_HOST " render long.wav out.w64 --set oversampling=16x &\n"
         "until ls -A | grep -q part; do :; done\nkill -INT $!\nwait $!\n",
         false, false, "\n");
     const auto result = runProgram (temporary, "bash batch");
