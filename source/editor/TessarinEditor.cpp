@@ -130,7 +130,8 @@ void TessarinEditor::addChildren()
 
 void TessarinEditor::paint (juce::Graphics& g)
 {
-    g.fillAll (findColour (luna::ColourIds::backgroundColourId));
+    g.setColour (findColour (luna::ColourIds::backgroundColourId));
+    g.fillAll();
     paintContent (g);
 }
 
@@ -141,6 +142,9 @@ juce::Rectangle<int> TessarinEditor::getContentArea() const
 
 void TessarinEditor::resized()
 {
+    if (frameClock.hasBegun())
+        putOffPictures();
+
     topBar.setBounds (0, 0, getWidth(), topBarHeight);
     tooltipPanel.setBounds (0, getHeight() - tooltipBarHeight, getWidth(), tooltipBarHeight);
     updateLayout();

@@ -19,6 +19,7 @@
 #include "widgets/EditItems.h"
 #include "widgets/FrameClock.h"
 #include "widgets/ParameterMenu.h"
+#include "widgets/PictureDelay.h"
 #include "widgets/TooltipPanel.h"
 
 namespace tessarin
@@ -32,7 +33,8 @@ namespace tessarin
 class TessarinEditor : public juce::AudioProcessorEditor,
                        public juce::ChangeListener,
                        public PresetManager::Listener,
-                       public luna::EditItems
+                       public luna::EditItems,
+                       public luna::PictureDelay
 {
 public:
     explicit TessarinEditor (TessarinProcessor& processor);
@@ -143,7 +145,8 @@ private:
 
     WindowEventPump windowEventPump { *this };
     WindowVisibility visibility { *this };
-    luna::FrameClock frameClock { *this, [this] { return visibility.isSeen(); } };
+    luna::FrameClock frameClock { *this, [this] { return visibility.isSeen(); },
+                                  [this] { putOffPictures(); } };
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (TessarinEditor)
 };

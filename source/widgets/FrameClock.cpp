@@ -5,9 +5,11 @@
 namespace luna
 {
 
-FrameClock::FrameClock (juce::Component& windowToWatch, std::function<bool()> isSeenToUse)
+FrameClock::FrameClock (juce::Component& windowToWatch, std::function<bool()> isSeenToUse,
+                        std::function<void()> onBeginToUse)
     : window (windowToWatch),
       isSeen (std::move (isSeenToUse)),
+      onBegin (std::move (onBeginToUse)),
       screen (&window, [this] (double now) { beat (now); })
 {
 }
@@ -33,8 +35,11 @@ void FrameClock::beat (double now)
 
     nextFrame = juce::jmax (nextFrame + 0.001 * interval, now);
 
-    if (movers.empty())
+    if (! hasBegun())
+    {
         takeOver (window);
+        onBegin();
+    }
 
     if (isSeen())
         showFrame();

@@ -21,8 +21,11 @@ public:
     static constexpr int interval = 33;
 
     /** What moves in the window lives as long as the clock. `isSeen` is asked before each frame, of which there is
-        none if it says no. */
-    FrameClock (juce::Component& window, std::function<bool()> isSeen);
+        none if it says no. `onBegin` is called once, before the window is painted for the first time. */
+    FrameClock (juce::Component& window, std::function<bool()> isSeen, std::function<void()> onBegin);
+
+    /** Whether the window is on a screen. */
+    [[nodiscard]] bool hasBegun() const noexcept { return ! movers.empty(); }
 
 private:
     struct Mover
@@ -37,6 +40,7 @@ private:
 
     juce::Component& window;
     std::function<bool()> isSeen;
+    std::function<void()> onBegin;
     std::vector<Mover> movers;
 
     /** In the screen's time, in seconds. */

@@ -1,6 +1,9 @@
 #include "PixelPicture.h"
 
+#include "widgets/PictureDelay.h"
+
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 namespace luna
@@ -10,6 +13,9 @@ namespace
 {
 /** Coordinates that should be whole are off by less. */
 constexpr auto tolerance = 0.01f;
+
+/** How many pictures, one inside another, are being painted. */
+int numBeingPainted = 0;
 
 juce::Rectangle<int> pixelsTouched (juce::Rectangle<float> area)
 {
@@ -59,10 +65,14 @@ private:
 };
 } // namespace
 
-PixelPicture::PixelPicture (const juce::Component& c, std::function<void (juce::Graphics&)> p,
-                            Parts partsToPaint)
+PixelPicture::PixelPicture (juce::Component& c, std::function<void (juce::Graphics&)> p, Parts partsToPaint)
     : component (c), paint (std::move (p)), parts (partsToPaint)
 {
+}
+
+PixelPicture::~PixelPicture()
+{
+    endWaiting();
 }
 
 /** The window begins on a whole pixel. */
@@ -89,6 +99,12 @@ void PixelPicture::draw (juce::Graphics& g, float opacity)
 
     if (image.isNull() || newFit != fit)
     {
+        if (opacity >= 1.0f && isPutOff (newFit))
+        {
+            paint (g);
+            return;
+        }
+
         fit = newFit;
         makeImage();
     }
@@ -110,6 +126,25 @@ void PixelPicture::draw (juce::Graphics& g, float opacity)
                             juce::AffineTransform::translation (corner).scaled (1.0f / fit.scale), false);
 }
 
+/** What is inside a picture that is made is made with it. */
+bool PixelPicture::isPutOff (const Fit& newFit)
+{
+    auto* owner = numBeingPainted == 0 ? component.findParentComponentOfClass<PictureDelay>() : nullptr;
+
+    if (owner == nullptr || ! owner->putsOff (*this, newFit.width * newFit.height))
+        return false;
+
+    delay = owner;
+    image = {};
+    return true;
+}
+
+void PixelPicture::endWaiting()
+{
+    if (auto* owner = std::exchange (delay, nullptr))
+        owner->forget (*this);
+}
+
 /** Something shows through at the rim of a component that ends between two pixels. */
 void PixelPicture::makeImage()
 {
@@ -118,52 +153,77 @@ void PixelPicture::makeImage()
                                    static_cast<float> (fit.height) - size.getHeight())
                        < tolerance;
 
-    image = juce::Image (component.isOpaque() && fills ? juce::Image::RGB : juce::Image::ARGB,
-                         juce::jmax (1, fit.width), juce::jmax (1, fit.height), true);
+    const auto isFilled = component.isOpaque() && fills;
+
+    endWaiting();
+    image = juce::Image (isFilled ? juce::Image::RGB : juce::Image::ARGB, juce::jmax (1, fit.width),
+                         juce::jmax (1, fit.height), ! isFilled);
+    isBlank = true;
     invalidate();
 }
 
-void PixelPicture::refresh()
-{
-    constexpr auto tileWidth = 16;
-    juce::RectangleList<int> pixels;
-
-    for (const auto& area : stale)
-        pixels.add (pixelsOf (area));
-
-    stale.clear();
-
-    if (parts == Parts::any)
-    {
-        paintPart (pixels);
-        return;
-    }
-
-    for (auto x = 0; x < image.getWidth(); x += tileWidth)
-    {
-        const juce::Rectangle<int> tile (x, 0, tileWidth, image.getHeight());
-
-        if (pixels.intersectsRectangle (tile))
-            paintPart (tile);
-    }
-}
-
-void PixelPicture::paintPart (const juce::RectangleList<int>& pixels)
+/** An area is a rectangle, or a list of some. */
+template <typename Area>
+void PixelPicture::paintPart (const Area& pixels)
 {
     juce::Graphics g (image);
     g.reduceClipRegion (pixels);
 
-    if (image.hasAlphaChannel())
-        for (const auto& area : pixels)
-            image.clear (area);
+    if (image.hasAlphaChannel() && ! isBlank)
+        clear (pixels);
 
     g.addTransform (juce::AffineTransform::scale (fit.scale).translated (fit.offset));
     paint (g);
 }
 
+void PixelPicture::refresh()
+{
+    constexpr auto tileWidth = 16;
+    stalePixels.clear();
+
+    for (const auto& area : stale)
+        stalePixels.add (pixelsOf (area));
+
+    stale.clear();
+
+    ++numBeingPainted;
+
+    if (parts == Parts::any)
+        paintPart (stalePixels);
+    else
+        for (auto x = 0; x < image.getWidth(); x += tileWidth)
+        {
+            const auto tile =
+                image.getBounds().withX (x).withWidth (juce::jmin (tileWidth, image.getWidth() - x));
+
+            if (stalePixels.intersectsRectangle (tile))
+                paintPart (tile);
+        }
+
+    --numBeingPainted;
+    isBlank = false;
+}
+
+/** JUCE's own way makes all that a painting needs. */
+void PixelPicture::clear (juce::Rectangle<int> pixels)
+{
+    const juce::Image::BitmapData data (image, pixels.getX(), pixels.getY(), pixels.getWidth(),
+                                        pixels.getHeight(), juce::Image::BitmapData::writeOnly);
+
+    for (auto y = 0; y < data.height; ++y)
+        std::memset (data.getLinePointer (y), 0, static_cast<size_t> (data.width * data.pixelStride));
+}
+
+void PixelPicture::clear (const juce::RectangleList<int>& pixels)
+{
+    for (const auto& area : pixels)
+        clear (area);
+}
+
 void PixelPicture::invalidate (juce::Rectangle<int> area)
 {
-    stale.add (area);
+    if (image.isValid())
+        stale.add (area);
 }
 
 void PixelPicture::invalidate()
@@ -173,6 +233,7 @@ void PixelPicture::invalidate()
 
 void PixelPicture::release()
 {
+    endWaiting();
     image = {};
 }
 

@@ -7,6 +7,8 @@
 namespace luna
 {
 
+class PictureDelay;
+
 /** Something painted, kept on the pixels of the screen.
 
     It is what would be painted without it, at any scale. An image that begins at the component's corner, as JUCE
@@ -27,10 +29,11 @@ public:
     };
 
     /** `paint` draws all of `component`, which outlives this. */
-    PixelPicture (const juce::Component& component, std::function<void (juce::Graphics&)> paint,
+    PixelPicture (juce::Component& component, std::function<void (juce::Graphics&)> paint,
                   Parts = Parts::any);
+    ~PixelPicture();
 
-    /** At its place in the component. */
+    /** At its place in the component. In a window that puts its pictures off, a new one is painted there instead. */
     void draw (juce::Graphics&, float opacity = 1.0f);
 
     /** In the component's units. */
@@ -39,6 +42,11 @@ public:
 
     /** Its memory, until it is drawn again. */
     void release();
+
+    // For the delay in which it waits.
+    void stopWaiting() { delay = nullptr; }
+
+    void makeAnew() { component.repaint(); }
 
 private:
     /** How the component lies on the pixels that it touches. */
@@ -56,18 +64,33 @@ private:
 
     [[nodiscard]] Fit getFit (float scale) const;
     [[nodiscard]] juce::Rectangle<int> pixelsOf (juce::Rectangle<int> area) const;
+    [[nodiscard]] bool isPutOff (const Fit&);
+    void endWaiting();
     void makeImage();
     void refresh();
-    void paintPart (const juce::RectangleList<int>& pixels);
+    template <typename Area>
+    void paintPart (const Area& pixels);
 
-    const juce::Component& component;
+    void clear (juce::Rectangle<int> pixels);
+    void clear (const juce::RectangleList<int>& pixels);
+
+    juce::Component& component;
     const std::function<void (juce::Graphics&)> paint;
     const Parts parts;
     juce::Image image;
     Fit fit;
 
+    /** Nothing has been painted on it. */
+    bool isBlank = true;
+
+    /** Null if it does not wait. */
+    PictureDelay* delay = nullptr;
+
     /** In the component's units. */
     juce::RectangleList<int> stale;
+
+    /** The same in the image's pixels, kept for its storage. */
+    juce::RectangleList<int> stalePixels;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (PixelPicture)
 };

@@ -2,6 +2,8 @@
 
 #include "OffscreenWindow.h"
 #include "Pixels.h"
+#include "support/Messages.h"
+#include "widgets/PictureDelay.h"
 
 #include <gtest/gtest.h>
 
@@ -20,13 +22,23 @@ public:
         if (isOpaque())
             g.fillAll (juce::Colours::darkblue);
 
+        ++paints;
         g.setColour (juce::Colours::white);
         g.drawRoundedRectangle (getLocalBounds().toFloat().reduced (1.0f), 4.0f, 1.0f);
         g.fillRect (2, 9 + place, getWidth() - 4, 1);
         g.drawText ("Threshold", getLocalBounds(), juce::Justification::centred, false);
     }
 
-    int place = 0;
+    int place = 0, paints = 0;
+};
+
+struct Resizable final : juce::Component, PictureDelay
+{
+    Resizable() { setOpaque (true); }
+
+    void paint (juce::Graphics& g) override { g.fillAll (juce::Colours::black); }
+
+    using PictureDelay::putOffPictures;
 };
 
 /** Where a curve is rounded otherwise, some levels of 255; a picture that is resampled is wrong by a hundred. */
@@ -90,4 +102,49 @@ TEST_P (PixelPictures, AreWhatTheComponentWouldPaint)
 INSTANTIATE_TEST_SUITE_P (ScalesAndKinds, PixelPictures,
                           testing::Combine (testing::Values (0.5f, 0.75f, 1.0f, 1.1f, 1.25f, 1.5f, 2.0f),
                                             testing::Bool()));
+
+TEST (PictureDelay, PaintsWhatGetsAnotherSizeUntilTheWindowStandsAndKeepsItThen)
+{
+    Resizable holder;
+    Exhibit outer, inner;
+    holder.setSize (400, 200);
+    holder.addAndMakeVisible (outer);
+    outer.addAndMakeVisible (inner);
+    outer.setBounds (7, 5, 151, 63);
+    inner.setBounds (13, 21, 71, 31);
+
+    for (auto* each : { &outer, &inner })
+        bufferToPixels (*each);
+
+    OffscreenWindow screen (holder);
+    juce::Image picture;
+    const auto paintsIn = [&] (const auto& change)
+    {
+        const auto before = inner.paints;
+        change();
+        picture = screen.render();
+        return inner.paints - before;
+    };
+    const auto repaintGround = [&] { holder.repaint(); };
+
+    EXPECT_EQ (paintsIn ([] {}), 1);
+    holder.putOffPictures();
+    EXPECT_EQ (paintsIn (repaintGround), 0) << "it has the size that it had";
+
+    for (const auto width : { 80, 90 })
+    {
+        const auto resize = [&, w = width]
+        {
+            outer.setSize (w + 80, 63);
+            inner.setSize (w, 31);
+        };
+        EXPECT_EQ (paintsIn (resize), 1);
+        EXPECT_EQ (paintsIn (repaintGround), 1) << "it is not kept";
+    }
+
+    const auto before = picture;
+    EXPECT_TRUE (eventually ([&] { return paintsIn ([] {}) > 0; })) << "it asks for a paint by itself";
+    EXPECT_EQ (paintsIn (repaintGround), 0);
+    EXPECT_EQ (countFarPixels (before, picture), 0);
+}
 } // namespace
