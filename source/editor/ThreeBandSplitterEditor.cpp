@@ -5,9 +5,6 @@
 #include "common/ParameterIds.h"
 #include "common/Rounding.h"
 #include "common/Sections.h"
-#include "widgets/IconButton.h"
-
-#include <LunaBinary.h>
 
 #include <cmath>
 #include <utility>
@@ -20,14 +17,6 @@ constexpr auto buttonSize = 20;
 bool isOn (const juce::RangedAudioParameter* parameter)
 {
     return parameter != nullptr && roundToSwitch (parameter->getValue());
-}
-
-std::unique_ptr<juce::Drawable> makePowerIcon (juce::Colour colour)
-{
-    auto icon = juce::Drawable::createFromImageData (LunaBinary::poweroff_svg,
-                                                     static_cast<size_t> (LunaBinary::poweroff_svgSize));
-    luna::recolourBlack (*icon, colour);
-    return icon;
 }
 } // namespace
 
@@ -112,10 +101,6 @@ void ThreeBandSplitterEditor::readBandColours()
 
     for (size_t i = 0; i < numBands; ++i)
         bands[i].colour = primary.withRotatedHue (sectionTable[i].hueRotation);
-
-    enableIconOn = makePowerIcon (buttonBackgroundColour);
-    enableIconOff = makePowerIcon (enableColour);
-    enableIconInactive = makePowerIcon (inactiveColour);
 
     overlayPicture.invalidate();
 }

@@ -192,10 +192,6 @@ private:
     void paintFrequency (juce::Graphics&, size_t bar) const;
     void paintFocus (juce::Graphics&) const;
 
-    std::unique_ptr<juce::Drawable> enableIconOn;
-    std::unique_ptr<juce::Drawable> enableIconOff;
-    std::unique_ptr<juce::Drawable> enableIconInactive;
-
     /** Whose gesture is open. */
     juce::RangedAudioParameter* draggedCrossover = nullptr;
 

@@ -4,6 +4,9 @@
 #include "common/FontHeights.h"
 #include "common/Sections.h"
 #include "ThreeBandSplitterEditor.h"
+#include "widgets/IconStore.h"
+
+#include <LunaBinary.h>
 
 #include <utility>
 
@@ -137,8 +140,10 @@ void ThreeBandSplitterEditor::paintButton (juce::Graphics& g, const ButtonLook& 
         return;
     }
 
-    const auto& icon = isFilled ? enableIconOn : button.active ? enableIconOff : enableIconInactive;
-    icon->drawWithin (g, area.reduced (iconMargin), juce::RectanglePlacement::centred, 1.0f);
+    const auto iconColour = isFilled ? buttonBackgroundColour : button.active ? enableColour : inactiveColour;
+    luna::IconStore::getInstance()
+        ->get (LunaBinary::poweroff_svg, static_cast<size_t> (LunaBinary::poweroff_svgSize), iconColour)
+        .drawWithin (g, area.reduced (iconMargin), juce::RectanglePlacement::centred, 1.0f);
 }
 
 void ThreeBandSplitterEditor::paintHandle (juce::Graphics& g, juce::Rectangle<int> bounds,

@@ -3,7 +3,6 @@
 #include "widgets/LeftClickButton.h"
 
 #include <functional>
-#include <memory>
 
 namespace luna
 {
@@ -12,31 +11,23 @@ namespace luna
 class IconButton : public LeftClickButton
 {
 public:
-    /** The icon is drawn in black; the data is only read here. */
+    /** The icon is drawn in black; the data outlives the button. */
     IconButton (const char* svgData, size_t svgSize);
 
     void paintButton (juce::Graphics&, bool isHighlighted, bool isDown) override;
 
     bool showIconOnlyWhenHot = false;
     std::function<void()> onRightClick;
-    std::unique_ptr<juce::Drawable> icon;
     int iconMargin = 5;
 
 protected:
     void rightButtonPressed() override;
 
 private:
-    const juce::Drawable& getTintedIcon (juce::Colour);
-
-    /** A copy of the icon in the colour that was drawn last. */
-    std::unique_ptr<juce::Drawable> tintedIcon;
-    juce::Colour tint;
+    const char* const svgData;
+    const size_t svgSize;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (IconButton)
 };
-
-/** Paints every black of a drawable, whatever its alpha, in another colour, so that antialiased edges change
-    too. */
-void recolourBlack (juce::Drawable&, juce::Colour);
 
 } // namespace luna

@@ -2,6 +2,7 @@
 
 #include "common/ColourIds.h"
 #include "common/FontHeights.h"
+#include "widgets/IconStore.h"
 #include "widgets/PixelPicture.h"
 
 #include <LunaBinary.h>
@@ -12,13 +13,6 @@ namespace luna
 namespace
 {
 constexpr auto titleAreaHeight = 50;
-
-std::unique_ptr<juce::Drawable> makeArrow (const char* data, int size, juce::Colour colour)
-{
-    auto icon = juce::Drawable::createFromImageData (data, static_cast<size_t> (size));
-    icon->replaceColour (juce::Colours::black, colour);
-    return icon;
-}
 } // namespace
 
 Panel::Panel()
@@ -91,15 +85,12 @@ void Panel::paint (juce::Graphics& g)
 
 void Panel::paintArrow (juce::Graphics& g)
 {
-    if (collapsedIcon == nullptr)
-    {
-        const auto colour = findColour (ColourIds::textColourId);
-        collapsedIcon = makeArrow (LunaBinary::angledown_svg, LunaBinary::angledown_svgSize, colour);
-        expandedIcon = makeArrow (LunaBinary::angleup_svg, LunaBinary::angleup_svgSize, colour);
-    }
-
+    const auto colour = findColour (ColourIds::textColourId);
     const auto titleCentre = titleLabel.getY() + titleLabel.getHeight() / 2;
-    const auto& icon = collapsed ? *expandedIcon : *collapsedIcon;
+    auto& icons = *IconStore::getInstance();
+    const auto& icon = collapsed
+                           ? icons.get (LunaBinary::angleup_svg, LunaBinary::angleup_svgSize, colour)
+                           : icons.get (LunaBinary::angledown_svg, LunaBinary::angledown_svgSize, colour);
     icon.drawWithin (g, juce::Rectangle<int> (getWidth() - padding - 10, titleCentre - 5, 10, 10).toFloat(),
                      juce::RectanglePlacement::centred, 1.0f);
 }
@@ -113,10 +104,6 @@ void Panel::resized()
 void Panel::lookAndFeelChanged()
 {
     titleLabel.setFont (getLookAndFeel().getLabelFont (titleLabel).withHeight (FontHeights::title));
-
-    // They hold the old theme's colour.
-    collapsedIcon.reset();
-    expandedIcon.reset();
     repaint();
 }
 

@@ -3,7 +3,6 @@
 #include <juce_gui_basics/juce_gui_basics.h>
 
 #include <functional>
-#include <memory>
 
 namespace luna
 {
@@ -52,9 +51,6 @@ public:
 
     /** Shows the arrow, and hides the title line while collapsed. */
     bool collapsible = false;
-
-    /** Made on first paint. */
-    std::unique_ptr<juce::Drawable> collapsedIcon, expandedIcon;
 
 private:
     void paintArrow (juce::Graphics&);
