@@ -201,9 +201,15 @@ int __wrap_execv (const char* program, char* const* arguments)
     _exit (127);
 }
 
-/** JUCE asks programs through this one and reads what they print. */
+/** JUCE asks programs through this one and reads what they print. For the name of the desktop's theme, by which a
+    program could be dark or light, it has the first window wait until GNOME's program has answered. Ours has themes of
+    its own: there is no answer. */
 int __wrap_execvp (const char* program, char* const* arguments)
 {
+    for (const auto* const* word = arguments; *word != nullptr; ++word)
+        if (std::strcmp (*word, "gtk-theme") == 0)
+            _exit (0);
+
     leaveHost (true);
     __real_execvp (program, arguments);
     _exit (127);
