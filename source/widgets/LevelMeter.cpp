@@ -1,6 +1,7 @@
 #include "LevelMeter.h"
 
 #include "common/ColourIds.h"
+#include "widgets/RepaintDifference.h"
 
 #include <utility>
 
@@ -51,11 +52,7 @@ void LevelMeter::repaintChanges (const Look& before, const Look& now)
 
     for (const auto& [a, b] :
          { std::pair (before.peakBar, now.peakBar), std::pair (before.rmsBar, now.rmsBar) })
-    {
-        juce::RectangleList<int> difference (a.getUnion (b));
-        difference.subtract (a.getIntersection (b));
-        repaint (difference.getBounds());
-    }
+        repaintDifference (*this, a, b);
 
     if (now.holdLine != before.holdLine)
         for (const auto line : { before.holdLine, now.holdLine })
@@ -96,7 +93,8 @@ int LevelMeter::getHoldLineY() const noexcept
 
 void LevelMeter::paint (juce::Graphics& g)
 {
-    g.fillAll (findColour (ColourIds::meterBackgroundColourId));
+    g.setColour (findColour (ColourIds::meterBackgroundColourId));
+    g.fillAll();
 
     if (! isEnabled())
         return;

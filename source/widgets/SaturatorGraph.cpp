@@ -4,6 +4,7 @@
 #include "common/Decibels.h"
 #include "widgets/ParameterMenu.h"
 #include "widgets/PressKey.h"
+#include "widgets/RepaintDifference.h"
 
 #include <array>
 #include <cmath>
@@ -41,14 +42,8 @@ void SaturatorGraph::timerCallback()
 
     const auto before = std::exchange (levelArea, getLevelArea (saturator->envelope));
 
-    if (before == levelArea)
-        return;
-
-    juce::RectangleList<int> difference (before.getUnion (levelArea));
-    difference.subtract (before.getIntersection (levelArea));
-
-    for (const auto& area : difference)
-        repaint (area);
+    if (before != levelArea)
+        repaintDifference (*this, before, levelArea);
 }
 
 void SaturatorGraph::refresh()

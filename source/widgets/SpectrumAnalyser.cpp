@@ -66,7 +66,10 @@ juce::Point<float> SpectrumAnalyser::getPointOf (double frequency, float magnitu
 void SpectrumAnalyser::paint (juce::Graphics& g)
 {
     if ((layers & backgroundLayer) != 0)
-        g.fillAll (backgroundColour);
+    {
+        g.setColour (backgroundColour);
+        g.fillAll();
+    }
 
     if ((layers & gridLayer) != 0)
         paintGrid (g);
@@ -103,7 +106,9 @@ void SpectrumAnalyser::paintSpectrum (juce::Graphics& g)
     if ((layers & heldLayer) != 0)
     {
         g.setColour (gridColour.withAlpha (fillAlpha));
-        g.strokePath (heldPath, juce::PathStrokeType (1.0f));
+        juce::PathStrokeType (1.0f).createStrokedPath (heldStroke, heldPath, {},
+                                                       g.getInternalContext().getPhysicalPixelScaleFactor());
+        g.fillPath (heldStroke);
     }
 }
 

@@ -53,6 +53,7 @@ private:
     juce::Array<float> magnitudes, newMagnitudes;
     juce::Path spectrumPath;
     juce::Path heldPath;
+    juce::Path heldStroke;
     double sampleRate = 0.0;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (SpectrumAnalyser)

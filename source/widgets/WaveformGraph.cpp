@@ -231,7 +231,9 @@ void WaveformGraph::paintLine (juce::Graphics& g, const Columns& columns, juce::
     }
 
     g.setColour (colour);
-    g.strokePath (linePath, juce::PathStrokeType (1.0f));
+    juce::PathStrokeType (1.0f).createStrokedPath (lineStroke, linePath, {},
+                                                   g.getInternalContext().getPhysicalPixelScaleFactor());
+    g.fillPath (lineStroke);
 }
 
 } // namespace luna

@@ -103,6 +103,7 @@ private:
     std::vector<juce::Array<float>> tapValues;
     juce::Path barPath;
     juce::Path linePath;
+    juce::Path lineStroke;
 
     JUCE_DECLARE_NON_COPYABLE_WITH_LEAK_DETECTOR (WaveformGraph)
 };

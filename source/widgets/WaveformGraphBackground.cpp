@@ -30,7 +30,9 @@ void WaveformGraph::GraphBackground::paint (juce::Graphics& g)
 
     // Nine frames of ten, only some columns are painted anew.
     const auto showsLabels = g.getClipBounds().getRight() > getWidth() - graph.labelWidth;
-    g.setFont (11.0f);
+
+    if (showsLabels)
+        g.setFont (11.0f);
 
     for (const auto tick : graph.ticks)
     {
