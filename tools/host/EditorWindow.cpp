@@ -3,6 +3,21 @@
 #include "Failure.h"
 #include "Screen.h"
 
+namespace
+{
+/** The view covers the window: what the window painted would be seen by nobody, and count as the view's cost. */
+struct NoPaint final : juce::CachedComponentImage
+{
+    void paint (juce::Graphics&) override {}
+
+    bool invalidateAll() override { return false; }
+
+    bool invalidate (const juce::Rectangle<int>&) override { return false; }
+
+    void releaseResources() override {}
+};
+} // namespace
+
 EditorWindow::EditorWindow (PluginHost& host, float factor)
     : DocumentWindow (host.getInstance().getName(), juce::Colours::black, DocumentWindow::allButtons, false),
       editor (host.getInstance().createEditorIfNeeded()),
@@ -10,6 +25,8 @@ EditorWindow::EditorWindow (PluginHost& host, float factor)
 {
     if (editor == nullptr)
         throw Failure ("the module has no editor");
+
+    setCachedComponentImage (new NoPaint);
 
     // The focus belongs to the view's place in the window, which passes it on to the view.
     setWantsKeyboardFocus (false);
