@@ -12,19 +12,25 @@ import unittest
 
 LAYOUTS = ("Single Band", "Multi Band", "Mid / Side", "Left / Right")
 SCALES = ("1", "1.5", "2")
-STATES = ("large", "automated", "resized", "hidden", "covered", "at rest", "hidden")
+STATES = ("large", "automated", "resized", "resized slowly", "hidden", "covered", "at rest", "hidden")
 
 
 class CostTest(unittest.TestCase):
     def test_every_row_can_be_true(self):
         run = subprocess.run([sys.argv[1], "open", "--measure", "0.15"], capture_output=True, text=True)
         self.assertEqual(run.returncode, 0, run.stderr)
-        opening, with_audio, stopped = (block.splitlines() for block in run.stdout.split("\n\n"))
+        opening, with_audio, stopped, audio = (block.splitlines() for block in run.stdout.split("\n\n"))
 
         for row in opening[1:]:
             call, picture, memory = map(float, row.split()[-3:])
             self.assertTrue(0 < call < picture and abs(memory) < 1000, row)
         self.assertEqual(len(opening), 4)
+
+        # Blocks of 512 at 48 kHz, as many as the second has, or fewer on a busy machine.
+        for row in audio[1:]:
+            blocks, median, most, longest = map(float, row.split()[-4:])
+            self.assertTrue(0 < blocks <= 200 and 0 < median <= most <= longest < 1e7, row)
+        self.assertEqual(len(audio), 4)
 
         rows = [re.split("  +", row) for row in with_audio[1:] + stopped[1:]]
         names = [f"{layout}, scale {scale}" for scale in SCALES for layout in LAYOUTS]

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cmath>
 #include <thread>
+#include <utility>
 
 namespace
 {
@@ -113,6 +114,24 @@ void AudioLoop::sweep (std::vector<HostedParameter*> parameters)
     swept = std::move (parameters);
 }
 
+std::vector<double> AudioLoop::takeBlockTimes()
+{
+    const std::lock_guard lock (timesLock);
+    return std::exchange (blockTimes, {});
+}
+
+void AudioLoop::process (juce::AudioBuffer<float>& block)
+{
+    constexpr size_t mostTimes = 1 << 20;
+    const auto begin = std::chrono::steady_clock::now();
+    host.process (block);
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+
+    const std::lock_guard lock (timesLock);
+    if (blockTimes.size() < mostTimes)
+        blockTimes.push_back (time.count());
+}
+
 void AudioLoop::sweepParameters()
 {
     const auto value = static_cast<float> (std::abs (std::fmod (getSecondsPlayed(), 2.0) - 1.0));
@@ -139,7 +158,7 @@ void AudioLoop::run()
 
         sweepParameters();
         fill (block, framesPlayed);
-        host.process (block);
+        process (block);
         framesPlayed += blockSize;
 
         // A busy machine makes the audio late, not faster afterwards.

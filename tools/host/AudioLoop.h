@@ -40,6 +40,9 @@ public:
     /** From now on each block has new values for these, which go up and down once in two seconds. Any thread. */
     void sweep (std::vector<HostedParameter*> parameters);
 
+    /** How long the module took for each block since the last call, in seconds. Any thread. */
+    [[nodiscard]] std::vector<double> takeBlockTimes();
+
     [[nodiscard]] double getSecondsPlayed() const noexcept
     {
         return static_cast<double> (framesPlayed.load()) / clip.sampleRate;
@@ -49,6 +52,7 @@ private:
     void run() override;
     void setParameters (juce::int64 block);
     void sweepParameters();
+    void process (juce::AudioBuffer<float>& block);
     void fill (juce::AudioBuffer<float>& block, juce::int64 firstFrame) const;
 
     PluginHost& host;
@@ -57,6 +61,8 @@ private:
     std::atomic<bool> isAutomating { false };
     std::vector<HostedParameter*> swept;
     std::mutex sweptLock;
+    std::vector<double> blockTimes;
+    std::mutex timesLock;
 
     JUCE_DECLARE_NON_COPYABLE (AudioLoop)
 };

@@ -2,6 +2,7 @@
 
 #include "common/ParameterIds.h"
 #include "common/Sections.h"
+#include "Failure.h"
 #include "WindowLoad.h"
 
 #include <unistd.h>
@@ -79,13 +80,45 @@ void WindowCost::work()
               << column ("with audio") << juce::String ("size").paddedRight (' ', 9) << WindowLoad::titles()
               << std::endl;
 
+    show (fullestLayout);
+    judgeBlocks ("no window");
+
     for (const auto scale : plan.scales)
         judgeLayouts (scale);
 
     open (1.0f);
     show (fullestLayout);
+    judgeBlocks ("beside the window");
     judgeStrain();
     judgeRest();
+
+    std::cout << '\n'
+              << column ("audio") << "  blocks  median us  99.9 % us  longest us\n"
+              << blockRows.joinIntoString ("\n") << std::endl;
+}
+
+/** By the clock on the wall: a thread without privileges is interrupted by whatever else runs. */
+void WindowCost::judgeBlocks (const juce::String& state)
+{
+    const auto leastSeconds = 1.0;
+    pause (warmUp);
+    juce::ignoreUnused (session.audio.takeBlockTimes());
+    pause (std::max (plan.seconds, leastSeconds));
+
+    auto times = session.audio.takeBlockTimes();
+    std::sort (times.begin(), times.end());
+
+    if (times.empty())
+        throw Failure ("no audio runs");
+
+    const auto at = [&] (double part) {
+        return cell (1.0e6 * times[static_cast<size_t> (part * static_cast<double> (times.size() - 1))], 1,
+                     11);
+    };
+
+    blockRows.add (column (nameOf (fullestLayout) + ", " + state)
+                   + juce::String (static_cast<int> (times.size())).paddedLeft (' ', 8) + at (0.5)
+                   + at (0.999) + at (1.0));
 }
 
 void WindowCost::judgeOpening()
@@ -165,9 +198,13 @@ void WindowCost::judgeStrain()
 
     sweepThresholds (fullestLayout);
     printLoad (fullestLayout, "automated");
+    judgeBlocks ("automated, large window");
     stopSweep();
 
-    printLoad (fullestLayout, "resized", "various", [this] (double end) { resizeUntil (end); });
+    printLoad (fullestLayout, "resized", "various", [this] (double end) { resizeUntil (end, 0.033); });
+
+    // Each time, it comes to rest.
+    printLoad (fullestLayout, "resized slowly", "various", [this] (double end) { resizeUntil (end, 0.6); });
     setSize (smallSize);
 }
 
@@ -226,16 +263,16 @@ void WindowCost::printLoad (int layout, const juce::String& state, const juce::S
               << std::endl;
 }
 
-void WindowCost::resizeUntil (double end)
+void WindowCost::resizeUntil (double end, double period)
 {
-    constexpr auto steps = 30;
-    constexpr auto period = 0.033;
+    // Up and down in as many seconds, but in few enough steps to be there soon if they are slow.
+    const auto steps = period < 0.1 ? 30 : 3;
 
     for (auto step = 0; now() < end; ++step)
     {
         const auto next = now() + period;
         const auto part = std::abs ((step + steps) % (2 * steps) - steps);
-        const auto between = [part] (int from, int to) { return from + (to - from) * part / steps; };
+        const auto between = [part, steps] (int from, int to) { return from + (to - from) * part / steps; };
 
         onMessageThread (
             [&]

@@ -37,13 +37,17 @@ private:
     void judgeStrain();
     void judgeRest();
 
+    /** Beside the window, as it is: what the module takes for a block of audio. */
+    void judgeBlocks (const juce::String& state);
+
     void printOpening (const juce::String& title, OpenSession& opened);
 
     /** `meanwhile`: what is done until the time that it is given, first to warm up and then while it counts. */
     void printLoad (int layout, const juce::String& state, const juce::String& size,
                     const std::function<void (double end)>& meanwhile);
     void printLoad (int layout, const juce::String& state);
-    void resizeUntil (double end);
+    /** By a step each `period`, in seconds. */
+    void resizeUntil (double end, double period);
 
     void show (int layout);
 
@@ -54,6 +58,9 @@ private:
     const juce::File module;
     const Plan plan;
     const double warmUp;
+
+    /** Rows that come last. */
+    juce::StringArray blockRows;
 
     /** The layout with the most to show of those in the plan. */
     const int fullestLayout;
