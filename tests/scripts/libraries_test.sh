@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# usage: libraries_test.sh ORVO.VST3 ORVO.LV2
+# usage: libraries_test.sh PROCESSOR ORVO.VST3 ORVO.LV2
 # Holds the shared libraries that each of the built modules asks for against packaging/libraries.txt: those that it is
 # linked to, and the names of those that it opens itself, which stand in it as text. Built where the C library is that of the
 # release, it asks for none newer than the manual says.
@@ -7,14 +7,15 @@ set -euo pipefail
 export LC_ALL=C
 cd "$(dirname "$0")/../.."
 
+processor=$1
 home=$(mktemp -d)
 trap 'rm -rf "$home"' EXIT
 
-# listed GROUP: the names in that group of the list, of the module's processor.
+# listed GROUP: the names in that group of the list, of the modules' processor.
 listed()
 {
-    awk -v group="# $1" -v folder="$(basename "$(dirname "$module")")" '/^#/ { on = $0 == group }
-        on && /^[^#]/ && (NF < 4 || $4 "-linux" == folder) { print $1 }' packaging/libraries.txt | sort
+    awk -v group="# $1" -v processor="$processor" '/^#/ { on = $0 == group }
+        on && /^[^#]/ && (NF < 4 || $4 == processor) { print $1 }' packaging/libraries.txt | sort
 }
 
 fail() { echo "FAILED: $*" >&2; exit 1; }
@@ -45,5 +46,5 @@ check()
     if grep -rF "$PWD" "$bundle"; then fail "the bundle names the folder that it was built in"; fi
 }
 
-check "$1" "$(compgen -G "$1/Contents/*/Orvo.so")"
-check "$2" "$2/Orvo.so"
+check "$2" "$2/Contents/$processor-linux/Orvo.so"
+check "$3" "$3/Orvo.so"
