@@ -66,7 +66,7 @@ private:
 
     struct Free
     {
-        void operator() (ebur128_state* state) const { ebur128_destroy (&state); }
+        void operator() (ebur128_state* toFree) const { ebur128_destroy (&toFree); }
     };
 
     std::unique_ptr<ebur128_state, Free> state;
