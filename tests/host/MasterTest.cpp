@@ -83,7 +83,7 @@ double loudnessOf (const std::vector<juce::AudioBuffer<float>>& programme)
             std::array<double, 4> x {}, y {};
             for (auto i = 0; i < audio.getNumSamples() / 4800 * 4800; ++i)
             {
-                const double in = audio.getSample (channel, i);
+                const auto in = static_cast<double> (audio.getSample (channel, i));
                 const auto mid = 1.53512485958697 * in - 2.69169618940638 * x[0] + 1.19839281085285 * x[1]
                                  + 1.69065929318241 * x[2] - 0.73248077421585 * x[3];
                 const auto out = mid - 2.0 * x[2] + x[3] + 1.99004745483398 * y[0] - 0.99007225036621 * y[1];
