@@ -161,6 +161,12 @@ TEST_F (Master, BringsAFileToTheLoudnessThatAnIndependentMeterReads)
         }
     }
 
+    // The preset's own input gain is not what was used.
+    ASSERT_EQ (run ("state save it.state --preset 'Gentle Master' --set in_gain=3").exitCode, 0);
+    const auto described =
+        run ("master quiet.wav x.wav --dry-run --json --loudness -14 --state it.state").output;
+    EXPECT_TRUE (described.contains ("oversampling=") && ! described.contains ("in_gain=")) << described;
+
     // Out of reach, nothing is written unless asked for.
     for (const juce::String extra : { "", " --nearest --dry-run", " --nearest" })
     {

@@ -50,6 +50,13 @@ MasterOrder orderFrom (const Arguments& arguments, PluginHost& host)
         isOn (host, "enable_post") && ! isOn (host, "link_post") && ! isSetByUser (arguments, "gain_post");
     order.version = host.getInstance().getPluginDescription().version;
     order.settings = settingsApartFromDefaults (host);
+
+    // What is found for each file stands there.
+    for (auto i = order.settings.size(); --i >= 0;)
+        if (order.settings[i].startsWith ("in_gain=")
+            || (order.makeupIsFree && order.settings[i].startsWith ("gain_post=")))
+            order.settings.remove (i);
+
     return order;
 }
 
