@@ -12,7 +12,7 @@ set(orvo_resources_VST3 Contents/Resources)
 set(orvo_resources_LV2 Resources)
 
 # What belongs to the host's process is answered by source/module/ProcessManners.cpp.
-set(orvo_host_calls chdir dlsym execv execvp fork getenv kill pipe setenv setlocale setrlimit)
+set(orvo_host_calls access chdir dlsym execv execvp fork getenv kill pipe setenv setlocale setrlimit)
 
 # What stands between a module and its host, of whichever format. See source/module/OlderSystems.cpp, which knows of these
 # processors.

@@ -10,6 +10,8 @@ struct LevelData
     double heldPeak = 0.0;
     double maxPeak = 0.0;
     double maxRms = 0.0;
+
+    bool operator== (const LevelData&) const = default;
 };
 
 /** Tracks peak, held peak and RMS of one channel, and the maxima since the last reset.

@@ -96,6 +96,8 @@ void WaveformHistory::setPoints (int points)
 
         tap.prepare (tap.sampleRate);
     }
+
+    ++changeCount;
 }
 
 void WaveformHistory::clear()
@@ -104,6 +106,8 @@ void WaveformHistory::clear()
 
     for (auto& tap : taps)
         tap.clear();
+
+    ++changeCount;
 }
 
 void WaveformHistory::push (int tap, int numChannels, const float* const* channels, int startSample,
@@ -120,4 +124,6 @@ void WaveformHistory::push (int tap, int numChannels, const float* const* channe
 
     for (auto i = 0; i < numSamples; ++i)
         target.pushMagnitude (juce::jmax (std::abs (first[i]), std::abs (second[i])));
+
+    ++changeCount;
 }

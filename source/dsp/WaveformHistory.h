@@ -2,6 +2,8 @@
 
 #include <juce_core/juce_core.h>
 
+#include <atomic>
+
 /** One trace of the level history: a ring of peak levels in dB, one per pixel column of the graph. */
 struct WaveformTap
 {
@@ -59,6 +61,15 @@ public:
     /** Audio thread: the magnitudes of the first two channels. */
     void push (int tap, int numChannels, const float* const* channels, int startSample, int numSamples);
 
+    /** Another number whenever something may have changed. Any thread. */
+    [[nodiscard]] juce::uint32 getChangeCount() const noexcept
+    {
+        return changeCount.load (std::memory_order_relaxed);
+    }
+
     juce::Array<WaveformTap> taps;
     juce::CriticalSection lock;
+
+private:
+    std::atomic<juce::uint32> changeCount { 0 };
 };

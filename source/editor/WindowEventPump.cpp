@@ -36,9 +36,16 @@ void WindowEventPump::look (double now)
 
     lastLook = now;
 
+    auto* const display = getDisplay();
+
+    if (display == nullptr)
+        return;
+
     // What is still on its way to us wakes JUCE by itself; what JUCE has to say may wait here for no event at all.
-    if (auto* display = getDisplay();
-        display != nullptr && juce::X11Symbols::getInstance()->xEventsQueued (display, QueuedAfterFlush) > 0)
+    const auto* x = juce::X11Symbols::getInstance();
+    x->xFlush (display);
+
+    if (x->xEventsQueued (display, QueuedAlready) > 0)
         triggerAsyncUpdate();
 }
 

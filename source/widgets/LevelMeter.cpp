@@ -19,8 +19,12 @@ void LevelMeter::timerCallback()
     if (channel == nullptr)
         return;
 
-    const auto before = getLook();
     const auto data = channel->getData();
+
+    if (data == LevelData { peak, rms, heldPeak, maxPeak, maxRms })
+        return;
+
+    const auto before = getLook();
     peak = data.peak;
     rms = data.rms;
     heldPeak = data.heldPeak;

@@ -25,7 +25,7 @@ WaveformGraph::WaveformGraph (WaveformHistory& historyToShow) : history (&histor
 
 void WaveformGraph::timerCallback()
 {
-    if (! isEnabled())
+    if (! isEnabled() || isStale || history->getChangeCount() == shownChangeCount)
         return;
 
     std::swap (picture, previous);
@@ -121,6 +121,7 @@ void WaveformGraph::readHistory()
 
     {
         const juce::ScopedLock scope (history->lock);
+        shownChangeCount = history->getChangeCount();
 
         for (size_t i = 0; i < tapValues.size(); ++i)
         {

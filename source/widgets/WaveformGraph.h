@@ -99,6 +99,9 @@ private:
     /** All of it is painted next, and need not fit what the screen shows. */
     bool isStale = true;
 
+    /** Of the history, when it was read. */
+    juce::uint32 shownChangeCount = 0;
+
     // Kept from frame to frame for their storage.
     std::vector<juce::Array<float>> tapValues;
     juce::Path barPath;

@@ -165,9 +165,12 @@ TEST (Strips, MoveTheirGraphsWithWhatTheyShow)
     OpenEditor open;
     auto& p = open.plugin.processor;
 
+    const std::vector<float> halfASecond (24000, 0.1f);
+    const auto* channel = halfASecond.data();
+
     for (auto tap = 0; tap < 2; ++tap)
         EXPECT_TRUE (open.isMovedBy (open.editor->waveformGraph,
-                                     [&] { p.waveformTaps.taps.getReference (tap).values.fill (-20.0f); }));
+                                     [&] { p.waveformTaps.push (tap, 1, &channel, 0, 24000); }));
 
     open.set ("layout", 1);
     EXPECT_TRUE (open.isMovedBy (open.editor->bandEditor, [&] { p.spectrum.magnitudes.fill (0.1f); }));

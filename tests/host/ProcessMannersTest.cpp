@@ -2,6 +2,7 @@
 #include "BareHostSupport.h"
 
 #include <dlfcn.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,12 +15,16 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /** The process's calls, which the module finds before those of the C library. They go on to it. */
 namespace
 {
 std::vector<std::string> calls;
+
+int* const numQuestionsToDesktop = static_cast<int*> (
+    mmap (nullptr, sizeof (int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
 
 template <typename Function>
 Function* next (const char* name)
@@ -48,6 +53,24 @@ ORVO_EXPORTED int setenv (const char* name, const char* value, int overwrite) no
 {
     calls.push_back (std::string ("setenv ") + name);
     return next<int (const char*, const char*, int)> ("setenv") (name, value, overwrite);
+}
+
+/** Whether a program is there that knows the desktop's settings. */
+ORVO_EXPORTED int access (const char* path, int mode) noexcept
+{
+    if (const std::string_view file (path); file.ends_with ("/gsettings") || file.ends_with ("/dconf"))
+        calls.push_back (std::string ("access ") + path);
+
+    return next<int (const char*, int)> ("access") (path, mode);
+}
+
+/** In a child, whose memory is its own. */
+ORVO_EXPORTED int execvp (const char* program, char* const* arguments) noexcept
+{
+    if (std::string_view (program).ends_with ("/gsettings"))
+        ++*numQuestionsToDesktop;
+
+    return next<int (const char*, char* const*)> ("execvp") (program, arguments);
 }
 
 /** Of the library that reads fonts, which comes with the module. As if there were no such file. */
@@ -185,6 +208,7 @@ TEST (ProcessManners, NothingThatIsTheHostsIsChangedAndNothingOfItsGoesToOtherPr
     host.closeWindow();
 
     EXPECT_EQ (calls, Words {});
+    EXPECT_EQ (*numQuestionsToDesktop, 0) << "the first window waits for programs";
     EXPECT_EQ (std::filesystem::current_path(), folder);
     EXPECT_STREQ (setlocale (LC_ALL, nullptr), "C");
     EXPECT_EQ (signalHandlers(), handlers);
