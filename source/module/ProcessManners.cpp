@@ -112,8 +112,9 @@ char* __wrap_getenv (const char* name)
     return value == nullptr && std::strcmp (name, "JUCE_FONT_PATH") == 0 ? noFolder : value;
 }
 
-/** JUCE asks two programs of GNOME's, one after the other, for the scale of each screen, has the first window wait until
-    they have answered, and heeds the answer in programs alone. It finds neither here. */
+/** JUCE asks programs of GNOME's for the scale of each screen, which it heeds in programs alone, and for the name of the
+    desktop's theme, by which a program could be dark or light. It has the first window wait until each has answered,
+    which takes longer than to build the window. It finds no such programs here. */
 int __wrap_access (const char* path, int mode)
 {
     for (const auto* program : { "/usr/bin/dconf", "/usr/bin/gsettings" })
@@ -217,15 +218,9 @@ int __wrap_execv (const char* program, char* const* arguments)
     _exit (127);
 }
 
-/** JUCE asks programs through this one and reads what they print. For the name of the desktop's theme, by which a
-    program could be dark or light, it has the first window wait until GNOME's program has answered. Ours has themes of
-    its own: there is no answer. */
+/** JUCE asks programs through this one and reads what they print. */
 int __wrap_execvp (const char* program, char* const* arguments)
 {
-    for (const auto* const* word = arguments; *word != nullptr; ++word)
-        if (std::strcmp (*word, "gtk-theme") == 0)
-            _exit (0);
-
     leaveHost (true);
     __real_execvp (program, arguments);
     _exit (127);
