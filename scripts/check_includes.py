@@ -42,7 +42,7 @@ MODULES = {
     "browser": DIALOGS,
     "dialogs": DIALOGS,
     "editor": DIALOGS | ENGINE | {"LunaBinary.h"},
-    "module": {"juce_core", "juce_gui_basics"},
+    "module": {"juce_audio_plugin_client", "juce_core", "juce_gui_basics"},
 }
 
 INCLUDE = re.compile(r'\s*#\s*include\s+(["<])([^">]+)[">]')
