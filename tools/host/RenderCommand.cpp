@@ -139,12 +139,10 @@ Command renderCommand()
         "render",
         "IN [IN...] OUT",
         "processes files of audio, mono or stereo, and prints what it did to each\n"
-        "WAV, AIFF, RF64, W64, CAF and FLAC are read; OUT is what its name ends in: .wav, .aif, .aiff, "
-        ".aifc, "
-        ".rf64,\n"
-        ".w64, .caf or .flac. RF64 and W64 may be larger than 2 GB. FLAC holds 16 or 24 bits.\n"
-        "Title, artist and the like, cue points and the chunks of broadcast files go along where OUT has "
-        "room.\n"
+        "WAV, AIFF, RF64, W64, CAF and FLAC are read; OUT is what its name ends in: .wav, .aif, .aiff,\n"
+        ".aifc, .rf64, .w64, .caf or .flac. RF64 and W64 may be larger than 2 GB. FLAC holds 16 or 24 bits.\n"
+        "Title, artist and the like, cue points and the chunks of broadcast files, with the ISRC in their\n"
+        "XML, go along where OUT has room; an ISRC among the tags of a FLAC file does not.\n"
         "The output lines up with the input and has its length. With several inputs, or if it is a folder\n"
         "already, OUT is the folder for files of the same names.",
         { presetOption,
