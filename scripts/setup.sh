@@ -76,11 +76,11 @@ fetch_juce()
 }
 
 # Debian's libraries for 64-bit ARM, of the suites that this system has, in .deps/arm64: the cross compiler links to them,
-# and the emulator runs them. To add the architecture to the system instead would bind every later upgrade of these
+# the emulator runs them, with Python that loads the module in a test. To add the architecture to the system instead would bind every later upgrade of these
 # packages to both.
 fetch_arm64_libraries()
 {
-    local root=$PWD/.deps/arm64 wanted=(libc6-dev libgcc-s1 libstdc++6 libxss1 "${libraries[@]}") work options package link
+    local root=$PWD/.deps/arm64 wanted=(libc6-dev libgcc-s1 libstdc++6 libxss1 python3 "${libraries[@]}") work options package link
     if [ "$(cat "$root/.orvo-packages" 2>/dev/null)" = "${wanted[*]}" ]; then return; fi
 
     say "fetching Debian's libraries for 64-bit ARM"

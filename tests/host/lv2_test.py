@@ -2,6 +2,7 @@
 nothing but LV2's own functions.
 
 usage: lv2_test.py ORVO-HOST ORVO.VST3 ORVO.LV2 DESCRIBER [TEST]
+Both programs are as a shell would read them, so that an emulator may stand in front.
 """
 
 import array
@@ -10,6 +11,7 @@ import os
 import pathlib
 import random
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -21,7 +23,7 @@ import xml.etree.ElementTree as xml
 
 import bare_lv2_host as bare
 
-HOST, VST3, LV2, DESCRIBER = sys.argv[1:5]
+HOST, VST3, LV2, DESCRIBER = shlex.split(sys.argv[1]), *sys.argv[2:4], shlex.split(sys.argv[4])
 FRAMES = 6000
 
 # Every host in here, also this process, finds a home with nothing in it and no screen.
@@ -32,7 +34,7 @@ presets_folder = folder / "Tessarin/Orvo/Presets"
 
 
 def orvo(*words, plugin=LV2):
-    return subprocess.run([HOST, *map(str, words), "--plugin", plugin], check=True, capture_output=True, text=True).stdout
+    return subprocess.run([*HOST, *map(str, words), "--plugin", plugin], check=True, capture_output=True, text=True).stdout
 
 
 def write_input():
@@ -136,7 +138,7 @@ class DescriptionTest(unittest.TestCase):
         preset.parent.mkdir(parents=True)
         shutil.copy(copy / "Resources/Factory/Bass/Bass Wall.tpre", preset)
         before = sorted(builder.rglob("*"))
-        subprocess.run([DESCRIBER, copy / "Orvo.so"], check=True, env=dict(os.environ, HOME=str(builder), XDG_CONFIG_HOME=str(builder)))
+        subprocess.run([*DESCRIBER, copy / "Orvo.so"], check=True, env=dict(os.environ, HOME=str(builder), XDG_CONFIG_HOME=str(builder)))
         self.assertEqual(sorted(builder.rglob("*")), before)
         self.assertEqual(subprocess.run(["diff", "-r", copy, LV2], capture_output=True, text=True).stdout, "")
         paths = {re.search(rb' preset_path="([^"]*)"', block)[1].decode() for _, block in bare.presets_of(LV2).values()}
