@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# usage: packaging/make_packages.sh VERSION ARCHITECTURE BUILD JUCE OUTDIR
+# usage: packaging/make_packages.sh VERSION ARCHITECTURE BUILD JUCE OUTDIR [SYSROOT]
 # Packs OUTDIR/orvo-{vst3,lv2,tools}_VERSION-1_ARCHITECTURE.deb from a build folder that has everything built already, so
-# that packages and archive hold the same module. ARCHITECTURE is Debian's name, such as amd64. Fails if lintian finds an
-# error or warns.
+# that packages and archive hold the same module. ARCHITECTURE is Debian's name, such as amd64. Another machine's
+# libraries, which tell the packages' dependencies, are in SYSROOT, as scripts/setup.sh --arm64 leaves them. Fails if lintian
+# finds an error or warns.
 set -euo pipefail
 export LC_ALL=C TZ=UTC
 
@@ -11,6 +12,7 @@ architecture=$2
 build=$(realpath -- "$3")
 juce=$(realpath -- "$4")
 out=$(realpath -m -- "$5")
+sysroot=${6:+$(realpath -e -- "$6")}
 
 cd "$(dirname "$0")/.."
 source scripts/lib/common.sh
@@ -53,7 +55,7 @@ window=$(awk '/^#/ { on = /opened with the window/; next } on && NF { print $2 }
 
 say "packing for Debian ($architecture)"
 log=$out/packages.log
-(cd "$tree" && ORVO_BUILD=$build ORVO_WINDOW=$window DEB_BUILD_OPTIONS=noautodbgsym \
+(cd "$tree" && ORVO_BUILD=$build ORVO_WINDOW=$window ORVO_SYSROOT=$sysroot DEB_BUILD_OPTIONS=noautodbgsym \
     dpkg-buildpackage --build=binary --host-arch "$architecture" --no-sign) > "$log" 2>&1 || { cat "$log" >&2; fail "the packages could not be made"; }
 # The packages are not for Debian's own archive, whose first upload closes a report.
 lintian --fail-on error,warning --suppress-tags initial-upload-closes-no-bugs "$work"/*.changes || fail "lintian does not accept the packages"

@@ -2,7 +2,8 @@
 # usage: scripts/arm64.sh [--package]
 # The module for 64-bit ARM, on another processor: sets up the cross compiler and that processor's libraries, builds, runs
 # under an emulator the tests that need no screen, and compares the sound of every preset with this machine's module.
-# With --package also the archive in out/, with this machine's manual, whose pictures are the same. Half an hour on two cores.
+# With --package also the archive and Debian's packages in out/, with this machine's manual, whose pictures are the same.
+# Half an hour on two cores.
 # For Debian. On an ARM machine, scripts/test.sh and scripts/package.sh do all this without an emulator.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -34,6 +35,8 @@ if [ $with_package = yes ]; then
     scripts/setup.sh --release
     configure_and_build release --target manual
     version=$(sed -n 's/^project(Orvo VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
-    juce=$(sed -n 's/^JUCE_MODULES_DIR:[A-Z]*=//p' build/arm64/CMakeCache.txt)
-    packaging/make_archive.sh "$version" "$module" build/arm64/source/Orvo_artefacts/Release/LV2/Orvo.lv2 "out/Orvo Manual $version.pdf" "$(dirname "$juce")" out
+    juce=$(dirname "$(sed -n 's/^JUCE_MODULES_DIR:[A-Z]*=//p' build/arm64/CMakeCache.txt)")
+    lv2=build/arm64/source/Orvo_artefacts/Release/LV2/Orvo.lv2
+    packaging/make_archive.sh "$version" "$module" "$lv2" "out/Orvo Manual $version.pdf" "$juce" out
+    packaging/make_packages.sh "$version" arm64 build/arm64 "$juce" out .deps/arm64
 fi

@@ -76,11 +76,12 @@ fetch_juce()
 }
 
 # Debian's libraries for 64-bit ARM, of the suites that this system has, in .deps/arm64: the cross compiler links to them,
-# the emulator runs them, with Python that loads the module in a test. To add the architecture to the system instead would bind every later upgrade of these
-# packages to both.
+# the emulator runs them, with Python that loads the module in a test, and DEBIAN tells of their symbols, as in the tree that
+# a package is built from. To add the architecture to the system instead would bind every later upgrade of these packages to
+# both.
 fetch_arm64_libraries()
 {
-    local root=$PWD/.deps/arm64 wanted=(libc6-dev libgcc-s1 libstdc++6 libxss1 python3 "${libraries[@]}") work options package link
+    local root=$PWD/.deps/arm64 wanted=(libc6-dev libgcc-s1 libstdc++6 libxss1 python3 "${libraries[@]}") work options package list link
     if [ "$(cat "$root/.orvo-packages" 2>/dev/null)" = "${wanted[*]}" ]; then return; fi
 
     say "fetching Debian's libraries for 64-bit ARM"
@@ -99,7 +100,13 @@ fetch_arm64_libraries()
     apt-get "${options[@]}" update || fail "no Debian mirror could be reached for the libraries of 64-bit ARM"
     apt-get "${options[@]}" install -y --download-only --no-install-recommends "${wanted[@]}" \
         || fail "the libraries of 64-bit ARM could not be fetched"
-    for package in "$work"/cache/archives/*.deb; do dpkg-deb -x "$package" "$work/root"; done
+    mkdir "$work/root/DEBIAN"
+    for package in "$work"/cache/archives/*.deb; do
+        dpkg-deb -x "$package" "$work/root"
+        for list in symbols shlibs; do
+            dpkg-deb -I "$package" $list 2> /dev/null >> "$work/root/DEBIAN/$list" || true
+        done
+    done
 
     # Links from the root of a system, and what its base has from Debian 13 on.
     find "$work/root" -type l -lname '/*' -print0 | while IFS= read -r -d '' link; do
